@@ -1,0 +1,32 @@
+# How every target of the project is compiled.
+option(BUILD_SHARED_LIBS "Build the library and the platform layer as shared objects" ON)
+option(KELVAR_BUILD_TOOLS "Build the kelvar command" ${PROJECT_IS_TOP_LEVEL})
+option(KELVAR_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
+option(KELVAR_BUILD_BENCH "Build the benchmarks" OFF)
+option(KELVAR_WERROR "Treat warnings as errors" OFF)
+set(KELVAR_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compiler names them: address,undefined or thread")
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE Release)
+endif()
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(KELVAR_CCACHE ccache)
+if(KELVAR_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${KELVAR_CCACHE})
+endif()
+
+add_library(kelvar_build_options INTERFACE)
+target_compile_options(kelvar_build_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+  $<$<BOOL:${KELVAR_WERROR}>:-Werror>)
+if(KELVAR_SANITIZE)
+  target_compile_options(kelvar_build_options INTERFACE -fsanitize=${KELVAR_SANITIZE} -fno-omit-frame-pointer
+    -fno-sanitize-recover=all)
+  target_link_options(kelvar_build_options INTERFACE -fsanitize=${KELVAR_SANITIZE})
+endif()

@@ -1,0 +1,119 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <memory>
+#include <string>
+
+#include "PerKind.h"
+#include "digestio.h"
+#include "kelvar/SummaryData.h"
+#include "kelvar/SummaryItem.h"
+#include "sitenotes.h"
+
+namespace kelvar_2_1_7 {
+
+/// The one kind of item there is. Joins work on the fields; everyone else reads through SummaryItem.
+class SummaryItemImpl final : public SummaryItem {
+ public:
+  /// What one analysis says of the site.
+  struct CollectionInfo {
+    SummaryDataStatus status = kNotPresent;
+    unsigned int count = 0;
+    digestio::SummaryDetail* detail = nullptr;  // the result that loaded it owns it
+    boost::shared_ptr<sitenotes::annotation_t> annotation;
+  };
+
+  /// An annotated site. `annotation` must not be empty. Each flag fills the record of its kind with `status` and a
+  /// count of 1 and no detail; `survey` fills that of the vectorization survey too.
+  SummaryItemImpl(SummaryData::Impl* owner, boost::shared_ptr<sitenotes::annotation_t> annotation,
+                  unsigned long handle, SummaryDataStatus status, bool survey, bool suitability, bool correctness,
+                  bool map);
+  /// A site that an analysis reported. `detail` may be null, `annotation` may be empty.
+  SummaryItemImpl(SummaryData::Impl* owner, digestio::SummaryDetail* detail,
+                  boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle);
+  SummaryItemImpl(const SummaryItemImpl&) = delete;
+  SummaryItemImpl& operator=(const SummaryItemImpl&) = delete;
+
+  /// An item of its own with the records of `source`. Identity is read afresh from the source's annotation where it
+  /// has one: a copy forgets the detail kind, and what merges made of place, label and annotation kind.
+  [[nodiscard]] static std::unique_ptr<SummaryItemImpl> copySummaryItem(const SummaryItemImpl& source);
+
+  /// Folds `other`, which stands for the same site, into this item. See ItemMerge.cpp for who wins what.
+  void merge(const SummaryItemImpl& other);
+
+  [[nodiscard]] digestio::SummaryDetailKind detailKind() const override { return detailKind_; }
+  [[nodiscard]] sitenotes::annotation_t::kind_t annotationKind() const override { return annotationKind_; }
+  [[nodiscard]] sitenotes::locator_t locator() const override { return locator_; }
+  [[nodiscard]] std::string label() const override { return label_; }
+  [[nodiscard]] boost::shared_ptr<sitenotes::annotation_t> annotation() const override { return annotation_; }
+  [[nodiscard]] unsigned long handle() const override { return handle_; }
+  [[nodiscard]] SummaryDataStatus summaryDataStatus() const override { return status_; }
+  [[nodiscard]] SummaryDataStatus summaryDataStatus(digestio::SummaryDataKind kind) const override {
+    return collections_[kind].status;
+  }
+  [[nodiscard]] unsigned int summaryDataCount(digestio::SummaryDataKind kind) const override {
+    return collections_[kind].count;
+  }
+  [[nodiscard]] digestio::SummaryDetail* summaryDetail(digestio::SummaryDataKind kind) const override {
+    return collections_[kind].detail;
+  }
+  [[nodiscard]] digestio::SurveyDetail* surveyDetail() const override;
+  [[nodiscard]] digestio::SurveyVectorizationDetail* surveyVectorizationDetail() const override;
+  [[nodiscard]] digestio::SuitabilityDetail* suitabilityDetail() const override;
+  [[nodiscard]] digestio::CorrectnessDetail* correctnessDetail() const override;
+  [[nodiscard]] digestio::MapDetail* mapDetail() const override;
+  [[nodiscard]] boost::shared_ptr<sitenotes::annotation_t> collectionAnnotation(
+      digestio::SummaryDataKind kind) const override {
+    return collections_[kind].annotation;
+  }
+  void setSelected(bool selected) override { selected_ = selected; }
+  [[nodiscard]] bool isSelected() const override { return selected_; }
+  bool getCurrentLocator(sitenotes::locator_t& out, unsigned long& handle) override;
+  bool getCollectionLocator(digestio::SummaryDataKind kind, sitenotes::locator_t& out,
+                            unsigned long& handle) override;
+
+  virtual ~SummaryItemImpl();  // behind the twenty operations: items are deleted through this class alone
+
+  /// The stored place, label and annotation without a copy, for passes over whole lists.
+  [[nodiscard]] const sitenotes::locator_t& place() const noexcept { return locator_; }
+  [[nodiscard]] const std::string& labelText() const noexcept { return label_; }
+  [[nodiscard]] bool hasAnnotation() const noexcept { return annotation_ != nullptr; }
+
+  /// The orderings, in the order of SummaryMapping: whether `a` stands before `b`. Null items stand last. Not all of
+  /// them are strict weak orders; SummaryItems::sort copes with that. Defined with the view.
+  static bool compareLocator(SummaryItemImpl* a, SummaryItemImpl* b);
+  static bool compareKind(SummaryItemImpl* a, SummaryItemImpl* b);
+  static bool compareLabel(SummaryItemImpl* a, SummaryItemImpl* b);
+  static bool compareSurveyCpuTime(SummaryItemImpl* a, SummaryItemImpl* b);
+  static bool compareSurveyPriority(SummaryItemImpl* a, SummaryItemImpl* b);
+  static bool compareSurveyId(SummaryItemImpl* a, SummaryItemImpl* b);
+  static bool compareSurveyVectorizationSelfTime(SummaryItemImpl* a, SummaryItemImpl* b);
+  static bool compareSurveyVectorizationTotalTime(SummaryItemImpl* a, SummaryItemImpl* b);
+  static bool compareSurveyVectorizationPriority(SummaryItemImpl* a, SummaryItemImpl* b);
+  static bool compareSuitabilitySelfTime(SummaryItemImpl* a, SummaryItemImpl* b);
+  static bool compareSuitabilitySelfMaxGain(SummaryItemImpl* a, SummaryItemImpl* b);
+  static bool compareSortSuitabilityTotalMaxGain(SummaryItemImpl* a, SummaryItemImpl* b);
+  static bool compareCorrectnessErrors(SummaryItemImpl* a, SummaryItemImpl* b);
+  static bool compareCorrectnessWarnings(SummaryItemImpl* a, SummaryItemImpl* b);
+  static bool compareGeneralKindLocator(SummaryItemImpl* a, SummaryItemImpl* b);
+
+ private:
+  explicit SummaryItemImpl(SummaryData::Impl* owner) noexcept;  // an empty item
+
+  SummaryData::Impl* owner_;
+  digestio::SummaryDetailKind detailKind_;
+  sitenotes::annotation_t::kind_t annotationKind_;
+  SummaryDataStatus status_;
+  sitenotes::locator_t locator_;
+  std::string label_;
+  boost::shared_ptr<sitenotes::annotation_t> annotation_;
+  unsigned long handle_;
+  PerKind<CollectionInfo> collections_;
+  bool selected_;
+};
+
+/// The annotation database of the object that an item belongs to; empty if it has none. All that an item needs of
+/// its owner, so that items can be built and read without knowing it. Defined with the data object.
+[[nodiscard]] const boost::shared_ptr<sitenotes::database_t>& annotationDatabaseOf(const SummaryData::Impl& owner);
+
+}  // namespace kelvar_2_1_7
