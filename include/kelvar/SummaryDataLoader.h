@@ -41,9 +41,8 @@ class KELVAR_EXPORT SummaryDataLoader {
    public:
     /// `messenger` and `progress` are not used and may be null.
     DataFromResult(std::string surveyPath, std::string surveyVectorizationPath, std::string suitabilityPath,
-                   std::string correctnessPath, std::string mapPath,
-                   boost::shared_ptr<sitenotes::database_t> database, courier::IMessenger* messenger,
-                   courier::IProgress* progress);
+                   std::string correctnessPath, std::string mapPath, boost::shared_ptr<sitenotes::database_t> database,
+                   courier::IMessenger* messenger, courier::IProgress* progress);
     /// For a program without survey data.
     DataFromResult(std::string suitabilityPath, std::string correctnessPath, std::string mapPath,
                    boost::shared_ptr<sitenotes::database_t> database, courier::IMessenger* messenger,

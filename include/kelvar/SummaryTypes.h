@@ -22,21 +22,21 @@ inline constexpr int kSummaryDataStatusCount = 6;
 /// The orderings of the view. Items without the value that an ordering reads stand last; what two items leave
 /// undecided is decided by place, then annotation kind, detail kind, label and handle.
 enum SummaryMapping : std::int32_t {
-  kSortLocator = 0,                        ///< file leaf, line, column, path
-  kSortKind = 1,                           ///< detail kind, then annotation kind or time
-  kSortLabel = 2,                          ///< label, byte by byte
-  kSortSurveyCpuTime = 3,                  ///< longest first
-  kSortSurveyPriority = 4,                 ///< least number first
-  kSortSurveyId = 5,                       ///< least number first
-  kSortSurveyVectorizationSelfTime = 6,    ///< longest first, then by total time
-  kSortSurveyVectorizationTotalTime = 7,   ///< longest first
-  kSortSurveyVectorizationPriority = 8,    ///< greatest number first
-  kSortSuitabilitySelfTime = 9,            ///< longest first
-  kSortSuitabilitySelfMaxGain = 10,        ///< greatest gain of the site first
-  kSortSuitabilityTotalMaxGain = 11,       ///< greatest gain of the program first
-  kSortCorrectnessErrors = 12,             ///< most errors first, then most warnings
-  kSortCorrectnessWarnings = 13,           ///< most warnings first, both sorts together
-  kSortGeneralKindLocator = 14,            ///< groups of like annotation kinds
+  kSortLocator = 0,                       ///< file leaf, line, column, path
+  kSortKind = 1,                          ///< detail kind, then annotation kind or time
+  kSortLabel = 2,                         ///< label, byte by byte
+  kSortSurveyCpuTime = 3,                 ///< longest first
+  kSortSurveyPriority = 4,                ///< least number first
+  kSortSurveyId = 5,                      ///< least number first
+  kSortSurveyVectorizationSelfTime = 6,   ///< longest first, then by total time
+  kSortSurveyVectorizationTotalTime = 7,  ///< longest first
+  kSortSurveyVectorizationPriority = 8,   ///< greatest number first
+  kSortSuitabilitySelfTime = 9,           ///< longest first
+  kSortSuitabilitySelfMaxGain = 10,       ///< greatest gain of the site first
+  kSortSuitabilityTotalMaxGain = 11,      ///< greatest gain of the program first
+  kSortCorrectnessErrors = 12,            ///< most errors first, then most warnings
+  kSortCorrectnessWarnings = 13,          ///< most warnings first, both sorts together
+  kSortGeneralKindLocator = 14,           ///< groups of like annotation kinds
 };
 inline constexpr int kSummaryMappingCount = 15;
 

@@ -25,18 +25,18 @@ class SummaryItemImpl final : public SummaryItem {
 
   /// An annotated site. `annotation` must not be empty. Each flag fills the record of its kind with `status` and a
   /// count of 1 and no detail; `survey` fills that of the vectorization survey too.
-  SummaryItemImpl(SummaryData::Impl* owner, boost::shared_ptr<sitenotes::annotation_t> annotation,
-                  unsigned long handle, SummaryDataStatus status, bool survey, bool suitability, bool correctness,
-                  bool map);
+  SummaryItemImpl(SummaryData::Impl* owner, boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle,
+                  SummaryDataStatus status, bool survey, bool suitability, bool correctness, bool map);
   /// A site that an analysis reported. `detail` may be null, `annotation` may be empty.
   SummaryItemImpl(SummaryData::Impl* owner, digestio::SummaryDetail* detail,
                   boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle);
-  SummaryItemImpl(const SummaryItemImpl&) = delete;
   SummaryItemImpl& operator=(const SummaryItemImpl&) = delete;
 
   /// An item of its own with the records of `source`. Identity is read afresh from the source's annotation where it
   /// has one: a copy forgets the detail kind, and what merges made of place, label and annotation kind.
   [[nodiscard]] static std::unique_ptr<SummaryItemImpl> copySummaryItem(const SummaryItemImpl& source);
+  /// The same where nobody needs the source any more: the copy takes its place.
+  [[nodiscard]] static std::unique_ptr<SummaryItemImpl> copySummaryItem(std::unique_ptr<SummaryItemImpl> source);
 
   /// Folds `other`, which stands for the same site, into this item. See ItemMerge.cpp for who wins what.
   void merge(const SummaryItemImpl& other);
@@ -69,8 +69,7 @@ class SummaryItemImpl final : public SummaryItem {
   void setSelected(bool selected) override { selected_ = selected; }
   [[nodiscard]] bool isSelected() const override { return selected_; }
   bool getCurrentLocator(sitenotes::locator_t& out, unsigned long& handle) override;
-  bool getCollectionLocator(digestio::SummaryDataKind kind, sitenotes::locator_t& out,
-                            unsigned long& handle) override;
+  bool getCollectionLocator(digestio::SummaryDataKind kind, sitenotes::locator_t& out, unsigned long& handle) override;
 
   virtual ~SummaryItemImpl();  // behind the twenty operations: items are deleted through this class alone
 
@@ -99,6 +98,8 @@ class SummaryItemImpl final : public SummaryItem {
 
  private:
   explicit SummaryItemImpl(SummaryData::Impl* owner) noexcept;  // an empty item
+  SummaryItemImpl(const SummaryItemImpl&) = default;
+  void readAnnotationAfresh();
 
   SummaryData::Impl* owner_;
   digestio::SummaryDetailKind detailKind_;

@@ -27,7 +27,9 @@ class SummaryItems {
   void reserve(std::size_t count) { items_.reserve(count); }
   void append(value_type item) { items_.push_back(std::move(item)); }
   /// Drops the entries from `count` on, with their items.
-  void truncate(std::size_t count) noexcept { items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(count), items_.end()); }
+  void truncate(std::size_t count) noexcept {
+    items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(count), items_.end());
+  }
   void clear() noexcept { items_.clear(); }
   void swap(SummaryItems& other) noexcept { items_.swap(other.items_); }
 

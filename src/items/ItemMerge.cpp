@@ -1,0 +1,69 @@
+#include <string_view>
+
+#include "SummaryItemImpl.h"
+
+namespace kelvar_2_1_7 {
+
+namespace {
+
+/// The label of the item that stands for all that an analysis did not resolve any deeper. It survives every merge,
+/// so that what was cut off is never taken for a site.
+constexpr std::string_view kTooDeep = "__too deep__";
+
+/// Whether both places are known and on one line. Files and columns differ too easily between a run and today.
+bool onOneLine(const sitenotes::locator_t& a, const sitenotes::locator_t& b) {
+  return !a.is_null() && !b.is_null() && a.get_line() == b.get_line();
+}
+
+}  // namespace
+
+void SummaryItemImpl::readAnnotationAfresh() {
+  if (!annotation_) return;
+  detailKind_ = digestio::kAnnotatedSite;
+  annotationKind_ = annotation_->get_kind();
+  locator_ = annotation_->get_locator();
+  label_ = annotation_->get_label();
+}
+
+std::unique_ptr<SummaryItemImpl> SummaryItemImpl::copySummaryItem(const SummaryItemImpl& source) {
+  return copySummaryItem(std::unique_ptr<SummaryItemImpl>(new SummaryItemImpl(source)));
+}
+
+std::unique_ptr<SummaryItemImpl> SummaryItemImpl::copySummaryItem(std::unique_ptr<SummaryItemImpl> source) {
+  source->readAnnotationAfresh();
+  return source;
+}
+
+void SummaryItemImpl::merge(const SummaryItemImpl& other) {
+  // Statuses are read as they were before the merge: the records are settled before the items' identity is.
+  const bool current = status_ == kCurrent || other.status_ == kCurrent;
+  for (const digestio::SummaryDataKind kind : kAllKinds) {
+    CollectionInfo& record = collections_[kind];
+    const CollectionInfo& theirs = other.collections_[kind];
+    if (record.detail == nullptr && theirs.detail != nullptr) record = theirs;
+    if (record.status == kNoMatchCurrent && current) {
+      record.status = onOneLine(locator_, other.locator_) ? kExactMatchCurrent : kApproximateMatchCurrent;
+    }
+  }
+
+  if (!annotation_) {
+    annotation_ = other.annotation_;
+    handle_ = other.handle_;
+  }
+  if (locator_.is_null()) locator_ = other.locator_;
+  if (label_.empty()) label_ = other.label_;
+
+  if (other.status_ > status_) {
+    if (other.annotation_) {
+      annotation_ = other.annotation_;
+      handle_ = other.handle_;
+    }
+    if (!other.locator_.is_null()) locator_ = other.locator_;
+    if (!other.label_.empty()) label_ = other.label_;
+    status_ = other.status_;
+  }
+  if (other.label_ == kTooDeep) label_ = kTooDeep;
+  if (!selected_) selected_ = other.selected_;
+}
+
+}  // namespace kelvar_2_1_7

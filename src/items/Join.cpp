@@ -1,0 +1,66 @@
+#include "Join.h"
+
+#include <algorithm>
+#include <boost/unordered/unordered_flat_map.hpp>
+#include <utility>
+
+#include "SiteMatch.h"
+
+namespace kelvar_2_1_7 {
+
+namespace {
+
+/// Which item of a list a handle names: of several, the last.
+using HandleIndex = boost::unordered_flat_map<unsigned long, SummaryItemImpl*>;
+
+/// Copies of the list's items, and which of them the handles name.
+SummaryItems copiesOf(const SummaryItems& list, HandleIndex& byHandle) {
+  SummaryItems copies;
+  copies.reserve(list.size());
+  byHandle.reserve(list.size());
+  for (const SummaryItems::value_type& item : list) {
+    if (!item) continue;
+    copies.append(SummaryItemImpl::copySummaryItem(*item));
+    SummaryItemImpl* copy = copies[copies.size() - 1];
+    if (copy->hasAnnotation() && copy->handle() != 0) byHandle.insert_or_assign(copy->handle(), copy);
+  }
+  return copies;
+}
+
+/// Merges each incoming item into the one of its handle, or takes it in. Answers how well the worst of them matched.
+SummaryDataStatus matchByHandle(SummaryItems& list, const HandleIndex& byHandle, SummaryItems& incoming) {
+  SummaryDataStatus match = kExactMatchCurrent;
+  for (SummaryItems::value_type& item : incoming) {
+    if (!item) continue;
+    const auto known = item->handle() != 0 ? byHandle.find(item->handle()) : byHandle.end();
+    if (known == byHandle.end()) {
+      list.append(SummaryItemImpl::copySummaryItem(std::move(item)));
+      match = std::min(match, kNoMatchCurrent);
+      continue;
+    }
+    SummaryItemImpl& site = *known->second;
+    if (site.place().get_line() != item->place().get_line()) match = std::min(match, kApproximateMatchCurrent);
+    site.merge(*item);
+  }
+  return match;
+}
+
+/// Whether two neighbours of the joined list stand for one site: one of two places may be unknown.
+bool sameSite(const SummaryItemImpl& a, const SummaryItemImpl& b) {
+  return sameSortOfSite(a, b) && a.labelText() == b.labelText() &&
+         (a.place().is_null() != b.place().is_null() || sameLeaf(a, b)) && !seenApart(a, b);
+}
+
+}  // namespace
+
+SummaryDataStatus join(SummaryItems& list, SummaryItems& incoming) {
+  HandleIndex byHandle;
+  SummaryItems joined = copiesOf(list, byHandle);
+  const SummaryDataStatus match = matchByHandle(joined, byHandle, incoming);
+  joined.sort(kSortKind);
+  foldNeighbours(joined, sameSite);
+  list.swap(joined);  // the old items go with `joined`
+  return match;
+}
+
+}  // namespace kelvar_2_1_7
