@@ -57,6 +57,7 @@ SummaryDataStatus join(SummaryItems& list, SummaryItems& incoming) {
   HandleIndex byHandle;
   SummaryItems joined = copiesOf(list, byHandle);
   const SummaryDataStatus match = matchByHandle(joined, byHandle, incoming);
+  SummaryItems().swap(incoming);  // a large part of the memory that a result takes
   joined.sort(kSortKind);
   foldNeighbours(joined, sameSite);
   list.swap(joined);  // the old items go with `joined`

@@ -7,18 +7,9 @@ namespace kelvar_2_1_7 {
 
 namespace {
 
-template <auto detail>
-bool bothHave(const SummaryItemImpl& a, const SummaryItemImpl& b) {
-  return (a.*detail)() != nullptr && (b.*detail)() != nullptr;
-}
-
-// Vectorization data may come twice for one site, once for each version of a loop: it is not asked.
-constexpr std::array kExclusive{
-    bothHave<&SummaryItemImpl::surveyDetail>,
-    bothHave<&SummaryItemImpl::suitabilityDetail>,
-    bothHave<&SummaryItemImpl::correctnessDetail>,
-    bothHave<&SummaryItemImpl::mapDetail>,
-};
+// Two items that both hold one of these are two sites. Vectorization data may come twice for one site, once for each
+// version of a loop: it is not asked.
+constexpr std::array kExclusiveKinds{digestio::kSurvey, digestio::kSuitability, digestio::kCorrectness, digestio::kMap};
 
 }  // namespace
 
@@ -34,7 +25,8 @@ bool sameSortOfSite(const SummaryItemImpl& a, const SummaryItemImpl& b) {
 }
 
 bool seenApart(const SummaryItemImpl& a, const SummaryItemImpl& b) {
-  return std::any_of(kExclusive.begin(), kExclusive.end(), [&](auto both) { return both(a, b); });
+  return std::any_of(kExclusiveKinds.begin(), kExclusiveKinds.end(),
+                     [&](digestio::SummaryDataKind kind) { return a.shows(kind) && b.shows(kind); });
 }
 
 }  // namespace kelvar_2_1_7

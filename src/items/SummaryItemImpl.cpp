@@ -10,25 +10,22 @@ using digestio::SummaryDetail;
 
 namespace {
 
-/// What a record of a kind takes from a detail that shows the kind.
-struct DetailView {
-  SummaryDataKind kind;
-  bool (*shows)(const SummaryDetail&);
-  bool keepsAnnotation;  // the two surveys see loops and functions, whose annotation says nothing of the run
-};
-
 template <auto view>
 bool shows(const SummaryDetail& detail) {
   return (detail.*view)() != nullptr;
 }
 
-constexpr std::array kDetailViews{
-    DetailView{digestio::kSurvey, shows<&SummaryDetail::surveyView>, false},
-    DetailView{digestio::kSurveyVectorization, shows<&SummaryDetail::surveyVectorizationView>, false},
-    DetailView{digestio::kCorrectness, shows<&SummaryDetail::correctnessView>, true},
-    DetailView{digestio::kMap, shows<&SummaryDetail::mapView>, true},
-    DetailView{digestio::kSuitability, shows<&SummaryDetail::suitabilityView>, true},
-};
+/// Whether a detail has a record of the kind.
+constexpr PerKind<bool (*)(const SummaryDetail&)> kShows{
+    {shows<&SummaryDetail::surveyView>, shows<&SummaryDetail::surveyVectorizationView>,
+     shows<&SummaryDetail::suitabilityView>, shows<&SummaryDetail::correctnessView>, shows<&SummaryDetail::mapView>}};
+
+/// The order in which a new item asks a detail for its records.
+constexpr std::array kReadingOrder{digestio::kSurvey, digestio::kSurveyVectorization, digestio::kCorrectness,
+                                   digestio::kMap, digestio::kSuitability};
+
+/// The two surveys see functions and loops, whose annotation says nothing of the run.
+constexpr PerKind<bool> kKeepsAnnotation{{false, false, true, true, true}};
 
 template <auto view>
 auto typed(const SummaryDetail* detail) -> decltype((detail->*view)()) {
@@ -80,14 +77,14 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, SummaryDetail* detail
   if (detail == nullptr) return;
 
   bool shown = false;
-  for (const DetailView& view : kDetailViews) {
-    if (!view.shows(*detail)) continue;
+  for (const SummaryDataKind kind : kReadingOrder) {
+    if (!kShows[kind](*detail)) continue;
     shown = true;
-    CollectionInfo& record = collections_[view.kind];
+    CollectionInfo& record = collections_[kind];
     record.status = kNoMatchCurrent;
     record.count = 1;
     record.detail = detail;
-    if (view.keepsAnnotation) record.annotation = annotation;
+    if (kKeepsAnnotation[kind]) record.annotation = annotation;
   }
   // A detail that shows nothing gives no identity either.
   if (!shown || annotation) return;
@@ -98,6 +95,11 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, SummaryDetail* detail
 }
 
 SummaryItemImpl::~SummaryItemImpl() = default;
+
+bool SummaryItemImpl::shows(SummaryDataKind kind) const {
+  const SummaryDetail* detail = collections_[kind].detail;
+  return detail != nullptr && kShows[kind](*detail);
+}
 
 digestio::SurveyDetail* SummaryItemImpl::surveyDetail() const {
   return typed<&SummaryDetail::surveyView>(collections_[digestio::kSurvey].detail);

@@ -77,6 +77,8 @@ class SummaryItemImpl final : public SummaryItem {
   [[nodiscard]] const sitenotes::locator_t& place() const noexcept { return locator_; }
   [[nodiscard]] const std::string& labelText() const noexcept { return label_; }
   [[nodiscard]] bool hasAnnotation() const noexcept { return annotation_ != nullptr; }
+  /// Whether the typed detail of `kind` is there.
+  [[nodiscard]] bool shows(digestio::SummaryDataKind kind) const;
 
   /// The orderings, in the order of SummaryMapping: whether `a` stands before `b`. Null items stand last. Not all of
   /// them are strict weak orders; SummaryItems::sort copes with that. Defined with the view.
