@@ -14,10 +14,11 @@ namespace kelvar_platform {
 struct Refusal {
   std::string file;      ///< as it was named
   std::string place;     ///< where in it: `details[3].survey.cpuTime`, `byte 17`, `edit, revision 5`; may be empty
-  std::string expected;  ///< what was expected there
+  std::string expected;  ///< what was expected there, in a few words: `a finite number`, `kind from 0 to 18`
 
   bool operator==(const Refusal&) const = default;
-  /// `FILE: PLACE: EXPECTED`, without the place where there is none. Bytes that a terminal would obey are escaped.
+  /// `FILE: PLACE: expected EXPECTED`, without the place where there is none. What a terminal would obey, and what is
+  /// no UTF-8, is escaped as `\xNN`.
   [[nodiscard]] PLATFORM_EXPORT std::string sentence() const;
 };
 

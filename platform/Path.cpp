@@ -1,0 +1,133 @@
+#include <algorithm>
+#include <boost/endian/conversion.hpp>
+#include <boost/unordered/unordered_flat_map.hpp>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <shared_mutex>
+#include <type_traits>
+
+#include "toolbelt.h"
+
+namespace toolbelt {
+
+static_assert(std::is_trivially_copyable_v<path_t> && sizeof(path_t) == sizeof(void*), "copied in every comparison");
+
+namespace {
+
+/// The first eight bytes as a number that orders as they do; a shorter text is filled up with zero bytes, so two
+/// texts of one prefix may still differ.
+std::uint64_t prefixOf(std::string_view text) noexcept {
+  std::uint64_t prefix = 0;
+  if (!text.empty()) std::memcpy(&prefix, text.data(), std::min(text.size(), sizeof prefix));
+  return boost::endian::big_to_native(prefix);
+}
+
+std::string_view leafOf(std::string_view path) noexcept {
+  return path.substr(path.rfind('/') + 1);
+}
+
+int signOf(int order) noexcept {
+  return (order > 0) - (order < 0);
+}
+
+}  // namespace
+
+/// What the process knows of one text. Stays where it is and never goes, since paths may outlive everything else.
+/// What a comparison reads comes first and lies in one cache line.
+struct alignas(64) path_t::Entry {
+  /// `interned` is the entry of this path's leaf; null for a path that is its own leaf.
+  Entry(std::string_view path, const Entry* interned)
+      : leaf(interned != nullptr ? interned : this),
+        leafPrefix(prefixOf(leafOf(path))),
+        prefix(prefixOf(path)),
+        text(path) {}
+  Entry(const Entry&) = delete;  // an entry is known by its address
+  Entry& operator=(const Entry&) = delete;
+
+  static const Entry* empty() noexcept;
+  static const Entry* intern(std::string_view text);
+
+  const Entry* leaf;
+  std::uint64_t leafPrefix;
+  std::uint64_t prefix;
+  std::string text;
+};
+
+namespace {
+
+/// Every text that a path was ever made of. Readers share it: most paths are known already.
+template <class Entry>
+class Pool {
+ public:
+  const Entry* find(std::string_view text) const {
+    const std::shared_lock lock(mutex_);
+    const auto known = entries_.find(text);
+    return known == entries_.end() ? nullptr : known->second.get();
+  }
+
+  /// The entry of a text, with `leaf` for its leaf where it is new. Another thread may have added it meanwhile.
+  const Entry* add(std::string_view text, const Entry* leaf) {
+    auto entry = std::make_unique<const Entry>(text, leaf);
+    const std::string_view key = entry->text;
+    const std::unique_lock lock(mutex_);
+    return entries_.try_emplace(key, std::move(entry)).first->second.get();
+  }
+
+ private:
+  mutable std::shared_mutex mutex_;
+  boost::unordered_flat_map<std::string_view, std::unique_ptr<const Entry>> entries_;
+};
+
+}  // namespace
+
+const path_t::Entry* path_t::Entry::empty() noexcept {
+  // Built in place: it needs no memory that could be missing, and is there while other static objects go.
+  alignas(Entry) static std::byte room[sizeof(Entry)];
+  static const Entry* const entry = ::new (room) Entry({}, nullptr);
+  return entry;
+}
+
+const path_t::Entry* path_t::Entry::intern(std::string_view text) {
+  static Pool<Entry>& pool = *new Pool<Entry>;  // never deleted: see Entry
+  if (text.empty()) return empty();
+  if (const Entry* known = pool.find(text)) return known;
+  const std::string_view leaf = leafOf(text);
+  return pool.add(text, leaf.size() == text.size() ? nullptr : intern(leaf));
+}
+
+path_t::path_t() noexcept : entry_(Entry::empty()) {}
+
+path_t::path_t(std::string_view text) : entry_(Entry::intern(text)) {}
+
+const std::string& path_t::get_text() const noexcept {
+  return entry_->text;
+}
+
+const std::string& path_t::get_leaf() const noexcept {
+  return entry_->leaf->text;
+}
+
+bool path_t::empty() const noexcept {
+  return entry_->text.empty();
+}
+
+int path_t::compare_leaf(const path_t& other) const noexcept {
+  const Entry& a = *entry_;
+  const Entry& b = *other.entry_;
+  if (a.leaf == b.leaf) return 0;
+  if (a.leafPrefix != b.leafPrefix) return a.leafPrefix < b.leafPrefix ? -1 : 1;
+  return signOf(a.leaf->text.compare(b.leaf->text));
+}
+
+int path_t::compare(const path_t& other) const noexcept {
+  const Entry& a = *entry_;
+  const Entry& b = *other.entry_;
+  if (&a == &b) return 0;
+  if (a.prefix != b.prefix) return a.prefix < b.prefix ? -1 : 1;
+  return signOf(a.text.compare(b.text));
+}
+
+}  // namespace toolbelt
