@@ -1,0 +1,41 @@
+# Debian packages, one for each component: `cpack` in a build folder that was configured with
+# -DCMAKE_INSTALL_PREFIX=/usr, so that the libraries go where the system's linker looks.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME kelvar-summary)
+set(CPACK_PACKAGE_VENDOR kelvar-summary)
+set(CPACK_PACKAGE_CONTACT "kelvar-summary developers <kelvar-summary@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY "=")  # the SONAME is the release: no other one will do
+# The command's libraries lie in another component: dpkg-shlibdeps finds them in the build folder.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src ${PROJECT_BINARY_DIR}/platform)
+
+set(kelvar_dev_depends libboost1.81-dev)
+if(BUILD_SHARED_LIBS)
+  set(CPACK_COMPONENTS_ALL runtime development)
+  list(PREPEND kelvar_dev_depends "libkelvar-summary2.1 (= ${PROJECT_VERSION})")
+else()
+  set(CPACK_COMPONENTS_ALL development)
+  list(APPEND kelvar_dev_depends libboost-filesystem1.81-dev "libsqlite3-dev (>= 3.37)" "libsimdjson-dev (>= 3.0)")
+endif()
+if(TARGET kelvar)
+  list(APPEND CPACK_COMPONENTS_ALL command)
+endif()
+list(JOIN kelvar_dev_depends ", " CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS)
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libkelvar-summary2.1)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "Annotations and analyses, joined by source site: the libraries")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libkelvar-summary-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Annotations and analyses, joined by source site: headers and packages")
+set(CPACK_DEBIAN_COMMAND_PACKAGE_NAME kelvar)
+set(CPACK_DEBIAN_COMMAND_PACKAGE_SECTION devel)
+set(CPACK_COMPONENT_COMMAND_DESCRIPTION "Annotations and analyses, joined by source site: the command")
+
+include(CPack)

@@ -1,0 +1,95 @@
+#!/bin/bash
+# Whether an installed copy can be moved, linked and used: installed_copy.sh BUILD SOURCE WORK
+# Installs BUILD, moves the copy to another name, and builds callers against it that know nothing else: one with three
+# lines of CMake, one with pkg-config alone. Then runs the command from it, its pages and its completion.
+set -euo pipefail
+build=$1 source=$2 work=$3
+here=$(cd "$(dirname "$0")" && pwd)
+# shellcheck source=tests/install/lib.sh
+. "$here/lib.sh"
+
+rm -rf "$work"
+mkdir -p "$work"
+cmake --install "$build" --prefix "$work/first" >"$work/install.log" || fail "cmake --install"
+mv "$work/first" "$work/moved here"
+prefix="$work/moved here"
+# Were anything absolute left, it would point to a copy that is gone, or to the tree that it was built in.
+if grep -rIl --exclude-dir=man -e "$work/first" -e "$build" "$prefix" >"$work/absolute"; then
+  fail "absolute paths in $(cat "$work/absolute")"
+fi
+
+project="$work/project"
+make_project "$prefix/bin/kelvar" "$project"
+expected=$(cat "$source/examples/api/SummaryData.txt")
+
+cmake_caller() {
+  mkdir -p "$work/cmake"
+  cat >"$work/cmake/CMakeLists.txt" <<CMAKE
+cmake_minimum_required(VERSION 3.25)
+project(caller LANGUAGES CXX)
+find_package(kelvar_summary 2.1 REQUIRED)
+add_executable(caller $source/examples/api/SummaryData.cpp)
+target_link_libraries(caller kelvar::summary)
+CMAKE
+  cmake -S "$work/cmake" -B "$work/cmake/build" -DCMAKE_PREFIX_PATH="$prefix" >"$work/cmake.log" || fail "find_package"
+  cmake --build "$work/cmake/build" >>"$work/cmake.log" || fail "building with CMake: $(tail -5 "$work/cmake.log")"
+  [ "$("$work/cmake/build/caller" "$project")" = "$expected" ] || fail "the caller built with CMake"
+}
+
+# A prefix with a blank in it is quoted by pkg-config, as a shell wants it.
+pkgconfig_caller() {
+  local libdir flags
+  libdir=$(dirname "$(find "$prefix" -name kelvar_summary.pc)")
+  flags=$(PKG_CONFIG_PATH=$libdir pkg-config --cflags --libs "kelvar_summary >= 2.1")
+  eval "${CXX:-c++} -o '$work/caller' '$source/examples/api/SummaryData.cpp' $flags" || fail "building with pkg-config"
+  [ "$(LD_LIBRARY_PATH=$(dirname "$libdir") "$work/caller" "$project")" = "$expected" ] ||
+    fail "the caller built with pkg-config"
+}
+
+too_old_and_too_new() {
+  for version in 2.0 2.2 3.0; do
+    echo "cmake_minimum_required(VERSION 3.25)
+project(caller LANGUAGES NONE)
+find_package(kelvar_summary $version REQUIRED)" >"$work/cmake/CMakeLists.txt"
+    if cmake -S "$work/cmake" -B "$work/cmake/other" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null 2>&1; then
+      fail "release 2.1 taken for $version"
+    fi
+  done
+}
+
+# Every option that a subcommand explains stands in its page, and is completed.
+pages_and_completion() {
+  local subcommand option page
+  # shellcheck source=docs/completion/kelvar
+  . "$prefix/share/bash-completion/completions/kelvar"
+  PATH="$prefix/bin:$PATH"
+  for subcommand in report annotate status import; do
+    page="$prefix/share/man/man1/kelvar-$subcommand.1"
+    [ -z "$(man --warnings -l "$page" 2>&1 >/dev/null)" ] || fail "man -l $page warns"
+    for option in $(options_of "$subcommand"); do
+      man -l "$page" | grep -q -e "$option" || fail "kelvar-$subcommand(1) says nothing of $option"
+      complete_line "kelvar $subcommand $option" | grep -qx -e "$option" || fail "$subcommand $option is not completed"
+    done
+  done
+  complete_line "kelvar re" | grep -qx report || fail "subcommands are not completed"
+  complete_line "kelvar report --sort survey-c" | grep -qx survey-cpu-time || fail "orderings are not completed"
+  complete_line "kelvar annotate a.db add --kind end-t" | grep -qx end-task || fail "annotation kinds are not completed"
+}
+
+options_of() {
+  kelvar "$1" --help | grep -oE -e '--[a-z][a-z-]+' | sort -u
+}
+
+# complete_line LINE: what is offered for its last word.
+complete_line() {
+  read -ra COMP_WORDS <<<"$1"
+  COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+  COMPREPLY=()
+  _kelvar
+  printf '%s\n' "${COMPREPLY[@]}"
+}
+
+cmake_caller
+pkgconfig_caller
+too_old_and_too_new
+pages_and_completion
