@@ -1,0 +1,194 @@
+#include "Annotate.h"
+
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <string>
+
+#include "Annotations.h"
+#include "Messages.h"
+#include "Names.h"
+#include "Options.h"
+#include "Output.h"
+#include "Place.h"
+
+namespace kelvar_tool {
+
+namespace {
+
+using kelvar_platform::AnnotationEditor;
+using kelvar_platform::Site;
+
+/// What the command line says of one edit; each subcommand reads what it takes.
+struct Edit {
+  std::string database;
+  std::int64_t sequence = 0;
+  sitenotes::annotation_t::kind_t kind = sitenotes::annotation_t::parallel;
+  std::string label;
+  Place place;
+  std::string result;
+  bool all = false;
+};
+
+/// One line: sequence, kind, label, place and, where there is something to mark, the marks; a tab between each two.
+std::string lineOf(const Site& site) {
+  const std::string& kind = annotationKindNames()[static_cast<std::size_t>(site.kind)];
+  const Place place{.file = site.file, .line = site.line, .column = site.column};
+  std::string line =
+      std::to_string(site.sequence) + '\t' + kind + '\t' + escaped(site.label) + '\t' + escaped(text(place));
+  if (site.disabled) line += "\tdisabled";
+  if (!site.alive) line += site.disabled ? ",removed" : "\tremoved";
+  return line + '\n';
+}
+
+void list(AnnotationEditor& editor, const Edit& edit) {
+  std::string lines;
+  for (const Site& site : editor.list(edit.all)) lines += lineOf(site);
+  print(lines);
+}
+
+void add(AnnotationEditor& editor, const Edit& edit) {
+  const Place& at = edit.place;
+  print(std::to_string(editor.add(edit.kind, edit.label, at.file, at.line, at.column)) + '\n');
+}
+
+void move(AnnotationEditor& editor, const Edit& edit) {
+  editor.move(edit.sequence, edit.place.file, edit.place.line, edit.place.column);
+}
+
+void relabel(AnnotationEditor& editor, const Edit& edit) {
+  editor.relabel(edit.sequence, edit.label);
+}
+
+void disable(AnnotationEditor& editor, const Edit& edit) {
+  editor.setDisabled(edit.sequence, true);
+}
+
+void enable(AnnotationEditor& editor, const Edit& edit) {
+  editor.setDisabled(edit.sequence, false);
+}
+
+void remove(AnnotationEditor& editor, const Edit& edit) {
+  editor.remove(edit.sequence);
+}
+
+void snapshot(AnnotationEditor& editor, const Edit& edit) {
+  editor.snapshot(edit.result);
+}
+
+void takeSequence(CLI::App& app, Edit& edit) {
+  addText(app, "SEQUENCE", "The site's number, as add and list print it", [&](const std::string& text) {
+    const auto sequence = decimal(text, std::numeric_limits<std::int64_t>::max());
+    if (!sequence || *sequence == 0) throw UsageError("SEQUENCE: expected a site's number, not " + inQuotes(text));
+    edit.sequence = *sequence;
+  })->required();
+}
+
+void takePlace(CLI::App& app, Edit& edit) {
+  addText(app, "--at", "Where the site is: --at src/solver.cpp:120 or --at src/solver.cpp:120:5",
+          [&](const std::string& text) { edit.place = placeIn("--at", text); })
+      ->type_name("FILE:LINE[:COLUMN]")
+      ->required();
+}
+
+void takeSite(CLI::App& app, Edit& edit) {
+  addText(app, "--kind", "Kind of the annotation, by name (end-task) or number (3)",
+          [&](const std::string& text) { edit.kind = annotationKindNamed("--kind", text); })
+      ->type_name("KIND")
+      ->required();
+  addText(app, "--label", "Name of the site, by which reports show it",
+          [&](const std::string& text) { edit.label = text; })
+      ->type_name("TEXT")
+      ->required();
+  takePlace(app, edit);
+}
+
+void takeSequenceAndPlace(CLI::App& app, Edit& edit) {
+  takeSequence(app, edit);
+  takePlace(app, edit);
+}
+
+void takeSequenceAndLabel(CLI::App& app, Edit& edit) {
+  takeSequence(app, edit);
+  addText(app, "TEXT", "The new name of the site", [&](const std::string& text) { edit.label = text; })->required();
+}
+
+void takeAll(CLI::App& app, Edit& edit) {
+  app.add_flag("--all", edit.all, "List removed sites too");
+}
+
+void takeResult(CLI::App& app, Edit& edit) {
+  addPath(app, "RESULT_PATH", "", "The result directory, or its surveyvectorization sub-result", edit.result)
+      ->required();
+}
+
+struct EditCommand {
+  const char* name;
+  const char* help;
+  const char* examples;
+  AnnotationEditor::Open open;
+  void (*take)(CLI::App& app, Edit& edit);
+  void (*apply)(AnnotationEditor& editor, const Edit& edit);
+};
+constexpr auto kExisting = AnnotationEditor::Open::existing;
+constexpr EditCommand kEditCommands[] = {
+    {"add", "Annotate a site and print its sequence; makes the database where there is none",
+     "Example:\n  kelvar annotate annotations.db add --kind parallel --label solver --at src/solver.cpp:120:5",
+     AnnotationEditor::Open::createIfMissing, takeSite, add},
+    {"move", "Give a site a new place", "Example:\n  kelvar annotate annotations.db move 7 --at src/solver.cpp:124",
+     kExisting, takeSequenceAndPlace, move},
+    {"relabel", "Give a site a new name",
+     "Examples:\n  kelvar annotate annotations.db relabel 7 'inner solver'\n"
+     "  kelvar annotate annotations.db relabel -- 7 -O3   a name that begins with a dash",
+     kExisting, takeSequenceAndLabel, relabel},
+    {"disable", "Keep a site out of reports", "Example:\n  kelvar annotate annotations.db disable 7", kExisting,
+     takeSequence, disable},
+    {"enable", "Take a disabled site into reports again", "Example:\n  kelvar annotate annotations.db enable 7",
+     kExisting, takeSequence, enable},
+    {"remove", "Remove a site", "Example:\n  kelvar annotate annotations.db remove 7", kExisting, takeSequence, remove},
+    {"list", "Print a line for each living site",
+     "Example:\n  kelvar annotate annotations.db list --all\n"
+     "Fields of a line, a tab between each two: sequence, kind, label, FILE:LINE[:COLUMN], and for a site that is\n"
+     "marked, disabled or removed or both with a comma. In labels and files \\t, \\n, \\r, \\\\ and \\xHH stand for "
+     "the\n"
+     "bytes that would break a line.",
+     kExisting, takeAll, list},
+    {"snapshot", "Record that a result was collected on the annotations as they are now",
+     "Example:\n  kelvar annotate annotations.db snapshot my-project/survey", kExisting, takeResult, snapshot},
+};
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  kelvar annotate annotations.db add --kind parallel --label solver --at src/solver.cpp:120\n"
+    "  kelvar annotate annotations.db list\n"
+    "  kelvar annotate annotations.db disable 7\n"
+    "  kelvar annotate annotations.db move --help    says more of move; so with every subcommand\n"
+    "\n"
+    "Exit status: 0 done; 1 the database could not be read or written, and is as it was; 2 a usage error;\n"
+    "3 out of memory, or the system failed.";
+
+void addEditCommand(CLI::App& annotate, const EditCommand& command, const std::shared_ptr<Edit>& edit, Action& chosen) {
+  CLI::App& app = *annotate.add_subcommand(command.name, command.help);
+  command.take(app, *edit);
+  app.footer(command.examples);
+  app.callback([&command, edit, &chosen] {
+    chosen = [&command, edit] {
+      AnnotationEditor editor(edit->database, command.open);
+      command.apply(editor, *edit);
+      return kDone;
+    };
+  });
+}
+
+}  // namespace
+
+void addAnnotate(CLI::App& kelvar, Action& chosen) {
+  CLI::App& app = *kelvar.add_subcommand("annotate", "Edit an annotation database");
+  const auto edit = std::make_shared<Edit>();
+  addPath(app, "DATABASE", "", "The annotation database, a file", edit->database)->required();
+  app.require_subcommand(1);
+  app.footer(kExamples);
+  for (const EditCommand& command : kEditCommands) addEditCommand(app, command, edit, chosen);
+}
+
+}  // namespace kelvar_tool

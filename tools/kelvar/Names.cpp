@@ -1,0 +1,150 @@
+#include "Names.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <numeric>
+#include <system_error>
+
+#include "Messages.h"
+
+namespace kelvar_tool {
+
+namespace {
+
+using sitenotes::annotation_t;
+
+constexpr int kAnnotationKindCount = annotation_t::all_kinds;
+
+const std::vector<std::string>& dataKindNames() {
+  static const std::vector<std::string> names{"survey", "surveyvectorization", "suitability", "dependencies", "map"};
+  return names;
+}
+
+std::vector<std::string> namesOfAnnotationKinds() {
+  std::vector<std::string> names;
+  for (int kind = 0; kind < kAnnotationKindCount; ++kind) {
+    std::string name = annotation_t::display(static_cast<annotation_t::kind_t>(kind));
+    std::replace(name.begin(), name.end(), ' ', '-');
+    names.push_back(std::move(name));
+  }
+  return names;
+}
+
+std::optional<int> indexOf(const std::string& text, const std::vector<std::string>& names) {
+  const auto found = std::find(names.begin(), names.end(), text);
+  if (found == names.end()) return std::nullopt;
+  return static_cast<int>(found - names.begin());
+}
+
+std::optional<int> indexOrNumber(const std::string& text, const std::vector<std::string>& names) {
+  if (const auto number = decimal(text, static_cast<std::int64_t>(names.size()) - 1)) return static_cast<int>(*number);
+  return indexOf(text, names);
+}
+
+[[noreturn]] void refuse(std::string_view option, const std::string& text, const std::string& expected,
+                         const std::vector<std::string>& candidates) {
+  throw UsageError(std::string(option) + ": expected " + expected + ", not " + inQuotes(text) +
+                   proposal(text, candidates));
+}
+
+// How many keys were hit wrongly: a letter too many, too few, another one, or two that changed places.
+std::size_t slips(std::string_view typed, std::string_view meant) {
+  std::vector<std::size_t> beforeLast(meant.size() + 1);
+  std::vector<std::size_t> last(meant.size() + 1);
+  std::vector<std::size_t> current(meant.size() + 1);
+  std::iota(last.begin(), last.end(), std::size_t{0});
+  for (std::size_t i = 1; i <= typed.size(); ++i) {
+    current[0] = i;
+    for (std::size_t j = 1; j <= meant.size(); ++j) {
+      const std::size_t other = typed[i - 1] == meant[j - 1] ? 0 : 1;
+      current[j] = std::min({last[j] + 1, current[j - 1] + 1, last[j - 1] + other});
+      const bool swapped = i > 1 && j > 1 && typed[i - 1] == meant[j - 2] && typed[i - 2] == meant[j - 1];
+      if (swapped) current[j] = std::min(current[j], beforeLast[j - 2] + 1);
+    }
+    std::swap(beforeLast, last);
+    std::swap(last, current);
+  }
+  return last[meant.size()];
+}
+
+}  // namespace
+
+const std::vector<std::string>& orderingNames() {
+  static const std::vector<std::string> names{"locator",
+                                              "kind",
+                                              "label",
+                                              "survey-cpu-time",
+                                              "survey-priority",
+                                              "survey-id",
+                                              "survey-vectorization-self-time",
+                                              "survey-vectorization-total-time",
+                                              "survey-vectorization-priority",
+                                              "suitability-self-time",
+                                              "suitability-self-max-gain",
+                                              "suitability-total-max-gain",
+                                              "dependencies-errors",
+                                              "dependencies-warnings",
+                                              "general-kind-locator"};
+  return names;
+}
+
+const std::vector<std::string>& annotationKindNames() {
+  static const std::vector<std::string> names = namesOfAnnotationKinds();
+  return names;
+}
+
+const std::string& dataKindName(digestio::SummaryDataKind kind) {
+  return dataKindNames()[static_cast<std::size_t>(kind)];
+}
+
+kelvar::SummaryMapping orderingNamed(std::string_view option, const std::string& text) {
+  if (const auto ordering = indexOrNumber(text, orderingNames())) return static_cast<kelvar::SummaryMapping>(*ordering);
+  refuse(option, text, "the name of an ordering or its number, 0 to 14", orderingNames());
+}
+
+digestio::SummaryDataKind dataKindNamed(std::string_view option, const std::string& text) {
+  if (const auto kind = indexOf(text, dataKindNames())) return static_cast<digestio::SummaryDataKind>(*kind);
+  refuse(option, text, "survey, surveyvectorization, suitability, dependencies or map", dataKindNames());
+}
+
+digestio::SummaryDetailKind detailKindNamed(std::string_view option, const std::string& text) {
+  if (text == "1") return digestio::kHotSpot;
+  if (text == "2") return digestio::kLoop;
+  refuse(option, text, "1 (hot spots) or 2 (loops)", {});
+}
+
+annotation_t::kind_t annotationKindNamed(std::string_view option, const std::string& text) {
+  std::string name = text;
+  std::replace(name.begin(), name.end(), ' ', '-');
+  if (const auto kind = indexOrNumber(name, annotationKindNames())) return static_cast<annotation_t::kind_t>(*kind);
+  refuse(option, text, "the name of an annotation kind or its number, 0 to 18", annotationKindNames());
+}
+
+annotation_t::kind_t annotationKindOrAllNamed(std::string_view option, const std::string& text) {
+  return text == "all" ? annotation_t::all_kinds : annotationKindNamed(option, text);
+}
+
+std::optional<std::int64_t> decimal(std::string_view text, std::int64_t greatest) {
+  if (text.empty() || text.front() == '-') return std::nullopt;
+  std::int64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size() || number > greatest) return std::nullopt;
+  return number;
+}
+
+std::string proposal(const std::string& text, const std::vector<std::string>& candidates) {
+  constexpr std::size_t kLongestName = 64;  // what is longer is no slip, and would only take time to compare
+  if (text.size() > kLongestName) return {};
+  const std::string* nearest = nullptr;
+  std::size_t fewest = std::max<std::size_t>(2, text.size() / 3) + 1;
+  for (const std::string& candidate : candidates) {
+    const std::size_t distance = slips(text, candidate);
+    if (distance >= fewest || distance >= candidate.size()) continue;
+    fewest = distance;
+    nearest = &candidate;
+  }
+  return nearest ? "; did you mean " + inQuotes(*nearest) + "?" : std::string();
+}
+
+}  // namespace kelvar_tool

@@ -1,0 +1,63 @@
+#include "Project.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace kelvar_tool {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool stands(const fs::path& path) {
+  std::error_code error;
+  return fs::symlink_status(path, error).type() != fs::file_type::not_found;
+}
+
+std::string standing(const fs::path& path) {
+  return stands(path) ? normalPath(path.native()) : std::string();
+}
+
+}  // namespace
+
+bool Pieces::none() const noexcept {
+  return annotations.empty() &&
+         std::all_of(results.begin(), results.end(), [](const auto& path) { return path.empty(); });
+}
+
+std::string normalPath(const std::string& path) {
+  std::string normal = fs::path(path).lexically_normal().native();
+  if (normal.size() > 1 && normal.back() == '/') normal.pop_back();
+  return normal;
+}
+
+bool isDirectory(const std::string& path) {
+  std::error_code error;
+  return fs::is_directory(path, error);
+}
+
+Pieces standingIn(const std::string& project) {
+  const fs::path root = project;
+  const fs::path survey = root / "survey";
+  const fs::path vectorization = survey / "surveyvectorization";
+  Pieces pieces;
+  pieces.annotations = standing(root / "annotations.db");
+  pieces.results[digestio::kSurvey] = standing(survey);
+  pieces.results[digestio::kSurveyVectorization] = standing(vectorization);
+  pieces.results[digestio::kSuitability] = standing(root / "suitability");
+  pieces.results[digestio::kCorrectness] = standing(root / "dependencies");
+  pieces.results[digestio::kMap] = standing(root / "map");
+  if (stands(vectorization) && !stands(survey / "collection.json")) pieces.results[digestio::kSurvey].clear();
+  return pieces;
+}
+
+Pieces overlaid(Pieces project, const Pieces& named) {
+  if (!named.annotations.empty()) project.annotations = named.annotations;
+  for (const digestio::SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
+    if (!named.results[kind].empty()) project.results[kind] = named.results[kind];
+  }
+  return project;
+}
+
+}  // namespace kelvar_tool

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "Subcommand.h"
+
+namespace kelvar_tool {
+
+/// `kelvar report`: joins the results of a project with its annotations and prints what the library says of them.
+void addReport(CLI::App& kelvar, Action& chosen);
+
+}  // namespace kelvar_tool
