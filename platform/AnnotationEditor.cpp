@@ -1,0 +1,142 @@
+#include <functional>
+#include <limits>
+#include <map>
+#include <optional>
+#include <utility>
+
+#include "Annotations.h"
+#include "EditTable.h"
+#include "Sqlite.h"
+#include "Utf8.h"
+
+namespace kelvar_platform {
+
+namespace {
+
+Site siteOf(const EditRow& row) {
+  return {.sequence = row.sequence,
+          .alive = row.alive,
+          .disabled = row.disabled,
+          .kind = row.kind,
+          .label = std::string(row.label),
+          .file = std::string(row.file),
+          .line = row.line,
+          .column = row.column};
+}
+
+EditRow rowOf(const Site& site) {
+  return {.sequence = site.sequence,
+          .alive = site.alive,
+          .disabled = site.disabled,
+          .kind = site.kind,
+          .label = site.label,
+          .file = site.file,
+          .line = site.line,
+          .column = site.column};
+}
+
+std::string placeOf(std::int64_t sequence) {
+  return "sequence " + std::to_string(sequence);
+}
+
+}  // namespace
+
+struct AnnotationEditor::Impl {
+  explicit Impl(std::string databasePath) : path(std::move(databasePath)) {}
+
+  /// Opened with the first operation, so that an edit that is refused for what it says makes no file.
+  const Connection& connected(Connection::Access access = Connection::Access::write) {
+    return connection ? *connection : connection.emplace(path, access);
+  }
+
+  /// Appends the newest edit of a living site once more, with `change` made to it.
+  void edit(std::int64_t sequence, const std::function<void(Site&)>& change) {
+    const Connection& database = connected();
+    Transaction transaction(database, Transaction::Kind::write);
+    requireAnnotationDatabase(database);
+    Site site;
+    const bool known = readNewestEdit(database, sequence, [&](const EditRow& row) { site = siteOf(row); });
+    if (!known || !site.alive) database.refuse(placeOf(sequence), "a living site");
+    change(site);
+    requireWritable(path, placeOf(sequence), rowOf(site));
+    appendEdit(database, rowOf(site));
+    transaction.commit();
+  }
+
+  std::string path;
+  std::optional<Connection> connection;
+};
+
+AnnotationEditor::AnnotationEditor(const std::string& path, Open how) : impl_(std::make_unique<Impl>(path)) {
+  if (how == Open::existing) requireAnnotationDatabase(impl_->connected());
+}
+AnnotationEditor::~AnnotationEditor() = default;
+AnnotationEditor::AnnotationEditor(AnnotationEditor&&) noexcept = default;
+AnnotationEditor& AnnotationEditor::operator=(AnnotationEditor&&) noexcept = default;
+
+std::int64_t AnnotationEditor::add(sitenotes::annotation_t::kind_t kind, const std::string& label,
+                                   const std::string& file, int line, int column) {
+  Site site{.sequence = 1, .kind = kind, .label = label, .file = file, .line = line, .column = column};
+  requireWritable(impl_->path, "new site", rowOf(site));
+  const Connection& connection = impl_->connected(Connection::Access::create);
+  Transaction transaction(connection, Transaction::Kind::write);
+  if (hasNoTables(connection)) createTables(connection);
+  requireAnnotationDatabase(connection);
+  const std::int64_t greatest = connection.number("SELECT max(sequence) FROM edit", "edit");
+  if (greatest == std::numeric_limits<std::int64_t>::max()) connection.refuse("edit", "room for another sequence");
+  site.sequence = greatest + 1;
+  appendEdit(connection, rowOf(site));
+  transaction.commit();
+  return site.sequence;
+}
+
+void AnnotationEditor::move(std::int64_t sequence, const std::string& file, int line, int column) {
+  impl_->edit(sequence, [&](Site& site) {
+    site.file = file;
+    site.line = line;
+    site.column = column;
+  });
+}
+
+void AnnotationEditor::relabel(std::int64_t sequence, const std::string& label) {
+  impl_->edit(sequence, [&](Site& site) { site.label = label; });
+}
+
+void AnnotationEditor::setDisabled(std::int64_t sequence, bool disabled) {
+  impl_->edit(sequence, [&](Site& site) { site.disabled = disabled; });
+}
+
+void AnnotationEditor::remove(std::int64_t sequence) {
+  impl_->edit(sequence, [](Site& site) { site.alive = false; });
+}
+
+std::vector<Site> AnnotationEditor::list(bool withDead) const {
+  const Connection& connection = impl_->connected();
+  Transaction transaction(connection, Transaction::Kind::read);
+  requireAnnotationDatabase(connection);
+  std::map<std::int64_t, Site> newest;
+  readEdits(connection, [&](const EditRow& row) { newest.insert_or_assign(row.sequence, siteOf(row)); });
+  transaction.commit();
+  std::vector<Site> sites;
+  for (auto& [sequence, site] : newest) {
+    if (site.alive || withDead) sites.push_back(std::move(site));
+  }
+  return sites;
+}
+
+void AnnotationEditor::snapshot(const std::string& path) {
+  const Connection& connection = impl_->connected();
+  const std::string name = stateName(connection.path(), path);
+  if (name.empty() || !isUtf8(name)) connection.refuse("state", "a result path, as UTF-8 text");
+  Transaction transaction(connection, Transaction::Kind::write);
+  requireAnnotationDatabase(connection);
+  Statement record(connection,
+                   "INSERT INTO state (path, revision) SELECT ?, coalesce(max(revision), 0) FROM edit WHERE true "
+                   "ON CONFLICT (path) DO UPDATE SET revision = excluded.revision",
+                   "state");
+  record.bind(1, std::string_view(name));
+  while (record.step()) continue;
+  transaction.commit();
+}
+
+}  // namespace kelvar_platform

@@ -1,0 +1,93 @@
+#include "AnnotationHistory.h"
+
+#include <algorithm>
+#include <span>
+#include <utility>
+
+namespace kelvar_platform {
+
+namespace {
+
+using Edits = std::span<const AnnotationHistory::Edit>;
+
+Edits editsUpTo(const AnnotationHistory& history, std::int64_t revision) {
+  const Edits all = history.edits();
+  const auto end = std::partition_point(all.begin(), all.end(),
+                                        [&](const AnnotationHistory::Edit& edit) { return edit.revision <= revision; });
+  return {all.begin(), end};
+}
+
+std::vector<unsigned long> sequencesOf(Edits edits) {
+  std::vector<unsigned long> sequences(edits.size());
+  std::transform(edits.begin(), edits.end(), sequences.begin(),
+                 [](const AnnotationHistory::Edit& edit) { return edit.sequence; });
+  return sequences;
+}
+
+}  // namespace
+
+SequenceIndex::SequenceIndex(std::vector<unsigned long> sequences) : sequences_(std::move(sequences)) {
+  if (!std::is_sorted(sequences_.begin(), sequences_.end())) std::sort(sequences_.begin(), sequences_.end());
+  sequences_.erase(std::unique(sequences_.begin(), sequences_.end()), sequences_.end());
+}
+
+std::size_t SequenceIndex::find(unsigned long sequence) const noexcept {
+  if (sequences_.empty() || sequence < sequences_.front() || sequence > sequences_.back()) return kNone;
+  // They ascend: the index is no further from either end than the sequence is. Without gaps, that leaves one.
+  const std::size_t size = sequences_.size();
+  const std::size_t last = std::min<std::size_t>(sequence - sequences_.front(), size - 1);
+  const std::size_t first = size - 1 - std::min<std::size_t>(sequences_.back() - sequence, size - 1);
+  if (first < last) {
+    const std::size_t guess = next_.load(std::memory_order_relaxed);
+    if (guess < size && sequences_[guess] == sequence) return guess;
+    if (guess + 1 < size && sequences_[guess + 1] == sequence) {
+      next_.store(guess + 1, std::memory_order_relaxed);
+      return guess + 1;
+    }
+  }
+  const auto begin = sequences_.begin();
+  const auto end = begin + static_cast<std::ptrdiff_t>(last + 1);
+  const auto found = std::lower_bound(begin + static_cast<std::ptrdiff_t>(first), end, sequence);
+  if (found == end || *found != sequence) return kNone;
+  const auto index = static_cast<std::size_t>(found - begin);
+  if (first < last) next_.store(index, std::memory_order_relaxed);
+  return index;
+}
+
+void AnnotationHistory::append(const EditRow& row) {
+  Annotation* annotation = nullptr;
+  if (row.alive) {
+    if (file_.get_text() != row.file) file_ = toolbelt::path_t(row.file);
+    annotation = &annotations_.emplace_back(sitenotes::locator_t(file_, row.line, row.column), row);
+  }
+  edits_.push_back({row.revision, static_cast<unsigned long>(row.sequence), annotation});
+}
+
+AnnotationState::AnnotationState(boost::shared_ptr<const AnnotationHistory> history, std::int64_t revision)
+    : history_(std::move(history)), sequences_(sequencesOf(editsUpTo(*history_, revision))) {
+  newest_.resize(sequences_.all().size());
+  for (const AnnotationHistory::Edit& edit : editsUpTo(*history_, revision)) {
+    newest_[sequences_.find(edit.sequence)] = edit.annotation;
+  }
+}
+
+boost::shared_ptr<sitenotes::annotation_t> AnnotationState::get_latest_annotation(unsigned long id) {
+  Annotation* annotation = annotationOf(id);
+  if (annotation == nullptr) return {};
+  return {history_, annotation};  // the annotation's memory is the history's, and keeps it
+}
+
+boost::shared_ptr<sitenotes::database_t> AnnotationState::get_state(const std::string&) {
+  return {};
+}
+
+boost::shared_ptr<sitenotes::database_t> AnnotationState::make_state(const std::string&, bool) {
+  return {};
+}
+
+Annotation* AnnotationState::annotationOf(unsigned long id) const noexcept {
+  const std::size_t index = sequences_.find(id);
+  return index == SequenceIndex::kNone ? nullptr : newest_[index];
+}
+
+}  // namespace kelvar_platform

@@ -1,0 +1,210 @@
+#include "EditTable.h"
+
+#include <limits>
+#include <set>
+#include <string>
+
+#include "Diagnosis.h"
+#include "Utf8.h"
+
+namespace kelvar_platform {
+
+namespace {
+
+constexpr std::int64_t kApplicationId = 1802270322;
+constexpr std::int64_t kVersion = 1;
+
+constexpr const char* kSchema = R"(
+CREATE TABLE edit (
+  revision INTEGER PRIMARY KEY AUTOINCREMENT,            -- one row an edit, in the order of the edits
+  sequence INTEGER NOT NULL CHECK (sequence > 0),        -- the annotated site, the same across its edits
+  alive    INTEGER NOT NULL CHECK (alive IN (0, 1)),     -- 0: this edit deleted the site
+  disabled INTEGER NOT NULL CHECK (disabled IN (0, 1)),
+  kind     INTEGER NOT NULL CHECK (kind BETWEEN 0 AND 18),
+  label    TEXT NOT NULL,
+  file     TEXT NOT NULL,
+  line     INTEGER NOT NULL CHECK (line BETWEEN 0 AND 2147483647),
+  "column" INTEGER NOT NULL CHECK ("column" BETWEEN 0 AND 2147483647)
+) STRICT;
+CREATE INDEX edit_of_sequence ON edit (sequence, revision);
+CREATE TABLE state (
+  path     TEXT PRIMARY KEY,                             -- a result path
+  revision INTEGER NOT NULL CHECK (revision >= 0)        -- the database as it was after this edit; 0: before the first
+) STRICT;
+PRAGMA application_id = 1802270322;
+PRAGMA user_version = 1;
+)";
+
+/// The columns in the order in which they are asked for.
+enum EditColumn : int { kRevision, kSequence, kAlive, kDisabled, kKind, kLabel, kFile, kLine, kColumn };
+constexpr std::string_view kSelectEdits =
+    "SELECT revision, sequence, alive, disabled, kind, label, file, line, edit.\"column\" FROM edit ";
+
+std::string selectEdits(std::string_view which) {
+  return std::string(kSelectEdits).append(which);
+}
+
+struct Range {
+  const char* name;
+  std::int64_t low;
+  std::int64_t high;
+
+  [[nodiscard]] bool holds(std::int64_t value) const noexcept { return low <= value && value <= high; }
+  [[nodiscard]] std::string sentence() const {
+    const std::string from = name + (" from " + std::to_string(low));
+    return high == kUnbounded ? from + " up" : from + " to " + std::to_string(high);
+  }
+
+  static constexpr std::int64_t kUnbounded = std::numeric_limits<std::int64_t>::max();
+};
+
+constexpr std::int64_t kMostInt = std::numeric_limits<int>::max();
+constexpr Range kRevisions{"revision", 1, Range::kUnbounded};
+constexpr Range kSequences{"sequence", 1, Range::kUnbounded};
+constexpr Range kAliveFlags{"alive", 0, 1};
+constexpr Range kDisabledFlags{"disabled", 0, 1};
+constexpr Range kKinds{"kind", 0, sitenotes::annotation_t::all_kinds - 1};
+constexpr Range kLines{"line", 0, kMostInt};
+constexpr Range kColumns{"column", 0, kMostInt};
+constexpr Range kStateRevisions{"revision", 0, Range::kUnbounded};
+
+std::string expectedText(const char* name) {
+  return name + std::string(" as UTF-8 text");
+}
+
+/// The row that a statement stands at. `key`, the column that tells rows apart, is what a refusal names it by.
+struct Row {
+  const Statement& values;
+  const char* table;
+  const char* keyName;
+  int key;
+  std::int64_t number;  // names the row where its key is not fit to
+
+  [[nodiscard]] std::string place() const {
+    const std::string named = table + (", " + std::string(keyName) + " ");
+    if (values.type(key) == SQLITE_INTEGER) return named + std::to_string(values.integer(key));
+    if (values.type(key) == SQLITE_TEXT) return named + '"' + std::string(values.text(key)) + '"';
+    return table + (", row " + std::to_string(number));
+  }
+
+  [[noreturn]] void refuse(const std::string& expected) const { values.connection().refuse(place(), expected); }
+
+  [[nodiscard]] std::int64_t integer(int column, const Range& range) const {
+    if (values.type(column) != SQLITE_INTEGER) refuse(range.sentence());
+    const std::int64_t value = values.integer(column);
+    if (!range.holds(value)) refuse(range.sentence());
+    return value;
+  }
+
+  [[nodiscard]] std::string_view text(int column, const char* name) const {
+    if (values.type(column) != SQLITE_TEXT) refuse(expectedText(name));
+    const std::string_view value = values.text(column);
+    if (!isUtf8(value)) refuse(expectedText(name));
+    return value;
+  }
+};
+
+EditRow editAt(const Statement& statement, std::int64_t number) {
+  const Row row{statement, "edit", "revision", kRevision, number};
+  return {.revision = row.integer(kRevision, kRevisions),
+          .sequence = row.integer(kSequence, kSequences),
+          .alive = row.integer(kAlive, kAliveFlags) != 0,
+          .disabled = row.integer(kDisabled, kDisabledFlags) != 0,
+          .kind = static_cast<sitenotes::annotation_t::kind_t>(row.integer(kKind, kKinds)),
+          .label = row.text(kLabel, "label"),
+          .file = row.text(kFile, "file"),
+          .line = static_cast<int>(row.integer(kLine, kLines)),
+          .column = static_cast<int>(row.integer(kColumn, kColumns))};
+}
+
+void requireNumber(const Connection& connection, const char* name, std::int64_t expected) {
+  const std::int64_t found = connection.number(("PRAGMA " + std::string(name)).c_str());
+  if (found != expected) connection.refuse(name, std::to_string(expected) + ", found " + std::to_string(found));
+}
+
+/// Views and virtual tables run what the file's writer wants: only a table will do.
+void requireTable(const Connection& connection, const char* name) {
+  Statement query(connection, "SELECT count(*) FROM pragma_table_list(?) WHERE schema = 'main' AND type = 'table'");
+  query.bind(1, std::string_view(name));
+  if (!query.step() || query.integer(0) != 1) connection.refuse(name, "a table of this name");
+}
+
+}  // namespace
+
+void createTables(const Connection& connection) {
+  connection.run(kSchema);
+}
+
+void requireAnnotationDatabase(const Connection& connection) {
+  requireNumber(connection, "application_id", kApplicationId);
+  requireNumber(connection, "user_version", kVersion);
+  requireTable(connection, "edit");
+  requireTable(connection, "state");
+}
+
+bool hasNoTables(const Connection& connection) {
+  return connection.number("SELECT count(*) FROM sqlite_schema") == 0;
+}
+
+void requireWritable(const std::string& path, const std::string& place, const EditRow& row) {
+  const auto require = [&](bool holds, const std::string& expected) {
+    if (!holds) throw ReadError({path, place, expected});
+  };
+  require(kSequences.holds(row.sequence), kSequences.sentence());
+  require(kKinds.holds(row.kind), kKinds.sentence());
+  require(isUtf8(row.label), expectedText("label"));
+  require(isUtf8(row.file), expectedText("file"));
+  require(kLines.holds(row.line), kLines.sentence());
+  require(kColumns.holds(row.column), kColumns.sentence());
+}
+
+void readEdits(const Connection& connection, const std::function<void(const EditRow&)>& take) {
+  Statement statement(connection, selectEdits("ORDER BY revision"), "edit");
+  std::int64_t newest = 0;
+  for (std::int64_t number = 1; statement.step(); ++number) {
+    const EditRow row = editAt(statement, number);
+    if (row.revision == newest) connection.refuse("edit, revision " + std::to_string(newest), "one row a revision");
+    newest = row.revision;
+    take(row);
+  }
+}
+
+void readStates(const Connection& connection, const std::function<void(const StateRow&)>& take) {
+  Statement statement(connection, "SELECT path, revision FROM state", "state");
+  std::set<std::string, std::less<>> paths;
+  for (std::int64_t number = 1; statement.step(); ++number) {
+    const Row row{statement, "state", "path", 0, number};
+    const StateRow state{.path = row.text(0, "path"), .revision = row.integer(1, kStateRevisions)};
+    if (!paths.emplace(state.path).second) row.refuse("one row a path");
+    take(state);
+  }
+}
+
+bool readNewestEdit(const Connection& connection, std::int64_t sequence,
+                    const std::function<void(const EditRow&)>& take) {
+  Statement statement(connection, selectEdits("WHERE sequence = ? ORDER BY revision DESC LIMIT 1"), "edit");
+  statement.bind(1, sequence);
+  if (!statement.step()) return false;
+  take(editAt(statement, 1));
+  return true;
+}
+
+void appendEdit(const Connection& connection, const EditRow& row) {
+  Statement statement(connection,
+                      "INSERT INTO edit (sequence, alive, disabled, kind, label, file, line, \"column\") "
+                      "VALUES (?, ?, ?, ?, ?, ?, ?, ?) RETURNING revision",
+                      "edit");
+  statement.bind(kSequence, row.sequence);
+  statement.bind(kAlive, std::int64_t{row.alive});
+  statement.bind(kDisabled, std::int64_t{row.disabled});
+  statement.bind(kKind, std::int64_t{row.kind});
+  statement.bind(kLabel, row.label);
+  statement.bind(kFile, row.file);
+  statement.bind(kLine, std::int64_t{row.line});
+  statement.bind(kColumn, std::int64_t{row.column});
+  // A copy of the table may have lost its key: a row without a revision would make the file unreadable.
+  if (!statement.step() || statement.type(0) != SQLITE_INTEGER) connection.refuse("edit", "revision as the key");
+  while (statement.step()) continue;  // the statement ends here, not when the transaction does
+}
+
+}  // namespace kelvar_platform

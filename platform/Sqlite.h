@@ -1,0 +1,96 @@
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace kelvar_platform {
+
+/// An open SQLite database. What SQLite refuses becomes a ReadError that names the file, and the place that the caller
+/// gave; missing memory a std::bad_alloc. One thread at a time may use it and its statements.
+class Connection {
+ public:
+  enum class Access { read, write, create };
+
+  /// Opens the file at `path`, which is always taken for a file: `:memory:` and `file:…` have no other meaning here.
+  Connection(std::string path, Access access);
+  Connection(const Connection&) = delete;  // statements and transactions refer to it
+  Connection& operator=(const Connection&) = delete;
+
+  /// The path as it was given.
+  [[nodiscard]] const std::string& path() const noexcept { return path_; }
+  [[nodiscard]] sqlite3* handle() const noexcept { return database_.get(); }
+
+  void run(const char* sql, const std::string& place = {}) const;
+  /// The first value of the first row; 0 where there is none.
+  [[nodiscard]] std::int64_t number(const char* sql, const std::string& place = {}) const;
+
+  /// Throws what the last call to SQLite came to.
+  [[noreturn]] void fail(const std::string& place) const;
+  /// Throws a refusal of this file.
+  [[noreturn]] void refuse(const std::string& place, const std::string& expected) const;
+
+ private:
+  struct Close {
+    void operator()(sqlite3* database) const noexcept { sqlite3_close(database); }
+  };
+
+  std::string path_;
+  std::unique_ptr<sqlite3, Close> database_;
+};
+
+/// A prepared statement. Parameters count from 1, columns from 0.
+class Statement {
+ public:
+  /// `place` stands in every refusal that this statement runs into.
+  Statement(const Connection& connection, std::string_view sql, std::string place = {});
+
+  void bind(int parameter, std::int64_t value);
+  /// Bytes are kept as they are. The text has to live until the last step.
+  void bind(int parameter, std::string_view text);
+  /// Whether there is another row.
+  [[nodiscard]] bool step();
+
+  /// SQLITE_INTEGER, SQLITE_TEXT and so on. To be asked before the value is.
+  [[nodiscard]] int type(int column) const noexcept { return sqlite3_column_type(statement_.get(), column); }
+  [[nodiscard]] std::int64_t integer(int column) const noexcept {
+    return sqlite3_column_int64(statement_.get(), column);
+  }
+  /// Valid until the next step.
+  [[nodiscard]] std::string_view text(int column) const;
+
+  [[nodiscard]] const Connection& connection() const noexcept { return connection_; }
+
+ private:
+  struct Finalize {
+    void operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
+  };
+
+  void check(int result) const;
+
+  const Connection& connection_;
+  std::string place_;
+  std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+};
+
+/// Rolled back unless it is committed.
+class Transaction {
+ public:
+  enum class Kind { read, write };
+
+  Transaction(const Connection& connection, Kind kind);
+  ~Transaction();
+  Transaction(const Transaction&) = delete;  // it ends once
+  Transaction& operator=(const Transaction&) = delete;
+
+  void commit();
+
+ private:
+  const Connection& connection_;
+  bool open_ = true;
+};
+
+}  // namespace kelvar_platform
