@@ -101,7 +101,7 @@ if(TARGET kelvar)
   install(TARGETS kelvar RUNTIME COMPONENT command)
   file(GLOB kelvar_pages CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/docs/man/*.1)
   install(FILES ${kelvar_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT command)
-  install(FILES ${PROJECT_SOURCE_DIR}/docs/completion/kelvar
+  install(FILES ${PROJECT_SOURCE_DIR}/packaging/bash-completion/kelvar
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT command)
 endif()
 include(KelvarPackages)

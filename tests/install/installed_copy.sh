@@ -60,10 +60,11 @@ find_package(kelvar_summary $version REQUIRED)" >"$work/cmake/CMakeLists.txt"
 # Every option that a subcommand explains stands in its page, and is completed.
 pages_and_completion() {
   local subcommand option page
-  # shellcheck source=docs/completion/kelvar
+  # shellcheck source=packaging/bash-completion/kelvar
   . "$prefix/share/bash-completion/completions/kelvar"
   PATH="$prefix/bin:$PATH"
-  for subcommand in report annotate status import; do
+  COMP_WORDS=(kelvar)
+  for subcommand in $(_kelvar_subcommands); do
     page="$prefix/share/man/man1/kelvar-$subcommand.1"
     [ -z "$(man --warnings -l "$page" 2>&1 >/dev/null)" ] || fail "man -l $page warns"
     for option in $(options_of "$subcommand"); do
@@ -76,8 +77,11 @@ pages_and_completion() {
   complete_line "kelvar annotate a.db add --kind end-t" | grep -qx end-task || fail "annotation kinds are not completed"
 }
 
+# options_of SUBCOMMAND: those of its own subcommands too.
 options_of() {
-  kelvar "$1" --help | grep -oE -e '--[a-z][a-z-]+' | sort -u
+  local inner
+  _kelvar_options "$1"
+  for inner in $(_kelvar_subcommands "$1"); do _kelvar_options "$1" "$inner"; done | sort -u
 }
 
 # complete_line LINE: what is offered for its last word.
