@@ -132,12 +132,15 @@ void requireTable(const Connection& connection, const char* name) {
 }  // namespace
 
 void createTables(const Connection& connection) {
+  requireNumber(connection, "application_id", 0);  // without a table, a database may still be marked as someone's
+  requireNumber(connection, "user_version", 0);
   connection.run(kSchema);
 }
 
 void requireAnnotationDatabase(const Connection& connection) {
   requireNumber(connection, "application_id", kApplicationId);
   requireNumber(connection, "user_version", kVersion);
+  connection.requireWholePages();
   requireTable(connection, "edit");
   requireTable(connection, "state");
 }
@@ -159,14 +162,19 @@ void requireWritable(const std::string& path, const std::string& place, const Ed
 }
 
 void readEdits(const Connection& connection, const std::function<void(const EditRow&)>& take) {
+  // Counted in the index, read from the table: a damaged page that leads past some rows does not go unnoticed.
+  const std::int64_t count = connection.number("SELECT count(*) FROM edit", "edit");
   Statement statement(connection, selectEdits("ORDER BY revision"), "edit");
   std::int64_t newest = 0;
-  for (std::int64_t number = 1; statement.step(); ++number) {
-    const EditRow row = editAt(statement, number);
-    if (row.revision == newest) connection.refuse("edit, revision " + std::to_string(newest), "one row a revision");
+  std::int64_t number = 0;
+  while (statement.step()) {
+    const EditRow row = editAt(statement, ++number);
+    if (row.revision <= newest)
+      connection.refuse("edit, revision " + std::to_string(row.revision), "one row a revision");
     newest = row.revision;
     take(row);
   }
+  if (number != count) connection.refuse("edit", std::to_string(count) + " rows, found " + std::to_string(number));
 }
 
 void readStates(const Connection& connection, const std::function<void(const StateRow&)>& take) {

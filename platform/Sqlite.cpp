@@ -85,6 +85,16 @@ Connection::Connection(std::string path, Access access) : path_(std::move(path))
   run("PRAGMA cell_size_check = ON");
 }
 
+void Connection::requireWholePages() const {
+  sqlite3_file* file = nullptr;
+  sqlite3_int64 size = 0;
+  if (sqlite3_file_control(handle(), nullptr, SQLITE_FCNTL_FILE_POINTER, static_cast<void*>(&file)) != SQLITE_OK ||
+      file->pMethods == nullptr || file->pMethods->xFileSize(file, &size) != SQLITE_OK) {
+    refuse("", "a file whose size can be read");
+  }
+  if (size % number("PRAGMA page_size") != 0) refuse("byte " + std::to_string(size), "the rest of a page");
+}
+
 void Connection::fail(const std::string& place) const {
   const int result = database_ ? sqlite3_extended_errcode(database_.get()) : SQLITE_NOMEM;
   if ((result & 0xFF) == SQLITE_NOMEM) throw std::bad_alloc();

@@ -28,6 +28,10 @@ class Connection {
   /// The first value of the first row; 0 where there is none.
   [[nodiscard]] std::int64_t number(const char* sql, const std::string& place = {}) const;
 
+  /// Throws where the file ends within a page: SQLite would read zeros for what was cut off. To be asked within a
+  /// transaction.
+  void requireWholePages() const;
+
   /// Throws what the last call to SQLite came to.
   [[noreturn]] void fail(const std::string& place) const;
   /// Throws a refusal of this file.
