@@ -13,5 +13,6 @@ for header in "$source"/include/kelvar/*.h; do
   [ "$name" = SummaryTypes ] && continue # enumerations, in every example
   "$bin/example_$name" "$work/project" | diff "$source/examples/api/$name.txt" - || fail "the example of $name.h"
 done
+# shellcheck disable=SC2016 # the backquotes are Markdown's
 diff <(sed -n '/^```cpp$/,/^```$/p' "$source/README.md" | sed '1d;$d') "$source/examples/api/SummaryData.cpp" ||
   fail "README's caller is not examples/api/SummaryData.cpp"

@@ -60,7 +60,7 @@ find_package(kelvar_summary $version REQUIRED)" >"$work/cmake/CMakeLists.txt"
 # Every option that a subcommand explains stands in its page, and is completed.
 pages_and_completion() {
   local subcommand option page
-  # shellcheck source=packaging/bash-completion/kelvar
+  # shellcheck source=/dev/null
   . "$prefix/share/bash-completion/completions/kelvar"
   PATH="$prefix/bin:$PATH"
   COMP_WORDS=(kelvar)

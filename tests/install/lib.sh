@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # What the scripts beside it share. Sourced, never run.
 
 # fail WHAT: says what broke, and ends.
