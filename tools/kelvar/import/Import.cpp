@@ -1,0 +1,154 @@
+#include "Import.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Messages.h"
+#include "Names.h"
+#include "Options.h"
+#include "Request.h"
+
+namespace kelvar_tool {
+
+namespace {
+
+using kelvar_import::Request;
+using kelvar_import::Source;
+
+constexpr int kMostCores = 1 << 20;
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  perf script -F comm,pid,tid,time,period,event,ip,sym,srcline --full-source-path > perf.txt\n"
+    "  kelvar import survey --perf perf.txt --into my-project\n"
+    "  kelvar import vectorization --clang-remarks *.opt.yaml --into my-project --map-path /build=src\n"
+    "  kelvar import map --lackey trace.gz --binary build/app --into my-project\n"
+    "  kelvar import suitability --model --cores 8 --into my-project\n"
+    "\n"
+    "Files may be gzipped. Where my-project has annotations.db, what lies within an annotated site counts for that\n"
+    "site, and the state of the result is recorded.\n"
+    "\n"
+    "Exit status: 0 done; 1 a file could not be read or written, and the project's result is as it was;\n"
+    "2 a usage error; 3 out of memory, or the system failed.";
+
+/// What the command line says, before it is known to make sense.
+struct Line {
+  std::string kind;
+  Request request;
+};
+
+void chooseSource(Line& line, const Source& source, std::vector<std::string> files) {
+  Request& request = line.request;
+  if (request.source && request.source != &source) {
+    throw UsageError(std::string(source.option) + ": expected one source; " + request.source->option + " is one");
+  }
+  request.source = &source;
+  request.files.insert(request.files.end(), files.begin(), files.end());
+}
+
+void addSource(CLI::App& app, Line& line, const Source& source) {
+  if (!source.read) {
+    app.add_flag_callback(
+        source.option, [&line, &source] { chooseSource(line, source, {}); }, source.help);
+    return;
+  }
+  const CLI::callback_t take = [&line, &source](const CLI::results_t& files) {
+    chooseSource(line, source, files);
+    return true;
+  };
+  app.add_option(source.option, take, source.help)->type_name("FILE...")->expected(1, -1);
+}
+
+void takeMapping(Line& line, const std::string& text) {
+  const std::size_t equals = text.find('=');
+  if (equals == std::string::npos || equals == 0) {
+    throw UsageError("--map-path: expected OLD=NEW, not " + inQuotes(text));
+  }
+  line.request.paths.prefixes.emplace_back(text.substr(0, equals), text.substr(equals + 1));
+}
+
+void takePercent(Line& line, const std::string& text) {
+  std::string_view rest = text;
+  const auto percent = kelvar_import::takeNumber<double>(rest);
+  if (!percent || !rest.empty() || *percent < 0 || *percent > 100) {
+    throw UsageError("--at-least: expected a percentage, not " + inQuotes(text));
+  }
+  line.request.wishes.atLeast = *percent;
+}
+
+void takeCores(Line& line, const std::string& text) {
+  const auto cores = decimal(text, kMostCores);
+  if (!cores || *cores == 0) throw UsageError("--cores: expected a count of cores, not " + inQuotes(text));
+  line.request.wishes.cores = static_cast<int>(*cores);
+}
+
+void addOptions(CLI::App& app, Line& line) {
+  addText(app, "KIND", "survey, vectorization, dependencies, map or suitability", [&line](const std::string& text) {
+    line.kind = text;
+  })->required();
+  for (const Source& source : kelvar_import::sources()) addSource(app, line, source);
+  addPath(app, "--into", "PROJECT", "The project directory that gets the result", line.request.wishes.project)
+      ->required();
+  addPath(app, "--binary", "FILE", "The program that ran, with its debug information", line.request.binary);
+  addText(app, "--cores", "How many cores to model", [&line](const std::string& text) {
+    takeCores(line, text);
+  })->type_name("N");
+  app.add_option("--map-path", CLI::callback_t([&line](const CLI::results_t& texts) {
+                   for (const std::string& text : texts) takeMapping(line, text);
+                   return true;
+                 }),
+                 "Paths that begin with OLD begin with NEW in the project")
+      ->type_name("OLD=NEW")
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  addPath(app, "--source-root", "DIR", "Relative paths are below DIR; what is not below it is a library's",
+          line.request.paths.sourceRoot);
+  addText(app, "--at-least", "Leave out functions below this share of the whole", [&line](const std::string& text) {
+    takePercent(line, text);
+  })->type_name("PERCENT");
+}
+
+void check(const Line& line) {
+  const Source* const source = line.request.source;
+  std::vector<std::string> kinds;
+  std::vector<std::string> options;
+  for (const Source& one : kelvar_import::sources()) {
+    kinds.emplace_back(one.kind);
+    if (line.kind == one.kind) options.emplace_back(one.option);
+  }
+  if (options.empty()) throw UsageError("KIND: unknown analysis " + inQuotes(line.kind) + proposal(line.kind, kinds));
+  std::string wanted;
+  for (const std::string& option : options) wanted += (wanted.empty() ? "" : " or ") + option;
+  if (!source) throw UsageError(line.kind + ": expected a source: " + wanted);
+  if (line.kind != source->kind)
+    throw UsageError(std::string(source->option) + ": expected " + wanted + " for " + line.kind);
+  const bool isLackey = std::string_view(source->option) == "--lackey";
+  if (isLackey != !line.request.binary.empty()) throw UsageError("--binary: expected with --lackey, and only there");
+  const bool isModel = std::string_view(source->option) == "--model";
+  if (isModel != (line.request.wishes.cores > 0)) throw UsageError("--cores: expected with --model, and only there");
+}
+
+ExitStatus runLine(Line& line) {
+  check(line);
+  Progress progress;
+  line.request.wishes.unit = line.request.source->unit;
+  const std::vector<std::string> remarks =
+      runImport(line.request, [&progress](std::string_view activity) { progress.show(activity); });
+  progress.clear();
+  for (const std::string& remark : remarks) say(escaped(remark));
+  return kDone;
+}
+
+}  // namespace
+
+void addImport(CLI::App& kelvar, Action& chosen) {
+  const auto line = std::make_shared<Line>();
+  CLI::App& app = *kelvar.add_subcommand("import", "Turn a performance tool's output into a result of a project");
+  addOptions(app, *line);
+  app.footer(kExamples);
+  app.callback([line, &chosen] { chosen = [line] { return runLine(*line); }; });
+}
+
+}  // namespace kelvar_tool

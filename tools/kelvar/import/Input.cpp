@@ -1,0 +1,121 @@
+#include "Input.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include "Diagnosis.h"
+
+namespace kelvar_import {
+
+namespace {
+
+constexpr std::size_t kChunk = 1U << 18U;
+// No tool writes longer lines: what has none is no text, and is not worth holding.
+constexpr std::size_t kLongestLine = 1U << 24U;
+// Below this a file is read before anyone could look.
+constexpr std::size_t kWorthShowing = 32U << 20U;
+
+}  // namespace
+
+Input::Input(std::string path, ShowProgress showProgress)
+    : path_(std::move(path)), buffer_(kChunk), showProgress_(std::move(showProgress)) {
+  struct stat status {};
+  if (stat(path_.c_str(), &status) != 0) refuse("", std::string("a file that can be read (") + strerror(errno) + ")");
+  if (S_ISDIR(status.st_mode)) refuse("", "a file, not a directory");
+  file_.reset(gzopen(path_.c_str(), "rb"));
+  if (!file_) refuse("", std::string("a file that can be read (") + strerror(errno) + ")");
+  gzbuffer(file_.get(), kChunk);
+  size_ = static_cast<std::size_t>(status.st_size);
+}
+
+std::optional<std::string_view> Input::nextLine() {
+  std::size_t searched = begin_;
+  for (;;) {
+    if (const void* found = std::memchr(buffer_.data() + searched, '\n', end_ - searched)) {
+      const auto at = static_cast<std::size_t>(static_cast<const char*>(found) - buffer_.data());
+      std::string_view line(buffer_.data() + begin_, at - begin_);
+      begin_ = at + 1;
+      ++lineNumber_;
+      if (line.ends_with('\r')) line.remove_suffix(1);
+      return line;
+    }
+    const std::size_t unread = end_ - begin_;
+    if (unread > kLongestLine) refuse(linePlace(lineNumber_ + 1), "a line of text");
+    if (!refill()) break;
+    searched = begin_ + unread;
+  }
+  if (begin_ == end_) return std::nullopt;
+  const std::string_view line(buffer_.data() + begin_, end_ - begin_);
+  begin_ = end_;
+  ++lineNumber_;
+  return line;
+}
+
+std::string Input::rest() {
+  std::string text;
+  do {
+    text.append(buffer_.data() + begin_, end_ - begin_);
+    begin_ = end_;
+  } while (refill());
+  return text;
+}
+
+/// Reads on behind what is not given out yet; false at the end of the file.
+bool Input::refill() {
+  std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
+  end_ -= begin_;
+  begin_ = 0;
+  if (buffer_.size() - end_ < kChunk) buffer_.resize(buffer_.size() + kChunk);
+  const int count = gzread(file_.get(), buffer_.data() + end_, kChunk);
+  int error = Z_OK;
+  const char* why = gzerror(file_.get(), &error);
+  if (count < 0 || error == Z_BUF_ERROR) {
+    refuse(linePlace(lineNumber_ + 1), std::string("the rest of the file (") + why + ")");
+  }
+  end_ += static_cast<std::size_t>(count);
+  if (showProgress_ && size_ >= kWorthShowing) tellProgress();
+  return count > 0;
+}
+
+void Input::tellProgress() {
+  const std::size_t percent = static_cast<std::size_t>(gzoffset(file_.get())) * 100 / size_;
+  if (percent == toldPercent_) return;
+  toldPercent_ = percent;
+  showProgress_("reading " + path_ + ": " + std::to_string(percent) + " %");
+}
+
+void Input::refuse(const std::string& expected) const {
+  refuse(linePlace(lineNumber_), expected);
+}
+
+void Input::refuse(const std::string& place, const std::string& expected) const {
+  throw kelvar_platform::ReadError({.file = path_, .place = place, .expected = expected});
+}
+
+std::string linePlace(std::size_t line) {
+  return line == 0 ? std::string() : "line " + std::to_string(line);
+}
+
+bool takePrefix(std::string_view& text, std::string_view prefix) {
+  if (!text.starts_with(prefix)) return false;
+  text.remove_prefix(prefix.size());
+  return true;
+}
+
+std::string_view takeUntil(std::string_view& text, char separator) {
+  const std::size_t at = text.find(separator);
+  const std::string_view taken = text.substr(0, at);
+  text.remove_prefix(at == std::string_view::npos ? text.size() : at + 1);
+  return taken;
+}
+
+std::string_view trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(" \t");
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+}  // namespace kelvar_import

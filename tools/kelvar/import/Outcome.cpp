@@ -1,0 +1,57 @@
+#include "Outcome.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <limits>
+
+namespace kelvar_import {
+
+Detail siteDetail(const Region& region) {
+  Detail detail;
+  detail.annotationKind = region.kind;
+  detail.label = region.label;
+  detail.file = region.file;
+  detail.line = region.first;
+  detail.column = region.column;
+  return detail;
+}
+
+Detail functionDetail(const FunctionRow& function) {
+  Detail detail;
+  detail.detailKind = digestio::kHotSpot;
+  detail.label = function.name;
+  detail.file = function.file;
+  detail.line = function.line;
+  return detail;
+}
+
+std::vector<FunctionRow> weighty(std::vector<FunctionRow> functions, double percent,
+                                 std::vector<std::string>& remarks) {
+  double whole = 0;
+  for (const FunctionRow& function : functions) whole += sum(function.weights);
+  const std::size_t all = functions.size();
+  std::erase_if(functions, [=](const FunctionRow& row) { return sum(row.weights) < whole * percent / 100; });
+  if (const std::size_t left = all - functions.size(); left > 0) {
+    remarks.push_back(std::to_string(left) + " of " + std::to_string(all) + " functions hold too little to be listed");
+  }
+  return functions;
+}
+
+void remarkPlaceless(const Tally& tally, std::size_t records, std::vector<std::string>& remarks) {
+  if (tally.placelessCount() == 0) return;
+  char weight[64];
+  std::snprintf(weight, sizeof weight, "%.6g", sum(tally.placeless()));
+  remarks.push_back(std::to_string(tally.placelessCount()) + " of " + std::to_string(records) +
+                    " records have no place, and stand in no row; together they weigh " + weight);
+}
+
+int countOf(double value) {
+  return value < std::numeric_limits<int>::max() ? static_cast<int>(value) : std::numeric_limits<int>::max();
+}
+
+int priorityOf(double share) {
+  if (share >= 0.1) return 1;
+  return share >= 0.01 ? 2 : 3;
+}
+
+}  // namespace kelvar_import

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Places.h"
+#include "ResultRecords.h"
+#include "Tally.h"
+
+namespace kelvar_import {
+
+using Detail = kelvar_platform::DetailRecord;
+
+/// The seconds, or whatever a survey counts, of one line of the project's own files, in one function.
+struct LineTime {
+  std::string file;
+  int line = 0;
+  std::string function;
+  double time = 0;
+};
+
+/// All that an import found out.
+struct Outcome {
+  std::vector<Detail> details;
+  double programMaxGain = 0;
+  std::vector<LineTime> lines;       ///< of a survey, for the analyses that come after it
+  std::vector<std::string> remarks;  ///< sentences for who imports: what had no place, what was left out, what units
+};
+
+/// A row for the annotated site.
+[[nodiscard]] Detail siteDetail(const Region& region);
+/// A row for the function, as a hot spot.
+[[nodiscard]] Detail functionDetail(const FunctionRow& function);
+/// The functions that hold at least `percent` of all that the functions hold; says in `remarks` how many do not.
+[[nodiscard]] std::vector<FunctionRow> weighty(std::vector<FunctionRow> functions, double percent,
+                                               std::vector<std::string>& remarks);
+/// Says in `remarks` what belongs to no place, where anything does.
+void remarkPlaceless(const Tally& tally, std::size_t records, std::vector<std::string>& remarks);
+
+/// A count as a result holds it.
+[[nodiscard]] int countOf(double value);
+/// 1 for what takes a tenth of the whole or more, 2 for a hundredth or more, else 3.
+[[nodiscard]] int priorityOf(double share);
+
+}  // namespace kelvar_import

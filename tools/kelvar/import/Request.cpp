@@ -1,0 +1,190 @@
+#include "Request.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+
+#include "Annotations.h"
+#include "Diagnosis.h"
+#include "LineTimes.h"
+#include "ResultWriter.h"
+#include "Sources.h"
+
+namespace kelvar_import {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+template <void (*kRead)(Input&, const Sink&)>
+void withoutBinary(Input& input, const std::string&, const Sink& sink) {
+  kRead(input, sink);
+}
+
+constexpr std::array kSources{
+    Source{"--perf", "survey", "Text of perf script -F comm,pid,tid,time,period,event,ip,sym,srcline",
+           withoutBinary<readPerf>, surveyOf, kSeconds},
+    Source{"--callgrind", "survey", "callgrind.out of valgrind --tool=callgrind; counts instructions, not time",
+           withoutBinary<readCallgrind>, surveyOf, kMegaInstructions},
+    Source{"--clang-remarks", "vectorization", "YAML of clang -fsave-optimization-record",
+           withoutBinary<readClangRemarks>, vectorizationOf, ""},
+    Source{"--gcc-remarks", "vectorization", "JSON of gcc -fsave-optimization-record", withoutBinary<readGccRemarks>,
+           vectorizationOf, ""},
+    Source{"--tsan", "dependencies", "Text that a program built with -fsanitize=thread printed",
+           withoutBinary<readTsan>, dependenciesOf, ""},
+    Source{"--helgrind", "dependencies", "XML of valgrind --tool=helgrind --xml=yes", withoutBinary<readValgrindXml>,
+           dependenciesOf, ""},
+    Source{"--drd", "dependencies", "XML of valgrind --tool=drd --xml=yes", withoutBinary<readValgrindXml>,
+           dependenciesOf, ""},
+    Source{"--lackey", "map", "Trace of valgrind --tool=lackey --trace-mem=yes; wants --binary", readLackey, mapOf, ""},
+    Source{"--coz", "suitability", "profile.coz", withoutBinary<readCoz>, suitabilityOf, ""},
+    Source{"--model", "suitability", "Amdahl's law over the project's own survey; wants --cores", nullptr, modelOf, ""},
+};
+
+/// Where an analysis stands in a project.
+struct Standing {
+  const char* kind;
+  const char* path;
+  digestio::SummaryDataKind dataKind;
+};
+constexpr std::array kStandings{
+    Standing{"survey", "survey", digestio::kSurvey},
+    Standing{"vectorization", "survey/surveyvectorization", digestio::kSurveyVectorization},
+    Standing{"suitability", "suitability", digestio::kSuitability},
+    Standing{"dependencies", "dependencies", digestio::kCorrectness},
+    Standing{"map", "map", digestio::kMap},
+};
+
+const Standing& standingOf(const Source& source) {
+  return *std::find_if(kStandings.begin(), kStandings.end(),
+                       [&](const Standing& standing) { return std::string_view(standing.kind) == source.kind; });
+}
+
+/// The sites as the annotation database says now; none where there is no database.
+std::vector<kelvar_platform::Site> annotatedSites(const fs::path& database) {
+  if (!fs::exists(database)) return {};
+  return kelvar_platform::AnnotationEditor(database.native(), kelvar_platform::AnnotationEditor::Open::existing)
+      .list(false);
+}
+
+/// The tools do not say when they ran: their files were written while they did.
+void timeOfCollection(const std::vector<std::string>& files, kelvar_platform::RunRecord& run) {
+  std::uint64_t first = std::numeric_limits<std::uint64_t>::max();
+  for (const std::string& file : files) {
+    struct stat status {};
+    if (stat(file.c_str(), &status) != 0 || status.st_mtime < 0) continue;
+    const auto time = static_cast<std::uint64_t>(status.st_mtime);
+    first = std::min(first, time);
+    run.collectionEndTime = std::max(run.collectionEndTime, time);
+  }
+  if (run.collectionEndTime > 0) run.collectionStartTime = first;
+}
+
+void writeFile(const fs::path& path, const std::string& text) {
+  const fs::path aside = path.native() + ".new";
+  std::ofstream file(aside, std::ios::binary);
+  file << text;
+  file.close();
+  std::error_code error;
+  if (file) fs::rename(aside, path, error);
+  if (!file || error) {
+    const std::string why = error ? error.message() : strerror(errno);
+    fs::remove(aside, error);
+    throw kelvar_platform::ReadError(
+        {.file = path.native(), .place = "", .expected = "a file to write to (" + why + ")"});
+  }
+}
+
+/// Hands the records of all files on; the reports of each file are numbered behind those of the one before.
+void readFiles(const Request& request, const ShowProgress& showProgress, Analysis& analysis) {
+  std::size_t before = 0;
+  std::size_t greatest = 0;
+  Record renumbered;
+  const Sink sink = [&](const Record& record) {
+    if (record.report == 0 || before == 0) return analysis.add(record);
+    renumbered = record;
+    renumbered.report += before;
+    analysis.add(renumbered);
+  };
+  const Sink counting = [&](const Record& record) {
+    greatest = std::max(greatest, record.report);
+    sink(record);
+  };
+  for (const std::string& file : request.files) {
+    Input input(file, showProgress);
+    request.source->read(input, request.binary, counting);
+    before += greatest;
+    greatest = 0;
+  }
+}
+
+std::string logText(const Request& request, const std::vector<std::string>& remarks) {
+  std::string text = std::string("imported by kelvar as ") + request.source->kind + " from " + request.source->option;
+  for (const std::string& file : request.files) text += " " + std::string(leafOf(file));
+  text += "\n";
+  for (const std::string& remark : remarks) text += remark + "\n";
+  return text;
+}
+
+void write(const Request& request, const Outcome& outcome, kelvar_platform::RunRecord run, const fs::path& directory) {
+  const Standing& standing = standingOf(*request.source);
+  const bool isSub = standing.dataKind == digestio::kSurveyVectorization;
+  kelvar_platform::ProgramRecord program{.dataKind = standing.dataKind, .programMaxGain = outcome.programMaxGain};
+  program.processors = request.wishes.cores;
+  run.finalizationEndTime = static_cast<std::uint64_t>(std::time(nullptr));
+  kelvar_platform::ResultWriter writer(directory, isSub ? std::nullopt : std::optional(run), program);
+  for (const Detail& detail : outcome.details) writer.add(detail);
+  writer.finish();
+  // A sub-result is read through its result's own file.
+  if (isSub && !fs::exists(directory.parent_path() / "result.json")) writeRun(directory.parent_path(), run);
+  if (!outcome.lines.empty()) writeFile(directory / kLineTimesFile, lineTimesText(outcome.lines));
+  writeFile(directory / "collector.log", logText(request, outcome.remarks));
+}
+
+std::vector<std::string> unclosed(const Places& places) {
+  std::vector<std::string> remarks;
+  for (const Region& region : places.regions()) {
+    if (region.last > 0) continue;
+    remarks.push_back(std::string(sitenotes::annotation_t::display(region.kind)) + " '" + region.label + "' at " +
+                      region.file + ":" + std::to_string(region.first) +
+                      " has no end annotation of its label in its file: nothing lies in it");
+  }
+  return remarks;
+}
+
+}  // namespace
+
+std::span<const Source> sources() {
+  return kSources;
+}
+
+std::vector<std::string> runImport(const Request& request, const ShowProgress& showProgress) {
+  const fs::path project = request.wishes.project;
+  const fs::path database = project / "annotations.db";
+  kelvar_platform::RunRecord run;
+  run.finalizationStartTime = static_cast<std::uint64_t>(std::time(nullptr));
+  timeOfCollection(request.files, run);
+  Places places(annotatedSites(database), request.paths);
+  const std::unique_ptr<Analysis> analysis = request.source->analyse(places, request.wishes);
+  readFiles(request, showProgress, *analysis);
+  Outcome outcome = analysis->finish();
+  const std::vector<std::string> open = unclosed(places);
+  outcome.remarks.insert(outcome.remarks.end(), open.begin(), open.end());
+  const fs::path directory = project / standingOf(*request.source).path;
+  write(request, outcome, run, directory);
+  if (fs::exists(database)) {
+    kelvar_platform::AnnotationEditor(database.native(), kelvar_platform::AnnotationEditor::Open::existing)
+        .snapshot(directory.native());
+  }
+  outcome.remarks.push_back(std::to_string(outcome.details.size()) + " rows written to " + directory.native());
+  return outcome.remarks;
+}
+
+}  // namespace kelvar_import
