@@ -1,0 +1,228 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "digestio.h"
+#include "items/SummaryItems.h"
+#include "resdir.h"
+#include "sitenotes.h"
+
+/// Collaborators that answer what a test tells them, note each call in the CallLog and throw where a CallFault says.
+/// A test builds what it is about and leaves the rest to defaults:
+///
+///     Suite suite;  // what the process finds while this lives
+///     auto database = boost::make_shared<FakeDatabase>();
+///     database->site(7, annotation("solver", "solver.cpp:120"));
+///     suite.scanner(database);
+///     suite.result("r/survey", {.kind = digestio::kSurvey,
+///                               .details = {detail("solver", "solver.cpp:118").survey({.cpuTime = 2.5})}});
+///     SummaryData data(database);
+///     data.addSummaryData("r/survey", {});
+///     EXPECT_EQ(rows(data), "+ solver solver.cpp:120 | survey ~ 2.50\n");
+namespace support {
+
+using Kind = sitenotes::annotation_t::kind_t;
+
+/// `file:line` or `file:line:column`; the null locator for an empty text.
+[[nodiscard]] sitenotes::locator_t at(const std::string& place);
+
+class FakeAnnotation final : public sitenotes::annotation_t {
+ public:
+  FakeAnnotation(std::string label, const std::string& place, Kind kind, bool disabled);
+  [[nodiscard]] const sitenotes::locator_t& get_locator() const override;
+  [[nodiscard]] const std::string& get_label() const override;
+  [[nodiscard]] kind_t get_kind() const override;
+  [[nodiscard]] bool disabled() const override;
+
+ private:
+  std::string label_;
+  sitenotes::locator_t place_;
+  Kind kind_;
+  bool disabled_;
+};
+
+[[nodiscard]] boost::shared_ptr<sitenotes::annotation_t> annotation(std::string label, const std::string& place,
+                                                                    Kind kind = sitenotes::annotation_t::parallel,
+                                                                    bool disabled = false);
+
+/// Sites in the order in which they are told; a site that is told again is edited in its place.
+class FakeDatabase final : public sitenotes::database_t {
+ public:
+  explicit FakeDatabase(std::string name = "database") : name_(std::move(name)) {}
+  ~FakeDatabase() override;
+
+  FakeDatabase& site(unsigned long handle, boost::shared_ptr<sitenotes::annotation_t> latest, bool alive = true);
+  /// What get_state and make_state answer for `path`; empty for any other.
+  FakeDatabase& state(const std::string& path, boost::shared_ptr<sitenotes::database_t> database);
+  FakeDatabase& makes(const std::string& path, boost::shared_ptr<sitenotes::database_t> database);
+
+  std::vector<unsigned long> get_sequences() override;
+  bool is_sequence_alive(unsigned long id) override;
+  boost::shared_ptr<sitenotes::annotation_t> get_latest_annotation(unsigned long id) override;
+  boost::shared_ptr<sitenotes::database_t> get_state(const std::string& path) override;
+  boost::shared_ptr<sitenotes::database_t> make_state(const std::string& path, bool flag) override;
+
+ private:
+  struct Site {
+    boost::shared_ptr<sitenotes::annotation_t> latest;
+    bool alive = false;
+  };
+  using States = std::map<std::string, boost::shared_ptr<sitenotes::database_t>>;
+
+  std::string name_;
+  std::vector<unsigned long> sequences_;
+  std::map<unsigned long, Site> sites_;
+  States states_;
+  States makes_;
+};
+
+struct Survey {
+  double cpuTime = 0;
+  int priority = 0;
+  int id = 0;
+};
+struct Vectorization {
+  int state = 0;
+  double selfTime = 0;
+  double totalTime = 0;
+  int id = 0;
+  int priority = 0;
+};
+struct Suitability {
+  double selfTime = 0;
+  int cores = 0;
+  std::uint32_t flags = 0;
+  double siteMaxGain = 0;
+  double totalMaxGain = 0;
+};
+struct Correctness {
+  int errors = 0;
+  int warnings[2] = {0, 0};
+};
+struct Strides {
+  std::int64_t strides[3] = {0, 0, 0};
+};
+
+/// What an analysis says of a site: any of the five records, each with any values.
+class FakeDetail final : public digestio::SummaryDetail {
+ public:
+  FakeDetail(std::string label, const std::string& place) : label_(std::move(label)), place_(at(place)) {}
+
+  FakeDetail& kind(digestio::SummaryDetailKind kind);
+  FakeDetail& reports(Kind kind);  ///< the annotation kind that the analysis reports
+  FakeDetail& survey(Survey values = {});
+  FakeDetail& vectorization(Vectorization values = {});
+  FakeDetail& suitability(Suitability values = {});
+  FakeDetail& correctness(Correctness values = {});
+  FakeDetail& map(Strides values = {});
+  FakeDetail& missing();  ///< the collection answers null in its place
+  [[nodiscard]] bool isMissing() const noexcept { return missing_; }
+
+  [[nodiscard]] digestio::SummaryDetailKind detailKind() const override;
+  [[nodiscard]] Kind annotationKind() const override;
+  [[nodiscard]] sitenotes::locator_t locator() const override;
+  [[nodiscard]] std::string label() const override;
+  [[nodiscard]] digestio::SurveyDetail* surveyView() const override;
+  [[nodiscard]] digestio::SurveyVectorizationDetail* surveyVectorizationView() const override;
+  [[nodiscard]] digestio::SuitabilityDetail* suitabilityView() const override;
+  [[nodiscard]] digestio::CorrectnessDetail* correctnessView() const override;
+  [[nodiscard]] digestio::MapDetail* mapView() const override;
+
+ private:
+  std::string label_;
+  sitenotes::locator_t place_;
+  digestio::SummaryDetailKind kind_ = digestio::kAnnotatedSite;
+  Kind reported_ = sitenotes::annotation_t::parallel;
+  bool missing_ = false;
+  // Shared by the copies that a builder leaves behind: nobody writes to them.
+  std::shared_ptr<digestio::SurveyDetail> survey_;
+  std::shared_ptr<digestio::SurveyVectorizationDetail> vectorization_;
+  std::shared_ptr<digestio::SuitabilityDetail> suitability_;
+  std::shared_ptr<digestio::CorrectnessDetail> correctness_;
+  std::shared_ptr<digestio::MapDetail> map_;
+};
+
+[[nodiscard]] FakeDetail detail(std::string label = {}, const std::string& place = {});
+
+/// What a loaded result answers.
+struct Collection {
+  digestio::SummaryDataKind kind = digestio::kSurvey;
+  int processors = 0;
+  int threads = 0;
+  int paradigm = 7;
+  int target = 3;
+  double gain = 0;
+  std::vector<FakeDetail> details = {};
+};
+
+/// What a result directory answers.
+struct Directory {
+  const char* hostName = nullptr;
+  const char* operatingSystem = nullptr;
+  std::uint64_t collectionStart = 0;
+  std::uint64_t collectionEnd = 0;
+  std::uint64_t finalizationStart = 0;
+  std::uint64_t finalizationEnd = 0;
+  int cpuCount = 0;
+  std::uint64_t cpuFrequency = 0;
+  std::string applicationLog = {};
+  std::string collectorLog = {};
+  std::string commandLog = {};
+};
+
+[[nodiscard]] std::unique_ptr<digestio::SummaryCollection> collection(Collection values);
+[[nodiscard]] boost::shared_ptr<resdir::IResultDirectory> directory(Directory values);
+
+/// What scanner_t::get, SummaryCollection::load and ResultDirectoryManager::open find while it lives. Without one,
+/// and for paths that nobody named, they find nothing.
+class Suite {
+ public:
+  Suite();
+  ~Suite();
+  Suite(const Suite&) = delete;  // the process has one
+  Suite& operator=(const Suite&) = delete;
+
+  /// A scanner with this database, which may be empty.
+  void scanner(boost::shared_ptr<sitenotes::database_t> database);
+  /// A result that can be loaded and opened.
+  void result(const std::string& path, Collection collection, Directory directory = {});
+  /// The halves of it.
+  void loads(const std::string& path, Collection collection) { collections.insert_or_assign(path, collection); }
+  void opens(const std::string& path, Directory directory) { directories.insert_or_assign(path, directory); }
+
+  boost::shared_ptr<sitenotes::scanner_t> installed;
+  std::map<std::string, Collection> collections;
+  std::map<std::string, Directory> directories;
+};
+
+/// The analyses that an annotated item starts with a record of.
+struct Known {
+  bool survey = false;
+  bool suitability = false;
+  bool correctness = false;
+  bool map = false;
+};
+
+/// Items without an owner, which they survive: it is only asked for the newest annotation.
+[[nodiscard]] std::unique_ptr<kelvar_2_1_7::SummaryItemImpl> itemFrom(
+    boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle = 1,
+    kelvar_2_1_7::SummaryDataStatus status = kelvar_2_1_7::kCurrent, Known known = {});
+/// The detail has to outlive the item.
+[[nodiscard]] std::unique_ptr<kelvar_2_1_7::SummaryItemImpl> itemFrom(
+    FakeDetail& detail, boost::shared_ptr<sitenotes::annotation_t> annotation = {}, unsigned long handle = 0);
+
+/// `listOf(itemFrom(...), nullptr, itemFrom(...))`
+template <class... Items>
+[[nodiscard]] kelvar_2_1_7::SummaryItems listOf(Items... items) {
+  kelvar_2_1_7::SummaryItems list;
+  (list.append(std::move(items)), ...);
+  return list;
+}
+
+}  // namespace support

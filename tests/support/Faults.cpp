@@ -1,0 +1,135 @@
+#include "support/Faults.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
+#include <new>
+
+namespace support {
+
+namespace {
+
+std::atomic<long> callsLeft = 0;
+std::atomic<long> allocationsLeft = 0;
+CallLog* currentLog = nullptr;
+
+/// Whether this is the one that fails. Counts on below 0, so that each count strikes once.
+bool strikes(std::atomic<long>& left) noexcept {
+  return left.load() > 0 && left.fetch_sub(1) == 1;
+}
+
+}  // namespace
+
+CallFault::CallFault(long call) {
+  callsLeft = call;
+}
+CallFault::~CallFault() {
+  callsLeft = 0;
+}
+bool CallFault::struck() const {
+  return callsLeft == 0;
+}
+
+AllocationFault::AllocationFault(long allocation) {
+  allocationsLeft = allocation;
+}
+AllocationFault::~AllocationFault() {
+  allocationsLeft = 0;
+}
+bool AllocationFault::struck() const {
+  return allocationsLeft == 0;
+}
+
+CallLog::CallLog() {
+  currentLog = this;
+}
+CallLog::~CallLog() {
+  currentLog = nullptr;
+}
+
+std::string CallLog::text(std::string_view prefix) const {
+  std::string text;
+  for (const std::string& line : lines_) {
+    if (line.compare(0, prefix.size(), prefix) == 0) text += line + '\n';
+  }
+  return text;
+}
+
+void note(const std::string& line) {
+  if (currentLog != nullptr) currentLog->lines_.push_back(line);
+}
+
+void called(const std::string& line) {
+  note(line);
+  if (strikes(callsLeft)) throw Fault(line);
+}
+
+namespace {
+
+void* allocate(std::size_t size, std::size_t alignment) noexcept {
+  if (strikes(allocationsLeft)) return nullptr;
+  if (alignment <= alignof(std::max_align_t)) return std::malloc(size == 0 ? 1 : size);
+  return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
+}
+
+void* allocateOrThrow(std::size_t size, std::size_t alignment) {
+  void* const memory = allocate(size, alignment);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+}  // namespace
+
+}  // namespace support
+
+// All forms, since a sanitizer brings its own of each and tells them from malloc.
+using support::allocate;
+using support::allocateOrThrow;
+void* operator new(std::size_t size) {
+  return allocateOrThrow(size, 0);
+}
+void* operator new[](std::size_t size) {
+  return allocateOrThrow(size, 0);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return allocate(size, 0);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return allocate(size, 0);
+}
+void* operator new(std::size_t size, std::align_val_t to) {
+  return allocateOrThrow(size, static_cast<std::size_t>(to));
+}
+void* operator new[](std::size_t size, std::align_val_t to) {
+  return allocateOrThrow(size, static_cast<std::size_t>(to));
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, const std::nothrow_t&) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::align_val_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::align_val_t) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept {
+  std::free(memory);
+}
