@@ -1,0 +1,50 @@
+#include <simdjson.h>
+
+#include <filesystem>
+#include <memory>
+
+#include "LoadedProject.h"
+#include "Measure.h"
+#include "Program.h"
+#include "ProjectOnDisk.h"
+
+namespace kelvar_bench {
+
+namespace {
+
+using digestio::SummaryDataKind;
+
+std::size_t detailCount(std::size_t sites, SummaryDataKind kind) {
+  static std::size_t counted = 0;
+  static kelvar_2_1_7::PerKind<std::size_t> counts{};
+  if (counted != sites) {
+    const GeneratedProject project(sites, kSeed);
+    for (const SummaryDataKind each : kelvar_2_1_7::kAllKinds) counts[each] = project.details(each).size();
+    counted = sites;
+  }
+  return counts[kind];
+}
+
+}  // namespace
+
+void registerCollection(std::size_t sites) {
+  for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
+    const std::string name = std::filesystem::path(resultPath(kind)).filename().string();
+    const auto items = [=] { return detailCount(sites, kind); };
+    measure(
+        "collection/" + name, sites, items,
+        [=] { return std::filesystem::path(collectionFile(sites, kind)).parent_path().string(); },
+        [](const std::string& path) {
+          return std::unique_ptr<digestio::SummaryCollection>(digestio::SummaryCollection::load(path));
+        });
+    measure(
+        "parse/" + name, sites, items, [=] { return collectionFile(sites, kind); },
+        [](const std::string& file) {
+          auto parser = std::make_unique<simdjson::dom::parser>();
+          if (parser->load(file).error() != simdjson::SUCCESS) parser.reset();
+          return parser;
+        });
+  }
+}
+
+}  // namespace kelvar_bench

@@ -1,0 +1,85 @@
+#include "LoadedProject.h"
+
+#include <unistd.h>
+
+#include <boost/make_shared.hpp>
+#include <filesystem>
+#include <optional>
+#include <system_error>
+
+#include "Annotations.h"
+#include "GeneratedProject.h"
+#include "Program.h"
+#include "ProjectOnDisk.h"
+#include "kelvar/SummaryDataLoader.h"
+
+namespace kelvar_bench {
+
+namespace {
+
+/// A directory of our own that goes with this object.
+class Directory {
+ public:
+  Directory() : path_(std::filesystem::temp_directory_path() / ("kelvar_bench." + std::to_string(getpid()))) {}
+  ~Directory() {
+    std::error_code ignored;  // nobody is left to be told
+    std::filesystem::remove_all(path_, ignored);
+  }
+  Directory(const Directory&) = delete;  // it goes once
+  Directory& operator=(const Directory&) = delete;
+  [[nodiscard]] std::string path() const { return path_.string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+using Loader = kelvar::SummaryDataLoader;
+
+struct Context final : Loader::IFinalizeTaskContext {
+  boost::shared_ptr<Loader::IDataFromCollector> dataFromCollector() override { return collector; }
+  boost::shared_ptr<Loader::IDataFromCollector> collector;
+};
+
+}  // namespace
+
+const std::string& projectOnDisk(std::size_t sites) {
+  static const Directory directory;
+  static const std::string path = directory.path();
+  static std::size_t written = 0;
+  if (written != sites) {
+    std::filesystem::remove_all(path);
+    writeProject(GeneratedProject(sites, kSeed), path);
+    written = sites;
+  }
+  return path;
+}
+
+std::string collectionFile(std::size_t sites, digestio::SummaryDataKind kind) {
+  return projectOnDisk(sites) + '/' + resultPath(kind) + "/collection.json";
+}
+
+boost::shared_ptr<kelvar::SummaryData> load(const std::string& project) {
+  const auto database = kelvar_platform::openAnnotationDatabase(project + "/annotations.db");
+  kelvar_platform::installDatabase(database);
+  const auto path = [&](digestio::SummaryDataKind kind) { return project + '/' + resultPath(kind); };
+  Context context;
+  context.collector = boost::make_shared<Loader::DataFromResult>(
+      path(digestio::kSurvey), path(digestio::kSurveyVectorization), path(digestio::kSuitability),
+      path(digestio::kCorrectness), path(digestio::kMap), database, nullptr, nullptr);
+  const boost::shared_ptr<Loader> loader = Loader::Create();
+  loader->DoTask(&context);
+  return loader->summaryData();
+}
+
+kelvar::SummaryData& loaded(std::size_t sites) {
+  static boost::shared_ptr<kelvar::SummaryData> kept;
+  static std::size_t keptSites = 0;
+  if (!kept || keptSites != sites) {
+    kept.reset();
+    kept = load(projectOnDisk(sites));
+    keptSites = sites;
+  }
+  return *kept;
+}
+
+}  // namespace kelvar_bench

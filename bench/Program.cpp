@@ -1,0 +1,71 @@
+#include "Program.h"
+
+#include <memory>
+#include <utility>
+
+#include "MemoryDatabase.h"
+#include "items/Join.h"
+#include "items/LiveAnnotations.h"
+
+namespace kelvar_bench {
+
+using digestio::SummaryDataKind;
+using kelvar_2_1_7::SummaryItemImpl;
+using kelvar_2_1_7::SummaryItems;
+
+Program::Program(std::size_t sites)
+    : project_(sites, kSeed),
+      annotations_(memoryDatabase(project_, project_.edits().size())),
+      state_(memoryDatabase(project_, project_.recordedRevision())) {
+  for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
+    MemoryDetail::Kinds kinds{};
+    kinds[kind] = true;
+    details_[kind].reserve(project_.details(kind).size());
+    for (const Detail& detail : project_.details(kind)) details_[kind].emplace_back(project_, detail, kinds);
+  }
+}
+
+SummaryItems Program::annotated() const {
+  SummaryItems items;
+  kelvar_2_1_7::forEachLiveAnnotation(annotations_, [&](auto annotation, unsigned long handle) {
+    items.append(std::make_unique<SummaryItemImpl>(nullptr, std::move(annotation), handle, kelvar_2_1_7::kCurrent,
+                                                   false, false, false, false));
+  });
+  return items;
+}
+
+SummaryItems Program::collected(SummaryDataKind kind) {
+  SummaryItems items;
+  for (MemoryDetail& detail : details_[kind])
+    items.append(std::make_unique<SummaryItemImpl>(nullptr, &detail, nullptr, 0UL));
+  const bool survey = kind == digestio::kSurvey;
+  kelvar_2_1_7::forEachLiveAnnotation(state_, [&](auto annotation, unsigned long handle) {
+    items.append(std::make_unique<SummaryItemImpl>(
+        nullptr, std::move(annotation), handle, kelvar_2_1_7::kNoMatchCurrent, survey, kind == digestio::kSuitability,
+        kind == digestio::kCorrectness, kind == digestio::kMap));
+  });
+  return items;
+}
+
+SummaryItems Program::joined() {
+  SummaryItems items = annotated();
+  for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
+    SummaryItems incoming = collected(kind);
+    incoming.exactMerge(kind);
+    kelvar_2_1_7::join(items, incoming);
+  }
+  return items;
+}
+
+Program& program(std::size_t sites) {
+  static std::unique_ptr<Program> kept;
+  static std::size_t keptSites = 0;
+  if (!kept || keptSites != sites) {
+    kept.reset();
+    kept = std::make_unique<Program>(sites);
+    keptSites = sites;
+  }
+  return *kept;
+}
+
+}  // namespace kelvar_bench

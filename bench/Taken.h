@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+
+namespace kelvar_bench {
+
+/// What this process has taken by operator new. What C libraries take with malloc is not in it.
+struct Taken {
+  std::uint64_t calls = 0;
+  std::uint64_t bytes = 0;
+
+  friend Taken operator-(const Taken& a, const Taken& b) { return {a.calls - b.calls, a.bytes - b.bytes}; }
+  Taken& operator+=(const Taken& other) {
+    calls += other.calls;
+    bytes += other.bytes;
+    return *this;
+  }
+};
+
+[[nodiscard]] Taken taken() noexcept;
+
+}  // namespace kelvar_bench

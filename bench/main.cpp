@@ -1,0 +1,48 @@
+#include <benchmark/benchmark.h>
+
+#include <charconv>
+#include <cstddef>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "Measure.h"
+
+namespace {
+
+constexpr std::string_view kSites = "--sites=";
+
+/// Takes `--sites=N` out of the arguments, as often as it stands there.
+std::vector<std::size_t> takeSizes(int& argc, char** argv) {
+  std::vector<std::size_t> sizes;
+  int kept = 1;
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view argument = argv[i];
+    std::size_t sites = 0;
+    if (argument.starts_with(kSites) &&
+        std::from_chars(argument.data() + kSites.size(), argument.data() + argument.size(), sites).ec == std::errc())
+      sizes.push_back(sites);
+    else
+      argv[kept++] = argv[i];
+  }
+  argc = kept;
+  if (sizes.empty()) sizes = {1'000, 10'000, 100'000};
+  return sizes;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  using namespace kelvar_bench;
+  // Size by size, since a project of each is kept while its stages run.
+  for (const std::size_t sites : takeSizes(argc, argv)) {
+    for (const auto add : {registerPopulation, registerCollection, registerFold, registerJoin, registerFullList,
+                           registerTable, registerSqlite, registerLoad, registerView})
+      add(sites);
+  }
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  return 0;
+}
