@@ -9,11 +9,12 @@ namespace kelvar_tool {
 
 CLI::Option* addText(CLI::App& app, const std::string& name, const std::string& help,
                      std::function<void(const std::string& text)> take) {
-  const CLI::callback_t callback = [take = std::move(take)](const CLI::results_t& texts) {
-    take(texts.back());
+  const CLI::callback_t callback = [name, take = std::move(take)](const CLI::results_t& texts) {
+    if (texts.size() > 1) throw UsageError(name + ": expected once, not " + std::to_string(texts.size()) + " times");
+    take(texts.front());
     return true;
   };
-  return app.add_option(name, callback, help)->type_name("");
+  return app.add_option(name, callback, help)->type_name("")->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
 CLI::Option* addPath(CLI::App& app, const std::string& name, const std::string& value, const std::string& help,

@@ -68,13 +68,13 @@ struct HideOption {
 };
 constexpr HideOption kHideOptions[] = {
     {"--hide-kind", "KIND",
-     "Hide the sites that only this analysis speaks of: survey, surveyvectorization, suitability, dependencies or "
-     "map; may be repeated",
+     "Leave this analysis out of the question: sites that no other speaks of are hidden; survey,\n"
+     "surveyvectorization, suitability, dependencies or map; may be repeated",
      hideKind},
     {"--hide-detail-kind", "N", "Hide hot spots (1) or loops (2); may be repeated", hideDetailKind},
     {"--hide-annotation-kind", "KIND",
-     "Hide the annotated sites of a kind, given by name (end-task) or number (3), or of all kinds (all); may be "
-     "repeated",
+     "Hide the annotated sites of a kind, given by name (end-task) or number (3), or of all kinds (all);\n"
+     "may be repeated",
      hideAnnotationKind},
 };
 
@@ -97,7 +97,7 @@ constexpr const char* kExamples =
 std::string orderingHelp() {
   std::string help = "Order of the rows, by name or number:";
   for (std::size_t value = 0; value < orderingNames().size(); ++value) {
-    help += (value == 0 ? " " : ", ") + std::to_string(value) + " " + orderingNames()[value];
+    help += "\n" + std::to_string(value) + " " + orderingNames()[value];
   }
   return help;
 }

@@ -47,6 +47,10 @@ std::string fullName(const CLI::App& app) {
   return app.get_parent() ? fullName(*app.get_parent()) + " " + app.get_name() : app.get_name();
 }
 
+std::string helpOf(const CLI::App& app) {
+  return app.help(app.get_parent() ? fullName(*app.get_parent()) : std::string());
+}
+
 std::vector<std::string> optionNames(const CLI::App& app) {
   std::vector<std::string> names;
   for (const CLI::Option* const option : app.get_options()) {
@@ -61,19 +65,29 @@ std::vector<std::string> subcommandNames(const CLI::App& app) {
   return names;
 }
 
-// The parser reports first what is missing. What it did not know is more often why.
-std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
+std::string unknownOption(const CLI::App& app, const std::string& name) {
+  return "unknown option " + inQuotes(name) + proposal(name, optionNames(app));
+}
+
+// What the parser left over on its way to the innermost subcommand; empty where it used all it was given.
+std::string complaintOfLeftovers(const CLI::App& app) {
   const std::vector<std::string> unknown = app.remaining();
   for (const std::string& argument : unknown) {
     const std::string name = argument.substr(0, argument.find('='));
-    if (name.starts_with('-') && name != "--") {
-      return "unknown option " + inQuotes(name) + proposal(name, optionNames(app));
-    }
+    if (name.starts_with('-') && name != "--") return unknownOption(app, name);
   }
+  const std::vector<CLI::App*> chosen = app.get_subcommands();
+  if (!chosen.empty()) return complaintOfLeftovers(*chosen.front());
+  if (unknown.empty()) return {};
   const std::vector<std::string> subcommands = subcommandNames(app);
-  if (unknown.empty()) return error.what();
   if (subcommands.empty()) return "unexpected argument " + inQuotes(unknown.front());
   return "unknown subcommand " + inQuotes(unknown.front()) + proposal(unknown.front(), subcommands);
+}
+
+// The parser reports first what is missing. What it did not know is more often why.
+std::string complaint(const CLI::App& kelvar, const CLI::ParseError& error) {
+  const std::string leftovers = complaintOfLeftovers(kelvar);
+  return leftovers.empty() ? error.what() : leftovers;
 }
 
 ExitStatus refuse(const CLI::App& app, const std::string& sentence) {
@@ -89,13 +103,13 @@ ExitStatus run(CLI::App& kelvar, int count, char** arguments) {
     kelvar.parse(argumentsForParser(count, arguments));
     return chosen();
   } catch (const CLI::CallForHelp&) {
-    print(innermost(kelvar).help(fullName(innermost(kelvar))));
+    print(helpOf(innermost(kelvar)));
     return kDone;
   } catch (const CLI::CallForVersion&) {
     print("kelvar " KELVAR_VERSION "\n");
     return kDone;
   } catch (const CLI::ParseError& error) {
-    return refuse(innermost(kelvar), complaint(innermost(kelvar), error));
+    return refuse(innermost(kelvar), complaint(kelvar, error));
   } catch (const UsageError& error) {
     return refuse(innermost(kelvar), error.what());
   }
