@@ -19,45 +19,45 @@ const Values* find(const std::map<std::string, Values>& known, const std::string
 
 /// Notes the call, and gives what it answers.
 template <class T>
-T answer(const std::string& call, T value) {
-  called(call);
+T answer(std::string_view subject, std::string_view operation, T value) {
+  called(subject, operation);
   return value;
 }
 
 struct SurveyRecord final : digestio::SurveyDetail {
   explicit SurveyRecord(Survey v) : values(v) {}
-  double cpuTime() const override { return answer("survey cpuTime", values.cpuTime); }
-  int priority() const override { return answer("survey priority", values.priority); }
-  int id() const override { return answer("survey id", values.id); }
+  double cpuTime() const override { return answer("survey", "cpuTime", values.cpuTime); }
+  int priority() const override { return answer("survey", "priority", values.priority); }
+  int id() const override { return answer("survey", "id", values.id); }
   Survey values;
 };
 
 struct VectorizationRecord final : digestio::SurveyVectorizationDetail {
   explicit VectorizationRecord(Vectorization v) : values(v) {}
-  int state() const override { return answer("vectorization state", values.state); }
-  double selfTime() const override { return answer("vectorization selfTime", values.selfTime); }
-  double totalTime() const override { return answer("vectorization totalTime", values.totalTime); }
-  int id() const override { return answer("vectorization id", values.id); }
-  int priority() const override { return answer("vectorization priority", values.priority); }
+  int state() const override { return answer("vectorization", "state", values.state); }
+  double selfTime() const override { return answer("vectorization", "selfTime", values.selfTime); }
+  double totalTime() const override { return answer("vectorization", "totalTime", values.totalTime); }
+  int id() const override { return answer("vectorization", "id", values.id); }
+  int priority() const override { return answer("vectorization", "priority", values.priority); }
   Vectorization values;
 };
 
 struct SuitabilityRecord final : digestio::SuitabilityDetail {
   explicit SuitabilityRecord(Suitability v) : values(v) {}
-  double selfTime() const override { return answer("suitability selfTime", values.selfTime); }
-  int cores() const override { return answer("suitability cores", values.cores); }
-  std::uint32_t flags() const override { return answer("suitability flags", values.flags); }
-  double siteMaxGain() const override { return answer("suitability siteMaxGain", values.siteMaxGain); }
-  double totalMaxGain() const override { return answer("suitability totalMaxGain", values.totalMaxGain); }
+  double selfTime() const override { return answer("suitability", "selfTime", values.selfTime); }
+  int cores() const override { return answer("suitability", "cores", values.cores); }
+  std::uint32_t flags() const override { return answer("suitability", "flags", values.flags); }
+  double siteMaxGain() const override { return answer("suitability", "siteMaxGain", values.siteMaxGain); }
+  double totalMaxGain() const override { return answer("suitability", "totalMaxGain", values.totalMaxGain); }
   Suitability values;
 };
 
 struct CorrectnessRecord final : digestio::CorrectnessDetail {
   explicit CorrectnessRecord(Correctness v) : values(v) {}
-  int errors() const override { return answer("correctness errors", values.errors); }
+  int errors() const override { return answer("correctness", "errors", values.errors); }
   int warnings(int index) const override {
-    return answer("correctness warnings " + std::to_string(index),
-                  index == 0 ? values.warnings[0] : values.warnings[1]);
+    called("correctness", "warnings", std::to_string(index));
+    return index == 0 ? values.warnings[0] : values.warnings[1];
   }
   Correctness values;
 };
@@ -65,7 +65,7 @@ struct CorrectnessRecord final : digestio::CorrectnessDetail {
 struct MapRecord final : digestio::MapDetail {
   explicit MapRecord(Strides v) : values(v) {}
   std::int64_t strides(int index) const override {
-    called("map strides " + std::to_string(index));
+    called("map", "strides", std::to_string(index));
     if (index < 0 || index > 2) throw std::out_of_range("strides");
     return values.strides[index];
   }
@@ -75,19 +75,19 @@ struct MapRecord final : digestio::MapDetail {
 class FakeCollection final : public digestio::SummaryCollection {
  public:
   explicit FakeCollection(Collection values) : values_(std::move(values)) {}
-  ~FakeCollection() override { note("collection deleted"); }
-  digestio::SummaryDataKind dataKind() const override { return answer("collection dataKind", values_.kind); }
+  ~FakeCollection() override { note("collection", "deleted"); }
+  digestio::SummaryDataKind dataKind() const override { return answer("collection", "dataKind", values_.kind); }
   void reserved() const override { throw std::logic_error("nobody calls the reserved entry"); }
-  int num_processors() const override { return answer("collection num_processors", values_.processors); }
-  int num_kova_threads() const override { return answer("collection num_kova_threads", values_.threads); }
-  int threading_paradigm() const override { return answer("collection threading_paradigm", values_.paradigm); }
-  int target_system() const override { return answer("collection target_system", values_.target); }
-  double programMaxGain() const override { return answer("collection programMaxGain", values_.gain); }
+  int num_processors() const override { return answer("collection", "num_processors", values_.processors); }
+  int num_kova_threads() const override { return answer("collection", "num_kova_threads", values_.threads); }
+  int threading_paradigm() const override { return answer("collection", "threading_paradigm", values_.paradigm); }
+  int target_system() const override { return answer("collection", "target_system", values_.target); }
+  double programMaxGain() const override { return answer("collection", "programMaxGain", values_.gain); }
   int detailCount() const override {
-    return answer("collection detailCount", static_cast<int>(values_.details.size()));
+    return answer("collection", "detailCount", static_cast<int>(values_.details.size()));
   }
   digestio::SummaryDetail* detail(int index) const override {
-    called("collection detail " + std::to_string(index));
+    called("collection", "detail", std::to_string(index));
     FakeDetail& detail = values_.details.at(static_cast<std::size_t>(index));
     return detail.isMissing() ? nullptr : &detail;
   }
@@ -99,26 +99,29 @@ class FakeCollection final : public digestio::SummaryCollection {
 class FakeDirectory final : public resdir::IResultDirectory {
  public:
   explicit FakeDirectory(Directory values) : values_(std::move(values)) {}
-  ~FakeDirectory() override { note("directory closed"); }
-  const char* hostName() override { return answer("directory hostName", values_.hostName); }
+  ~FakeDirectory() override { note("directory", "closed"); }
+  const char* hostName() override { return answer("directory", "hostName", values_.hostName); }
   const char* operatingSystem(int which) override {
-    return answer("directory operatingSystem " + std::to_string(which), values_.operatingSystem);
+    called("directory", "operatingSystem", std::to_string(which));
+    return values_.operatingSystem;
   }
   std::uint64_t collectionStartTime() override {
-    return answer("directory collectionStartTime", values_.collectionStart);
+    return answer("directory", "collectionStartTime", values_.collectionStart);
   }
-  std::uint64_t collectionEndTime() override { return answer("directory collectionEndTime", values_.collectionEnd); }
+  std::uint64_t collectionEndTime() override { return answer("directory", "collectionEndTime", values_.collectionEnd); }
   std::uint64_t finalizationStartTime() override {
-    return answer("directory finalizationStartTime", values_.finalizationStart);
+    return answer("directory", "finalizationStartTime", values_.finalizationStart);
   }
   std::uint64_t finalizationEndTime() override {
-    return answer("directory finalizationEndTime", values_.finalizationEnd);
+    return answer("directory", "finalizationEndTime", values_.finalizationEnd);
   }
-  int cpuCount() override { return answer("directory cpuCount", values_.cpuCount); }
-  std::uint64_t cpuFrequency() override { return answer("directory cpuFrequency", values_.cpuFrequency); }
-  std::string applicationLogPath() override { return answer("directory applicationLogPath", values_.applicationLog); }
-  std::string collectorLogPath() override { return answer("directory collectorLogPath", values_.collectorLog); }
-  std::string commandLogPath() override { return answer("directory commandLogPath", values_.commandLog); }
+  int cpuCount() override { return answer("directory", "cpuCount", values_.cpuCount); }
+  std::uint64_t cpuFrequency() override { return answer("directory", "cpuFrequency", values_.cpuFrequency); }
+  std::string applicationLogPath() override {
+    return answer("directory", "applicationLogPath", values_.applicationLog);
+  }
+  std::string collectorLogPath() override { return answer("directory", "collectorLogPath", values_.collectorLog); }
+  std::string commandLogPath() override { return answer("directory", "commandLogPath", values_.commandLog); }
 
  private:
   Directory values_;
@@ -127,7 +130,9 @@ class FakeDirectory final : public resdir::IResultDirectory {
 class FakeScanner final : public sitenotes::scanner_t {
  public:
   explicit FakeScanner(boost::shared_ptr<sitenotes::database_t> database) : database_(std::move(database)) {}
-  boost::shared_ptr<sitenotes::database_t> get_database() override { return answer("scanner get_database", database_); }
+  boost::shared_ptr<sitenotes::database_t> get_database() override {
+    return answer("scanner", "get_database", database_);
+  }
 
  private:
   boost::shared_ptr<sitenotes::database_t> database_;
@@ -146,18 +151,18 @@ sitenotes::locator_t at(const std::string& place) {
 FakeAnnotation::FakeAnnotation(std::string label, const std::string& place, Kind kind, bool disabled)
     : label_(std::move(label)), place_(at(place)), kind_(kind), disabled_(disabled) {}
 const sitenotes::locator_t& FakeAnnotation::get_locator() const {
-  called("annotation get_locator");
+  called("annotation", "get_locator");
   return place_;
 }
 const std::string& FakeAnnotation::get_label() const {
-  called("annotation get_label");
+  called("annotation", "get_label");
   return label_;
 }
 Kind FakeAnnotation::get_kind() const {
-  return answer("annotation get_kind", kind_);
+  return answer("annotation", "get_kind", kind_);
 }
 bool FakeAnnotation::disabled() const {
-  return answer("annotation disabled", disabled_);
+  return answer("annotation", "disabled", disabled_);
 }
 
 boost::shared_ptr<sitenotes::annotation_t> annotation(std::string label, const std::string& place, Kind kind,
@@ -166,7 +171,7 @@ boost::shared_ptr<sitenotes::annotation_t> annotation(std::string label, const s
 }
 
 FakeDatabase::~FakeDatabase() {
-  note(name_ + " deleted");
+  note(name_, "deleted");
 }
 
 FakeDatabase& FakeDatabase::site(unsigned long handle, boost::shared_ptr<sitenotes::annotation_t> latest, bool alive) {
@@ -183,25 +188,25 @@ FakeDatabase& FakeDatabase::makes(const std::string& path, boost::shared_ptr<sit
 }
 
 std::vector<unsigned long> FakeDatabase::get_sequences() {
-  return answer(name_ + " get_sequences", sequences_);
+  return answer(name_, "get_sequences", sequences_);
 }
 bool FakeDatabase::is_sequence_alive(unsigned long id) {
-  called(name_ + " is_sequence_alive " + std::to_string(id));
+  called(name_, "is_sequence_alive", std::to_string(id));
   const auto found = sites_.find(id);
   return found != sites_.end() && found->second.alive;
 }
 boost::shared_ptr<sitenotes::annotation_t> FakeDatabase::get_latest_annotation(unsigned long id) {
-  called(name_ + " get_latest_annotation " + std::to_string(id));
+  called(name_, "get_latest_annotation", std::to_string(id));
   const auto found = sites_.find(id);
   return found != sites_.end() ? found->second.latest : nullptr;
 }
 boost::shared_ptr<sitenotes::database_t> FakeDatabase::get_state(const std::string& path) {
-  called(name_ + " get_state " + path);
+  called(name_, "get_state", path);
   const auto* found = find(states_, path);
   return found != nullptr ? *found : nullptr;
 }
 boost::shared_ptr<sitenotes::database_t> FakeDatabase::make_state(const std::string& path, bool flag) {
-  called(name_ + " make_state " + path + (flag ? " true" : " false"));
+  called(name_, flag ? "make_state true" : "make_state false", path);
   const auto* found = find(makes_, path);
   return found != nullptr ? *found : nullptr;
 }
@@ -240,31 +245,31 @@ FakeDetail& FakeDetail::missing() {
 }
 
 digestio::SummaryDetailKind FakeDetail::detailKind() const {
-  return answer("detail detailKind", kind_);
+  return answer("detail", "detailKind", kind_);
 }
 Kind FakeDetail::annotationKind() const {
-  return answer("detail annotationKind", reported_);
+  return answer("detail", "annotationKind", reported_);
 }
 sitenotes::locator_t FakeDetail::locator() const {
-  return answer("detail locator", place_);
+  return answer("detail", "locator", place_);
 }
 std::string FakeDetail::label() const {
-  return answer("detail label", label_);
+  return answer("detail", "label", label_);
 }
 digestio::SurveyDetail* FakeDetail::surveyView() const {
-  return answer("detail surveyView", survey_.get());
+  return answer("detail", "surveyView", survey_.get());
 }
 digestio::SurveyVectorizationDetail* FakeDetail::surveyVectorizationView() const {
-  return answer("detail surveyVectorizationView", vectorization_.get());
+  return answer("detail", "surveyVectorizationView", vectorization_.get());
 }
 digestio::SuitabilityDetail* FakeDetail::suitabilityView() const {
-  return answer("detail suitabilityView", suitability_.get());
+  return answer("detail", "suitabilityView", suitability_.get());
 }
 digestio::CorrectnessDetail* FakeDetail::correctnessView() const {
-  return answer("detail correctnessView", correctness_.get());
+  return answer("detail", "correctnessView", correctness_.get());
 }
 digestio::MapDetail* FakeDetail::mapView() const {
-  return answer("detail mapView", map_.get());
+  return answer("detail", "mapView", map_.get());
 }
 
 FakeDetail detail(std::string label, const std::string& place) {
@@ -309,14 +314,14 @@ std::unique_ptr<kelvar_2_1_7::SummaryItemImpl> itemFrom(FakeDetail& detail,
 // What the library expects of the process.
 namespace sitenotes {
 boost::shared_ptr<scanner_t> scanner_t::get() {
-  support::called("scanner get");
+  support::called("scanner", "get");
   return support::currentSuite != nullptr ? support::currentSuite->installed : nullptr;
 }
 }  // namespace sitenotes
 
 namespace digestio {
 SummaryCollection* SummaryCollection::load(std::string path) {
-  support::called("load " + path);
+  support::called("load", path);
   if (support::currentSuite == nullptr) return nullptr;
   const support::Collection* values = support::find(support::currentSuite->collections, path);
   return values != nullptr ? support::collection(*values).release() : nullptr;
@@ -325,7 +330,7 @@ SummaryCollection* SummaryCollection::load(std::string path) {
 
 namespace resdir {
 toolbelt::sptr_t<IResultDirectory> ResultDirectoryManager::open(const char* path, bool flag, const char* text) {
-  support::called("open " + std::string(path) + (flag || text != nullptr ? " otherwise than agreed" : ""));
+  support::called("open", flag || text != nullptr ? "otherwise than agreed" : path);
   if (support::currentSuite == nullptr) return nullptr;
   const support::Directory* values = support::find(support::currentSuite->directories, path);
   return values != nullptr ? support::directory(*values) : nullptr;

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 namespace support {
 
@@ -55,13 +56,18 @@ std::string CallLog::text(std::string_view prefix) const {
   return text;
 }
 
-void note(const std::string& line) {
-  if (currentLog != nullptr) currentLog->lines_.push_back(line);
+void note(std::string_view subject, std::string_view operation, std::string_view argument) {
+  if (currentLog == nullptr) return;
+  const long paused = allocationsLeft.exchange(0);
+  std::string line = std::string(subject).append(" ").append(operation);
+  if (!argument.empty()) line.append(" ").append(argument);
+  currentLog->lines_.push_back(std::move(line));
+  allocationsLeft = paused;
 }
 
-void called(const std::string& line) {
-  note(line);
-  if (strikes(callsLeft)) throw Fault(line);
+void called(std::string_view subject, std::string_view operation, std::string_view argument) {
+  note(subject, operation, argument);
+  if (strikes(callsLeft)) throw Fault(std::string(subject).append(" ").append(operation));
 }
 
 namespace {

@@ -57,14 +57,14 @@ class CallLog {
   [[nodiscard]] std::string text(std::string_view prefix = {}) const;
 
  private:
-  friend void note(const std::string& line);
+  friend void note(std::string_view subject, std::string_view operation, std::string_view argument);
   std::vector<std::string> lines_;
 };
 
 /// For fakes: a line for the log, of what cannot throw.
-void note(const std::string& line);
-/// For fakes: a call, which may have to throw.
-void called(const std::string& line);
+void note(std::string_view subject, std::string_view operation, std::string_view argument = {});
+/// For fakes: a call, which may have to throw. Allocates nothing that an AllocationFault would count.
+void called(std::string_view subject, std::string_view operation, std::string_view argument = {});
 
 /// See above. Answers how many faults struck before `attempt` got through without one.
 template <class Plan, class Prepare, class Attempt, class Check>
