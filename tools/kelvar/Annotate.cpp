@@ -92,7 +92,7 @@ void takePlace(CLI::App& app, Edit& edit) {
 }
 
 void takeSite(CLI::App& app, Edit& edit) {
-  addText(app, "--kind", "Kind of the annotation, by name (end-task) or number (3)",
+  addText(app, "--kind", "Kind of the annotation, by name or number:" + numbered(annotationKindNames()),
           [&](const std::string& text) { edit.kind = annotationKindNamed("--kind", text); })
       ->type_name("KIND")
       ->required();

@@ -94,6 +94,12 @@ const std::vector<std::string>& annotationKindNames() {
   return names;
 }
 
+std::string numbered(const std::vector<std::string>& names) {
+  std::string lines;
+  for (std::size_t value = 0; value < names.size(); ++value) lines += "\n" + std::to_string(value) + " " + names[value];
+  return lines;
+}
+
 const std::string& dataKindName(digestio::SummaryDataKind kind) {
   return dataKindNames()[static_cast<std::size_t>(kind)];
 }

@@ -29,6 +29,9 @@ namespace kelvar_tool {
 [[nodiscard]] const std::vector<std::string>& orderingNames();
 [[nodiscard]] const std::vector<std::string>& annotationKindNames();
 
+/// The names with their values, one on a line, for a help text; begins with a line break.
+[[nodiscard]] std::string numbered(const std::vector<std::string>& names);
+
 /// What an analysis is called in sentences, by its value; the name of its `dataKind`.
 [[nodiscard]] const std::string& dataKindName(digestio::SummaryDataKind kind);
 

@@ -94,14 +94,6 @@ constexpr const char* kExamples =
     "Exit status: 0 all was read; 1 something could not be read or written, and is named with its reason;\n"
     "2 a usage error; 3 out of memory, or the system failed.";
 
-std::string orderingHelp() {
-  std::string help = "Order of the rows, by name or number:";
-  for (std::size_t value = 0; value < orderingNames().size(); ++value) {
-    help += "\n" + std::to_string(value) + " " + orderingNames()[value];
-  }
-  return help;
-}
-
 void addPieces(CLI::App& report, Request& request) {
   addText(report, "PROJECT", "Project directory: what stands in it is reported",
           [&](const std::string& text) { request.project = text; });
@@ -113,9 +105,9 @@ void addPieces(CLI::App& report, Request& request) {
 }
 
 void addView(CLI::App& report, Request& request) {
-  addText(report, "--sort", orderingHelp(), [&](const std::string& text) {
-    request.ordering = orderingNamed("--sort", text);
-  })->type_name("ORDER");
+  addText(report, "--sort", "Order of the rows, by name or number:" + numbered(orderingNames()),
+          [&](const std::string& text) { request.ordering = orderingNamed("--sort", text); })
+      ->type_name("ORDER");
   report.add_flag("--reverse", request.reverse, "Turn the ordered rows around");
   report.add_flag("--verbose", request.verbose, "Say too how well results and rows match, and the settings");
   for (const HideOption& option : kHideOptions) {
