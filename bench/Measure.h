@@ -30,6 +30,7 @@ void measure(const std::string& name, std::size_t sites, Items items, Prepare pr
       const double start = processorTime();
       auto result = work(prepared);
       benchmark::DoNotOptimize(result);
+      benchmark::ClobberMemory();
       state.SetIterationTime(processorTime() - start);
       total += taken() - before;
     }

@@ -11,7 +11,7 @@ namespace {
 class MemoryAnnotation final : public sitenotes::annotation_t {
  public:
   MemoryAnnotation(const GeneratedProject& project, const Edit& edit)
-      : locator_(project.file(edit.place.file), edit.place.line, edit.place.column),
+      : locator_(toolbelt::path_t(project.file(edit.place.file)), edit.place.line, edit.place.column),
         label_(GeneratedProject::label(edit.label)),
         kind_(edit.kind),
         disabled_(edit.disabled) {}

@@ -12,7 +12,7 @@ MemoryDetail::Figures::Figures(const Detail& detail)
 MemoryDetail::MemoryDetail(const GeneratedProject& project, const Detail& detail, Kinds kinds)
     : detailKind_(detail.detailKind),
       annotationKind_(detail.annotationKind),
-      locator_(project.file(detail.place.file), detail.place.line, detail.place.column),
+      locator_(toolbelt::path_t(project.file(detail.place.file)), detail.place.line, detail.place.column),
       label_(GeneratedProject::label(detail.label)),
       kinds_(kinds),
       figures_(detail) {}

@@ -22,7 +22,7 @@ double annotationKind(const SummaryItem& item) {
 }
 
 double kindNumber(const SummaryItem& item) {
-  return item.detailKind() * 32.0 + item.annotationKind();
+  return static_cast<int>(item.detailKind()) * 32 + static_cast<int>(item.annotationKind());
 }
 
 double warnings(const SummaryItem& item) {
