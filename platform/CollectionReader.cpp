@@ -1,0 +1,137 @@
+#include "CollectionReader.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "JsonFields.h"
+#include "ResultKinds.h"
+
+namespace kelvar_platform {
+
+namespace {
+
+using namespace json;
+
+/// `{},` is the shortest detail: a file that the reader takes has fewer than an int counts.
+static_assert(FileText::kMaxSize / 3 < std::numeric_limits<int>::max());
+
+constexpr std::int64_t kMaxInt = std::numeric_limits<std::int32_t>::max();
+constexpr auto kAlways = true;  // inside a record every value is required
+
+constexpr std::array<JsonField<SurveyRecord>, 3> kSurveyFields{{
+    {"cpuTime", finite<&SurveyRecord::cpuTime>, kAlways},
+    {"priority", integer<&SurveyRecord::priority>, kAlways},
+    {"id", integer<&SurveyRecord::id>, kAlways},
+}};
+constexpr std::array<JsonField<SurveyVectorizationRecord>, 5> kSurveyVectorizationFields{{
+    {"state", integer<&SurveyVectorizationRecord::state>, kAlways},
+    {"selfTime", finite<&SurveyVectorizationRecord::selfTime>, kAlways},
+    {"totalTime", finite<&SurveyVectorizationRecord::totalTime>, kAlways},
+    {"id", integer<&SurveyVectorizationRecord::id>, kAlways},
+    {"priority", integer<&SurveyVectorizationRecord::priority>, kAlways},
+}};
+constexpr std::array<JsonField<SuitabilityRecord>, 5> kSuitabilityFields{{
+    {"selfTime", finite<&SuitabilityRecord::selfTime>, kAlways},
+    {"cores", integer<&SuitabilityRecord::cores>, kAlways},
+    {"flags", integer<&SuitabilityRecord::flags>, kAlways},
+    {"siteMaxGain", finite<&SuitabilityRecord::siteMaxGain>, kAlways},
+    {"totalMaxGain", finite<&SuitabilityRecord::totalMaxGain>, kAlways},
+}};
+constexpr std::array<JsonField<CorrectnessRecord>, 2> kCorrectnessFields{{
+    {"errors", integer<&CorrectnessRecord::errors>, kAlways},
+    {"warnings", integers<&CorrectnessRecord::warnings>, kAlways},
+}};
+constexpr std::array<JsonField<MapRecord>, 1> kMapFields{{
+    {"strides", integers<&MapRecord::strides>, kAlways},
+}};
+
+/// A collection while it is read, with the detail that is being read.
+struct Reading {
+  Collection& collection;
+  DetailFields detail;
+  toolbelt::path_t lastFile;  ///< neighbours mostly lie in one file: asking for its path again is dear
+};
+
+void readLabel(JsonReader& in, JsonValue& value, Reading& out) {
+  out.detail.label = out.collection.keep(in.text(value));
+}
+
+void readFile(JsonReader& in, JsonValue& value, Reading& out) {
+  const std::string_view text = in.text(value);
+  if (text != out.lastFile.get_text()) out.lastFile = toolbelt::path_t(text);
+  out.detail.file = out.lastFile;
+}
+
+template <auto member, std::int64_t max>
+void readSite(JsonReader& in, JsonValue& value, Reading& out) {
+  integerUpTo<member, max>(in, value, out.detail);
+}
+
+template <class View, class Record, auto member, const auto& fields>
+void readView(JsonReader& in, JsonValue& value, Reading& out) {
+  Record record;
+  in.readObject(value, fields, record);
+  out.detail.*member = out.collection.keepView<View>(record);
+}
+
+constexpr std::array<JsonField<Reading>, 11> kDetailFields{{
+    {"detailKind", readSite<&DetailFields::detailKind, digestio::kLoop>},
+    {"annotationKind", readSite<&DetailFields::annotationKind, sitenotes::annotation_t::teams>},
+    {"label", readLabel},
+    {"file", readFile},
+    {"line", readSite<&DetailFields::line, kMaxInt>},
+    {"column", readSite<&DetailFields::column, kMaxInt>},
+    {"survey", readView<SurveyView, SurveyRecord, &DetailFields::survey, kSurveyFields>},
+    {"surveyVectorization", readView<SurveyVectorizationView, SurveyVectorizationRecord,
+                                     &DetailFields::surveyVectorization, kSurveyVectorizationFields>},
+    {"suitability", readView<SuitabilityView, SuitabilityRecord, &DetailFields::suitability, kSuitabilityFields>},
+    {"dependencies", readView<CorrectnessView, CorrectnessRecord, &DetailFields::correctness, kCorrectnessFields>},
+    {"map", readView<MapView, MapRecord, &DetailFields::map, kMapFields>},
+}};
+
+void readDetails(JsonReader& in, JsonValue& value, Reading& out) {
+  in.readList(value, [&](JsonValue& element) {
+    out.detail = {};
+    in.readObject(element, kDetailFields, out);
+    out.collection.add(out.detail);
+  });
+}
+
+void readDataKind(JsonReader& in, JsonValue& value, Reading& out) {
+  const std::string_view name = in.text(value);
+  const auto known = std::find(kDataKindNames.begin(), kDataKindNames.end(), name);
+  if (known == kDataKindNames.end()) in.refuse("survey, surveyvectorization, suitability, dependencies or map");
+  out.collection.program().dataKind = static_cast<digestio::SummaryDataKind>(known - kDataKindNames.begin());
+}
+
+template <auto member>
+void readCount(JsonReader& in, JsonValue& value, Reading& out) {
+  integer<member>(in, value, out.collection.program());
+}
+
+void readProgramMaxGain(JsonReader& in, JsonValue& value, Reading& out) {
+  finite<&ProgramRecord::programMaxGain>(in, value, out.collection.program());
+}
+
+constexpr std::array<JsonField<Reading>, 8> kCollectionFields{{
+    {"formatVersion", formatVersion<Reading>, kAlways},
+    {"dataKind", readDataKind, kAlways},
+    {"processors", readCount<&ProgramRecord::processors>},
+    {"kovaThreads", readCount<&ProgramRecord::kovaThreads>},
+    {"threadingParadigm", readCount<&ProgramRecord::threadingParadigm>},
+    {"targetSystem", readCount<&ProgramRecord::targetSystem>},
+    {"programMaxGain", readProgramMaxGain},
+    {"details", readDetails},
+}};
+
+}  // namespace
+
+std::unique_ptr<Collection> readCollection(const std::string& file) {
+  auto collection = std::make_unique<Collection>();
+  Reading reading{.collection = *collection, .detail = {}, .lastFile = {}};
+  JsonReader(file).readDocument(kCollectionFields, reading);
+  return collection;
+}
+
+}  // namespace kelvar_platform

@@ -1,0 +1,72 @@
+#include "FileText.h"
+
+#include <fcntl.h>
+#include <simdjson.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "Diagnosis.h"
+#include "FileDescriptor.h"
+
+namespace kelvar_platform {
+
+namespace {
+
+[[noreturn]] void refuse(const std::string& file, std::string expected) {
+  throw ReadError({.file = file, .place = {}, .expected = std::move(expected)});
+}
+
+[[noreturn]] void refuseByErrno(const std::string& file) {
+  refuse(file, std::string("a file that can be read (") + std::strerror(errno) + ')');
+}
+
+/// Not blocking, so that a pipe in the file's place is refused and not waited for.
+FileDescriptor openForReading(const std::string& file) {
+  FileDescriptor opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!opened) refuseByErrno(file);
+  return opened;
+}
+
+std::size_t sizeOf(const FileDescriptor& opened, const std::string& file) {
+  struct stat status {};
+  if (::fstat(opened.get(), &status) != 0) refuseByErrno(file);
+  if (!S_ISREG(status.st_mode)) refuse(file, "a regular file");
+  const auto size = static_cast<std::size_t>(status.st_size);
+  if (size > FileText::kMaxSize) refuse(file, "a file of at most " + std::to_string(FileText::kMaxSize) + " bytes");
+  return size;
+}
+
+/// The bytes read: fewer than asked for only at the end of the file.
+std::size_t readUpTo(char* out, std::size_t size, const FileDescriptor& opened, const std::string& file) {
+  std::size_t done = 0;
+  while (done < size) {
+    const ssize_t got = ::read(opened.get(), out + done, size - done);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) refuseByErrno(file);
+    if (got == 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  return done;
+}
+
+}  // namespace
+
+FileText::FileText(const std::string& file) {
+  const FileDescriptor opened = openForReading(file);
+  size_ = sizeOf(opened, file);
+  text_ = std::make_unique_for_overwrite<char[]>(allocated());
+  // One byte more than there was, so that a file that grew is noticed as well as one that shrank.
+  if (readUpTo(text_.get(), size_ + 1, opened, file) != size_)
+    refuse(file, "a file that stays as it is while it is read");
+  std::fill_n(text_.get() + size_, simdjson::SIMDJSON_PADDING, '\0');
+}
+
+std::size_t FileText::allocated() const noexcept {
+  return size_ + simdjson::SIMDJSON_PADDING;
+}
+
+}  // namespace kelvar_platform

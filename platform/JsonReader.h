@@ -1,0 +1,204 @@
+#pragma once
+
+#include <simdjson.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "FileText.h"
+
+namespace kelvar_platform {
+
+class JsonReader;
+using JsonValue = simdjson::ondemand::value;
+
+/// One known key of an object, and how its value gets into the record that the object describes.
+template <class Record>
+struct JsonField {
+  std::string_view key;
+  void (*read)(JsonReader& in, JsonValue& value, Record& out);
+  bool required = false;
+};
+
+/// Walks one JSON file from its first byte to its last, every value once and in the order of the file. Strict: what a
+/// known key holds must be as it is asked for, and what is ignored must still be JSON, with no key twice in one object.
+/// Whatever does not fit throws a ReadError that names the place.
+class JsonReader {
+ public:
+  static constexpr std::size_t kMaxDepth = 64;
+
+  /// Reads the file into memory.
+  explicit JsonReader(const std::string& file);
+  JsonReader(const JsonReader&) = delete;  // values point into it
+  JsonReader& operator=(const JsonReader&) = delete;
+
+  /// The file's one object, up to the end of the file. Called once.
+  template <class Record, std::size_t N>
+  void readDocument(const std::array<JsonField<Record>, N>& fields, Record& out);
+  template <class Record, std::size_t N>
+  void readObject(JsonValue& value, const std::array<JsonField<Record>, N>& fields, Record& out);
+  /// Calls `onElement` with each value of a list.
+  template <class OnElement>
+  void readList(JsonValue& value, OnElement onElement);
+  /// A list of exactly N integers.
+  template <class Integer, std::size_t N>
+  void readIntegers(JsonValue& value, std::array<Integer, N>& out);
+
+  double finite(JsonValue& value);
+  std::int64_t integer(JsonValue& value, std::int64_t min, std::int64_t max);
+  std::uint64_t unsigned64(JsonValue& value);
+  /// Valid as long as this reader.
+  std::string_view text(JsonValue& value);
+
+  /// Throws: at the place of the value that is being read, `expected` was expected.
+  [[noreturn]] void refuse(std::string expected) const;
+
+ private:
+  /// One step from a container to what is being read in it.
+  struct Step {
+    std::string_view key;
+    std::size_t index;  ///< counts where there is no key: see isIndex
+    bool isIndex;
+  };
+  /// An object or a list, for as long as it is being read.
+  class Container {
+   public:
+    explicit Container(JsonReader& reader);
+    ~Container() { --reader_.depth_; }
+    Container(const Container&) = delete;
+    Container& operator=(const Container&) = delete;
+    void at(std::string_view key) const noexcept { step() = {.key = key, .index = 0, .isIndex = false}; }
+    void at(std::size_t index) const noexcept { step() = {.key = {}, .index = index, .isIndex = true}; }
+
+   private:
+    [[nodiscard]] Step& step() const noexcept { return reader_.path_[reader_.depth_ - 1]; }
+    JsonReader& reader_;
+  };
+  using Object = simdjson::ondemand::object;
+
+  Object openDocument();
+  void closeDocument();
+  Object asObject(JsonValue& value);
+  simdjson::ondemand::array asList(JsonValue& value);
+  template <class Record, std::size_t N>
+  void readFields(Object object, const std::array<JsonField<Record>, N>& fields, Record& out);
+  std::string_view unescapedKey(simdjson::ondemand::field& field) const;
+  void ignore(JsonValue& value);
+  void ignoreNumber(JsonValue& value);
+  /// The keys from `first` on are those of one object that has been read to its end.
+  void checkUnknownKeys(const Container& object, std::size_t first);
+  /// Gives the parser's answer, or refuses the place where it stands.
+  template <class T>
+  void take(simdjson::simdjson_result<T> result, T& out);
+  [[nodiscard]] std::string place() const;
+  [[noreturn]] void refuseText() const;
+  [[noreturn]] void refuseByte(std::size_t byte, std::string expected) const;
+  [[noreturn]] void refuseHere(std::string expected);
+
+  std::string file_;
+  FileText text_;
+  simdjson::ondemand::parser parser_;
+  simdjson::ondemand::document document_;
+  std::size_t depth_ = 0;
+  std::array<Step, kMaxDepth> path_;
+  std::vector<std::string_view> unknownKeys_;  ///< of all objects that are open, the innermost last
+};
+
+template <class T>
+void JsonReader::take(simdjson::simdjson_result<T> result, T& out) {
+  if (std::move(result).get(out) != simdjson::SUCCESS) [[unlikely]]
+    refuseHere("JSON");
+}
+
+template <class Record, std::size_t N>
+void JsonReader::readDocument(const std::array<JsonField<Record>, N>& fields, Record& out) {
+  readFields(openDocument(), fields, out);
+  closeDocument();
+}
+
+template <class Record, std::size_t N>
+void JsonReader::readObject(JsonValue& value, const std::array<JsonField<Record>, N>& fields, Record& out) {
+  readFields(asObject(value), fields, out);
+}
+
+/// The index of a key in the table, N if it is none of it. `raw` is what follows the key's opening quote. Keys mostly
+/// come in the table's order, so the search begins where the last one ended.
+template <class Record, std::size_t N>
+std::size_t findKey(const std::array<JsonField<Record>, N>& fields, const char* raw, std::size_t likely) noexcept {
+  const auto stands = [raw](std::string_view key) {
+    return std::memcmp(raw, key.data(), key.size()) == 0 && raw[key.size()] == '"';
+  };
+  if (likely < N && stands(fields[likely].key)) return likely;
+  std::size_t index = 0;
+  while (index < N && !stands(fields[index].key)) ++index;
+  return index;
+}
+
+template <class Record, std::size_t N>
+void JsonReader::readFields(Object object, const std::array<JsonField<Record>, N>& fields, Record& out) {
+  static_assert(N <= 32, "one bit for each key");
+  const Container container(*this);
+  const std::size_t firstUnknown = unknownKeys_.size();
+  std::uint32_t seen = 0;
+  std::size_t likely = 0;
+  for (simdjson::simdjson_result<simdjson::ondemand::field> next : object) {
+    simdjson::ondemand::field field;
+    take(std::move(next), field);
+    std::size_t index = findKey(fields, field.key().raw(), likely);
+    if (index == N) [[unlikely]] {
+      const std::string_view key = unescapedKey(field);  // may be a known one that is written with escapes
+      index = 0;
+      while (index < N && fields[index].key != key) ++index;
+      if (index == N) {
+        unknownKeys_.push_back(key);
+        container.at(key);
+        ignore(field.value());
+        continue;
+      }
+    }
+    container.at(fields[index].key);
+    const std::uint32_t bit = std::uint32_t{1} << index;
+    if ((seen & bit) != 0) refuse("a key that stands once");
+    seen |= bit;
+    likely = index + 1;
+    fields[index].read(*this, field.value(), out);
+  }
+  for (std::size_t i = 0; i < N; ++i) {
+    if (!fields[i].required || (seen >> i & 1) != 0) continue;
+    container.at(fields[i].key);
+    refuse("a value");
+  }
+  if (unknownKeys_.size() != firstUnknown) checkUnknownKeys(container, firstUnknown);
+}
+
+template <class OnElement>
+void JsonReader::readList(JsonValue& value, OnElement onElement) {
+  simdjson::ondemand::array list = asList(value);
+  const Container container(*this);
+  std::size_t index = 0;
+  for (simdjson::simdjson_result<JsonValue> next : list) {
+    JsonValue element;
+    take(std::move(next), element);
+    container.at(index++);
+    onElement(element);
+  }
+}
+
+template <class Integer, std::size_t N>
+void JsonReader::readIntegers(JsonValue& value, std::array<Integer, N>& out) {
+  using Limits = std::numeric_limits<Integer>;
+  std::size_t count = 0;
+  readList(value, [&](JsonValue& element) {
+    if (count == N) refuse("the end of a list of " + std::to_string(N));
+    out[count++] = static_cast<Integer>(integer(element, Limits::min(), Limits::max()));
+  });
+  if (count != N) refuse("a list of " + std::to_string(N));
+}
+
+}  // namespace kelvar_platform

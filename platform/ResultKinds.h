@@ -1,0 +1,14 @@
+#pragma once
+
+#include <array>
+#include <string_view>
+
+#include "digestio.h"
+
+namespace kelvar_platform {
+
+/// What a collection calls its kind, by SummaryDataKind.
+inline constexpr std::array<std::string_view, digestio::kSummaryDataKindCount> kDataKindNames{
+    "survey", "surveyvectorization", "suitability", "dependencies", "map"};
+
+}  // namespace kelvar_platform
