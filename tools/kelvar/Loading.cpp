@@ -91,7 +91,7 @@ void refuseStrangers(const kelvar::SummaryData& data, const Results& results, st
     if (path.empty() || data.summaryDataStatus(kind) != kelvar::kNotPresent) continue;
     const auto explains = [&](const Refusal& refusal) { return concerns(refusal, openedDirectory(path, kind)); };
     if (std::any_of(refusals.begin(), refusals.end(), explains)) continue;
-    append(refusals, {.file = path, .place = "", .expected = "expected a result of kind " + dataKindName(kind)});
+    append(refusals, {.file = path, .place = "", .expected = "a result of kind " + dataKindName(kind)});
   }
 }
 
