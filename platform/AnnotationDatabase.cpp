@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <boost/make_shared.hpp>
 #include <map>
 #include <mutex>

@@ -13,7 +13,9 @@ namespace kelvar_platform {
 
 /// Reads the annotation database at `path`, opened read-only and within one transaction, so that what is read is one
 /// revision of it. Throws ReadError; a database that breaks a rule anywhere is not read at all.
-/// What it returns may be read from several threads.
+/// What it returns may be read from several threads, and knows nothing of later edits. Its states are built when they
+/// are asked for, and share their annotations with it; one that make_state made is found again by get_state here, and
+/// nowhere else.
 [[nodiscard]] PLATFORM_EXPORT boost::shared_ptr<sitenotes::database_t> openAnnotationDatabase(const std::string& path);
 
 /// Makes `database` the one that the process-wide scanner hands out; an empty pointer leaves the scanner with none.
@@ -36,6 +38,7 @@ struct Site {
 /// Edits an annotation database. Every operation is one transaction: done whole, or not at all with a ReadError.
 class PLATFORM_EXPORT AnnotationEditor {
  public:
+  /// `createIfMissing` lets the first `add` make the file; until then nothing is opened.
   enum class Open { existing, createIfMissing };
 
   AnnotationEditor(const std::string& path, Open how);
@@ -46,13 +49,14 @@ class PLATFORM_EXPORT AnnotationEditor {
   /// The new site's sequence, one past the greatest there ever was.
   std::int64_t add(sitenotes::annotation_t::kind_t kind, const std::string& label, const std::string& file, int line,
                    int column);
+  /// The edits of a site are refused unless it lives.
   void move(std::int64_t sequence, const std::string& file, int line, int column);
   void relabel(std::int64_t sequence, const std::string& label);
   void setDisabled(std::int64_t sequence, bool disabled);
   void remove(std::int64_t sequence);
   /// Every site as its newest edit has it, by sequence; `withDead` for those that were removed too.
   [[nodiscard]] std::vector<Site> list(bool withDead) const;
-  /// Records that the result at `path` was collected on what the database says now.
+  /// Records that the result at `path`, which must not be empty, was collected on what the database says now.
   void snapshot(const std::string& path);
 
  private:
@@ -61,7 +65,8 @@ class PLATFORM_EXPORT AnnotationEditor {
 };
 
 /// The name of a state in a database: `resultPath` relative to the database's directory where it lies below it, else
-/// absolute; lexically normal, no trailing slash. Empty for an empty path.
+/// absolute; lexically normal, no trailing slash. Empty for an empty path. Relative paths start at the working
+/// directory; symbolic links are not followed.
 [[nodiscard]] PLATFORM_EXPORT std::string stateName(const std::string& databasePath, const std::string& resultPath);
 
 }  // namespace kelvar_platform

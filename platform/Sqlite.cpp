@@ -24,6 +24,8 @@ struct Expectation {
 /// Extended results stand before their primary ones: the first that fits is said.
 constexpr Expectation kExpectations[] = {
     {SQLITE_READONLY_ROLLBACK, "a database whose last edit was finished"},
+    {SQLITE_READONLY_DIRECTORY, "a folder that can be written, for what stands beside the database"},
+    {SQLITE_READONLY_CANTINIT, "a folder that can be written, for what stands beside the database"},
     {SQLITE_NOTADB, "an SQLite 3 database"},
     {SQLITE_CORRUPT, "an undamaged database"},
     {SQLITE_BUSY, "a database that nobody keeps locked"},
@@ -79,7 +81,13 @@ Connection::Connection(std::string path, Access access) : path_(std::move(path))
   sqlite3* database = nullptr;
   const int result = sqlite3_open_v2(absolutePath(path_).c_str(), &database, flagsOf(access), nullptr);
   database_.reset(database);  // to be closed even where it did not open
-  if (result != SQLITE_OK) fail("");
+  if (result != SQLITE_OK) {
+    // SQLite then tries to open for reading what is not there, and says so instead of why it could not be made.
+    std::error_code ignored;
+    const bool missing = !std::filesystem::exists(path_, ignored);
+    if (access == Access::create && missing) refuse("", "a folder where a file can be made");
+    fail("");
+  }
   sqlite3_busy_timeout(database, kBusyMilliseconds);
   distrust(database);
   run("PRAGMA cell_size_check = ON");
@@ -98,7 +106,8 @@ void Connection::requireWholePages() const {
 void Connection::fail(const std::string& place) const {
   const int result = database_ ? sqlite3_extended_errcode(database_.get()) : SQLITE_NOMEM;
   if ((result & 0xFF) == SQLITE_NOMEM) throw std::bad_alloc();
-  const int system = (result & 0xFF) == SQLITE_CANTOPEN ? sqlite3_system_errno(database_.get()) : 0;
+  const bool bySystem = (result & 0xFF) == SQLITE_CANTOPEN || (result & 0xFF) == SQLITE_IOERR;
+  const int system = bySystem ? sqlite3_system_errno(database_.get()) : 0;
   const std::string reason = system != 0 ? std::generic_category().message(system) : sqlite3_errmsg(database_.get());
   refuse(place, std::string(expectationOf(result)) + " (" + reason + ")");
 }
