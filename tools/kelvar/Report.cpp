@@ -96,7 +96,7 @@ constexpr const char* kExamples =
 
 void addPieces(CLI::App& report, Request& request) {
   addText(report, "PROJECT", "Project directory: what stands in it is reported",
-          [&](const std::string& text) { request.project = text; });
+          [&](const std::string& text) { request.project = normalPath(text); });
   addPath(report, "--annotations", "FILE", "Annotation database, instead of PROJECT/annotations.db",
           request.named.annotations);
   for (const ResultOption& option : kResultOptions) {

@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <exception>
 #include <new>
 #include <string>
@@ -73,7 +75,7 @@ int main(int count, char** arguments) {
     say(error.what());
     return kUnreadable;
   } catch (const std::bad_alloc&) {
-    say("out of memory");
+    static_cast<void>(writeAll(STDERR_FILENO, "kelvar: out of memory\n"));  // there is none to build a sentence in
   } catch (const std::exception& error) {
     say(escaped(error.what()));
   }
