@@ -3,6 +3,7 @@ option(BUILD_SHARED_LIBS "Build the library and the platform layer as shared obj
 option(KELVAR_BUILD_TOOLS "Build the kelvar command" ${PROJECT_IS_TOP_LEVEL})
 option(KELVAR_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
 option(KELVAR_BUILD_BENCH "Build the benchmarks" OFF)
+option(KELVAR_BUILD_FUZZ "Build the fuzzers, which takes clang" OFF)
 option(KELVAR_WERROR "Treat warnings as errors" OFF)
 set(KELVAR_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compiler names them: address,undefined or thread")
 
@@ -30,3 +31,15 @@ if(KELVAR_SANITIZE)
     -fno-sanitize-recover=all)
   target_link_options(kelvar_build_options INTERFACE -fsanitize=${KELVAR_SANITIZE})
 endif()
+
+# The library reads files that others wrote. What a fault in it could do is bounded; sanitizers have their own bounds.
+include(CheckPIESupported)
+check_pie_supported()
+target_compile_options(kelvar_build_options INTERFACE -fstack-protector-strong
+  $<$<STREQUAL:${CMAKE_SYSTEM_PROCESSOR},x86_64>:-fcf-protection>)
+target_link_options(kelvar_build_options INTERFACE LINKER:-z,relro,-z,now,-z,noexecstack)
+if(NOT KELVAR_SANITIZE)
+  target_compile_options(kelvar_build_options INTERFACE
+    $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+endif()
+target_compile_definitions(kelvar_build_options INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
