@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+
+#include "items/SummaryItemImpl.h"
+#include "support/Fakes.h"
+#include "support/Faults.h"
+#include "support/Rows.h"
+
+using namespace kelvar_2_1_7;
+using support::annotation;
+using support::detail;
+using support::itemFrom;
+using support::row;
+
+namespace {
+
+TEST(Item, OfAnAnnotationTakesItsIdentityAndTheRecordsThatAreFlagged) {
+  const auto site = annotation("s", "x.cpp:3:4", sitenotes::annotation_t::task);
+  EXPECT_EQ(row(*itemFrom(site, 7)), "+ s x.cpp:3:4 task");
+  EXPECT_EQ(row(*itemFrom(site, 7, kNoMatchCurrent, {.survey = true})),
+            "- s x.cpp:3:4 task | survey - | vectorization -");
+  EXPECT_EQ(row(*itemFrom(site, 7, kNoMatchCurrent, {.suitability = true, .correctness = true, .map = true})),
+            "- s x.cpp:3:4 task | suitability - | correctness - | map -");
+  const auto item = itemFrom(site, 7, kNoMatchCurrent, {true, true, true, true});
+  EXPECT_EQ(item->handle(), 7U);
+  EXPECT_EQ(item->annotation(), site);
+  for (const auto kind : kAllKinds) {
+    EXPECT_EQ(item->summaryDetail(kind), nullptr);
+    EXPECT_EQ(item->collectionAnnotation(kind), nullptr);
+  }
+}
+
+TEST(Item, OfADetailTakesEachRecordThatItShows) {
+  auto found = detail("s", "x.cpp:3").kind(digestio::kLoop).reports(sitenotes::annotation_t::task);
+  EXPECT_EQ(row(*itemFrom(found)), "-  nowhere, loop") << "a detail that shows nothing has no identity to give";
+  found.survey().vectorization().suitability().correctness().map();
+  EXPECT_EQ(row(*itemFrom(found)),
+            "- s x.cpp:3 task, loop | survey - 0.00 | vectorization - 0.00/0.00 | suitability - 0.00 0.00 0.00 | "
+            "correctness - 0 0+0 | map - 0+0+0");
+
+  const auto site = annotation("t", "y.cpp:9");
+  const auto item = itemFrom(found, site, 5);
+  EXPECT_EQ(row(*item).substr(0, 19), "- t y.cpp:9, loop |") << "an annotation says who the site is";
+  EXPECT_EQ(item->handle(), 5U);
+  const PerKind<bool> keeps{{false, false, true, true, true}};
+  for (const auto kind : kAllKinds) EXPECT_EQ(item->collectionAnnotation(kind) == site, keeps[kind]) << kind;
+
+  const SummaryItemImpl empty(nullptr, nullptr, nullptr, 3);
+  EXPECT_EQ(row(empty), "-  nowhere");
+  EXPECT_EQ(empty.handle(), 0U);
+}
+
+TEST(Item, AsksADetailForItsRecordsInOrder) {
+  auto found = detail("s", "x.cpp:3").survey();
+  const support::CallLog log;
+  const auto item = itemFrom(found);
+  const std::string calls = log.text();
+  std::size_t last = 0;
+  for (const char* view : {"surveyView", "surveyVectorizationView", "correctnessView", "mapView", "suitabilityView"}) {
+    const std::size_t next = calls.find(view, last);
+    ASSERT_NE(next, std::string::npos) << view << " out of order in:\n" << calls;
+    last = next + 1;
+  }
+}
+
+TEST(Item, KeepsADetailWhoseRecordWentAway) {
+  // The stored detail answers for itself; the typed question goes to its view.
+  auto shown = detail("s", "x.cpp:3").survey();
+  const auto item = itemFrom(shown);
+  shown = detail("s", "x.cpp:3");
+  EXPECT_EQ(item->summaryDetail(digestio::kSurvey), &shown);
+  EXPECT_EQ(item->surveyDetail(), nullptr);
+  EXPECT_EQ(item->summaryDetail(digestio::kMap), nullptr);
+}
+
+TEST(Item, SaysWhereAnAnalysisSawIt) {
+  auto found = detail("s", "x.cpp:3").correctness();
+  sitenotes::locator_t place = support::at("old.cpp:1");
+  unsigned long handle = 99;
+  const auto bare = itemFrom(found);
+  EXPECT_TRUE(bare->getCollectionLocator(digestio::kCorrectness, place, handle));
+  EXPECT_EQ(place.get_line(), 3);
+  EXPECT_EQ(handle, 0U);
+  const auto annotated = itemFrom(found, annotation("t", "y.cpp:9"), 5);
+  EXPECT_TRUE(annotated->getCollectionLocator(digestio::kCorrectness, place, handle));
+  EXPECT_EQ(place.get_line(), 3);
+  EXPECT_EQ(handle, 5U);
+  EXPECT_FALSE(annotated->getCollectionLocator(digestio::kMap, place, handle));
+  EXPECT_TRUE(place.is_null());
+  EXPECT_EQ(handle, 5U) << "told by its handle all the same";
+}
+
+TEST(Item, WithoutAnOwnerStandsWhereItsAnnotationOrItselfDoes) {
+  sitenotes::locator_t place = support::at("old.cpp:1");
+  unsigned long handle = 99;
+  auto found = detail("s", "x.cpp:3").map();
+  EXPECT_TRUE(itemFrom(found)->getCurrentLocator(place, handle));
+  EXPECT_EQ(place.get_line(), 3);
+  EXPECT_EQ(handle, 0U);
+  EXPECT_TRUE(itemFrom(annotation("t", "y.cpp:9"), 0)->getCurrentLocator(place, handle));
+  EXPECT_EQ(place.get_line(), 9);
+  EXPECT_EQ(handle, 0U);
+  EXPECT_FALSE(itemFrom(annotation("t", ""), 5)->getCurrentLocator(place, handle));
+  EXPECT_TRUE(place.is_null());
+  EXPECT_EQ(handle, 5U);
+}
+
+}  // namespace

@@ -1,0 +1,192 @@
+#include <gtest/gtest.h>
+
+#include <boost/make_shared.hpp>
+#include <filesystem>
+#include <fstream>
+#include <limits>
+
+#include "results/AggregateSummaryResultImpl.h"
+#include "results/SummaryResultImpl.h"
+#include "support/Fakes.h"
+#include "support/Faults.h"
+#include "support/Rows.h"
+
+using namespace kelvar_2_1_7;
+using support::annotation;
+using support::detail;
+
+namespace {
+
+struct PathCase {
+  const char* path;
+  const char* directory;
+};
+
+TEST(Result, OpensTheDirectoryThatHoldsIt) {
+  constexpr PathCase kPaths[] = {
+      {"r/survey", "r/survey"},
+      {"r/surveyvectorization", "r"},
+      {"r/survey/surveyvectorization", "r/survey"},
+      {"r/surveyvectorization2", "r/surveyvectorization2"},
+      {"surveyvectorizationX/surveyvectorization", "surveyvectorizationX/surveyvectorization"},
+      {"surveyvectorization", "surveyvectorization"},
+      {"eighteen-bytes-pat", "eighteen-bytes-pat"},  // one byte short of the name of the sub-result
+  };
+  for (const auto& [path, directory] : kPaths) {
+    support::Suite suite;
+    suite.opens(directory, {});
+    suite.loads(path, {});
+    const support::CallLog log;
+    EXPECT_TRUE(SummaryResultImpl(nullptr, path, nullptr).loaded()) << path;
+    EXPECT_NE(log.text().find(std::string("open ") + directory), std::string::npos) << log.text();
+  }
+}
+
+TEST(Result, StopsWhereThereIsNothingToRead) {
+  support::Suite suite;
+  suite.opens("no collection", {.hostName = "node"});
+  suite.loads("no directory", {});
+  for (const char* path : {"", "no directory", "no collection"}) {
+    const support::CallLog log;
+    SummaryResultImpl result(nullptr, path, nullptr);
+    EXPECT_FALSE(result.loaded()) << path;
+    EXPECT_EQ(result.hostName(), "") << path;
+    EXPECT_TRUE(result.items().empty()) << path;
+    EXPECT_EQ(log.text("open").empty(), *path == '\0') << path;
+    EXPECT_EQ(log.text("load").empty(), path != std::string("no collection")) << path;
+  }
+}
+
+TEST(Result, ReadsWhenWhereAndOnWhat) {
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "kelvar-result-test";
+  std::filesystem::create_directories(folder);
+  std::ofstream(folder / "there.log") << "log\n";
+  const std::string there = (folder / "there.log").string();
+
+  support::Suite suite;
+  suite.result("r", {.kind = digestio::kMap, .processors = 3, .threads = 4, .paradigm = 5, .target = 6, .gain = 7.5},
+               {.operatingSystem = "os",
+                .collectionStart = 100,
+                .collectionEnd = 90,
+                .finalizationStart = 7,
+                .finalizationEnd = 0,
+                .cpuCount = 16,
+                .cpuFrequency = 17,
+                .applicationLog = there,
+                .collectorLog = (folder / "gone.log").string(),
+                .commandLog = std::string(5000, 'x')});  // longer than a name may be: cannot even be tested
+  const SummaryResultImpl result(nullptr, "r", nullptr);
+  ASSERT_TRUE(result.loaded());
+  EXPECT_EQ(result.collectionTime(), 100U);
+  EXPECT_EQ(result.collectionDuration(), std::numeric_limits<std::uint64_t>::max() - 9) << "wraps around";
+  EXPECT_EQ(result.finalizationTime(), 7U);
+  EXPECT_EQ(result.finalizationDuration(), 0U) << "no end, no duration";
+  EXPECT_EQ(result.hostName(), "") << "unknown";
+  EXPECT_EQ(result.operatingSystem(), "os");
+  EXPECT_EQ(result.cpuCount(), 16);
+  EXPECT_EQ(result.cpuFrequency(), 17U);
+  EXPECT_EQ(result.applicationLog(), there);
+  EXPECT_EQ(result.collectorLog(), "");
+  EXPECT_EQ(result.commandLog(), "");
+  EXPECT_FALSE(result.likelyDebugInfoMissing());
+  EXPECT_EQ(result.num_processors() * 1000 + result.num_kova_threads() * 100 + result.threading_paradigm() * 10 +
+                result.target_system(),
+            3456);
+  EXPECT_EQ(result.programMaxGain(), 7.5);
+  EXPECT_EQ(result.resultCount(), 0);
+  EXPECT_EQ(result.result(0), nullptr);
+  EXPECT_NE(result.summaryCollection(), nullptr);
+  std::filesystem::remove_all(folder);
+}
+
+std::string kindsOf(const SummaryResultImpl& result) {
+  std::string text;
+  for (const auto kind : kAllKinds) text += result.carries(kind) ? std::to_string(kind) : "";
+  return text;
+}
+
+TEST(Result, CarriesItsOwnKindAndWhatItsDetailsShow) {
+  support::Suite suite;
+  suite.result("own", {.kind = digestio::kSuitability});
+  suite.result("more",
+               {.kind = digestio::kSurvey, .details = {detail("s", "x.cpp:1").survey().map(), detail().missing()}});
+  suite.result("odd", {.kind = static_cast<digestio::SummaryDataKind>(9)});
+  EXPECT_EQ(kindsOf(SummaryResultImpl(nullptr, "own", nullptr)), "2");
+  EXPECT_EQ(kindsOf(SummaryResultImpl(nullptr, "more", nullptr)), "04");
+  EXPECT_EQ(kindsOf(SummaryResultImpl(nullptr, "odd", nullptr)), "");
+}
+
+TEST(Result, ListsLivingAnnotationsBesideItsDetailsAndFoldsThem) {
+  support::Suite suite;
+  suite.result("r", {.details = {detail("s", "x.cpp:2").survey({.cpuTime = 2.5})}});
+  const auto database = boost::make_shared<support::FakeDatabase>();
+  database->site(1, annotation("s", "x.cpp:3"))
+      .site(2, annotation("dead", "y.cpp:1"), false)
+      .site(3, annotation("off", "y.cpp:2", sitenotes::annotation_t::parallel, true))
+      .site(4, nullptr)
+      .site(5, annotation("t", "z.cpp:1", sitenotes::annotation_t::task));
+  SummaryResultImpl result(nullptr, "r", database);
+  EXPECT_EQ(support::rows(result.items()),
+            "- s x.cpp:2 | survey - 2.50\n- t z.cpp:1 task | survey - | vectorization -\n");
+}
+
+TEST(Result, LeavesNothingBehindWhereItFails) {
+  support::Suite suite;
+  suite.result("r", {.details = {detail("s", "x.cpp:2").survey(), detail("t", "x.cpp:3").map()}},
+               {.hostName = "a name that is too long to stand in place"});
+  const auto database = boost::make_shared<support::FakeDatabase>();
+  database->site(1, annotation("s", "x.cpp:3")).site(2, annotation("t", "x.cpp:9"));
+  const auto build = [&](int&) { static_cast<void>(SummaryResultImpl(nullptr, "r", database).loaded()); };
+  const auto nothing = [] { return std::make_unique<int>(); };
+  EXPECT_GT(support::atEveryFault<support::CallFault>(nothing, build, [](int&) {}), 20);
+  EXPECT_GT(support::atEveryFault<support::AllocationFault>(nothing, build, [](int&) {}), 10);
+}
+
+/// Aggregates over results that differ in what a case is about.
+template <class T>
+struct Agreement {
+  std::vector<T> stated;
+  T want;
+};
+
+template <class T, class Build>
+void expectAgreement(std::initializer_list<Agreement<T>> cases, T (SummaryResult::*value)() const, Build build) {
+  for (const Agreement<T>& c : cases) {
+    support::Suite suite;
+    std::vector<std::unique_ptr<SummaryResultImpl>> results;
+    AggregateSummaryResultImpl aggregate;
+    for (const T& stated : c.stated) {
+      build(suite, stated);
+      results.push_back(std::make_unique<SummaryResultImpl>(nullptr, "r", nullptr));
+      aggregate.append(results.back().get());
+    }
+    EXPECT_EQ((aggregate.*value)(), c.want) << testing::PrintToString(c.stated);
+    EXPECT_EQ(aggregate.resultCount(), static_cast<int>(c.stated.size()));
+    EXPECT_TRUE(results.empty() || aggregate.result(0) == results[0].get());
+  }
+}
+
+TEST(Aggregate, AnswersWhatResultsAgreeOn) {
+  expectAgreement<int>({{{}, 0}, {{8, 0, 8}, 8}, {{8, 0, 16}, 0}, {{0, 0}, 0}, {{8, 16, 8}, 0}},
+                       &SummaryResult::cpuCount,
+                       [](auto& suite, int count) { suite.result("r", {}, {.cpuCount = count}); });
+  static std::string host;
+  expectAgreement<std::string>({{{}, ""}, {{"a", "", "a"}, "a"}, {{"a", "b"}, ""}, {{"a", "A"}, ""}},
+                               &SummaryResult::hostName, [](auto& suite, const std::string& name) {
+                                 host = name;
+                                 suite.result("r", {}, {.hostName = host.c_str()});
+                               });
+  expectAgreement<int>({{{}, 7}, {{7, 2, 7}, 2}, {{2, 3}, 7}, {{0, 7}, 0}, {{0, 2}, 7}},
+                       &SummaryResult::threading_paradigm,
+                       [](auto& suite, int paradigm) { suite.result("r", {.paradigm = paradigm}); });
+}
+
+TEST(Aggregate, AnswersTheFirstTargetAndTheMeanGain) {
+  expectAgreement<int>({{{}, 0}, {{3, 1, 2}, 1}, {{3, 3}, 0}, {{0, 1}, 0}}, &SummaryResult::target_system,
+                       [](auto& suite, int target) { suite.result("r", {.target = target}); });
+  expectAgreement<double>({{{}, 0.0}, {{2.0, 0.0, 8.0}, 4.0}, {{5.0}, 5.0}, {{0.0, 0.0}, 0.0}},
+                          &SummaryResult::programMaxGain,
+                          [](auto& suite, double gain) { suite.result("r", {.gain = gain}); });
+}
+
+}  // namespace
