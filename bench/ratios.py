@@ -13,6 +13,7 @@ from collections import defaultdict
 # A stage's name, and the yardstick that it is held against; `\\1` is what the first group matched.
 YARDSTICKS = [
     (r"collection/(.*)", r"parse/\1"),
+    (r"collection/(.*)", r"walk/\1"),
     (r"fold", "fold-sort"),
     (r"fold", "fold-keys"),
     (r"join", "copy-and-sort"),
