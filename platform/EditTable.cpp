@@ -51,7 +51,7 @@ struct Range {
 
   [[nodiscard]] bool holds(std::int64_t value) const noexcept { return low <= value && value <= high; }
   [[nodiscard]] std::string sentence() const {
-    const std::string from = name + (" from " + std::to_string(low));
+    const std::string from = std::string(name) + " from " + std::to_string(low);
     return high == kUnbounded ? from + " up" : from + " to " + std::to_string(high);
   }
 
@@ -69,7 +69,7 @@ constexpr Range kColumns{"column", 0, kMostInt};
 constexpr Range kStateRevisions{"revision", 0, Range::kUnbounded};
 
 std::string expectedText(const char* name) {
-  return name + std::string(" as UTF-8 text");
+  return std::string(name) + " as UTF-8 text";
 }
 
 /// The row that a statement stands at. `key`, the column that tells rows apart, is what a refusal names it by.
@@ -81,10 +81,10 @@ struct Row {
   std::int64_t number;  // names the row where its key is not fit to
 
   [[nodiscard]] std::string place() const {
-    const std::string named = table + (", " + std::string(keyName) + " ");
+    const std::string named = std::string(table) + ", " + keyName + " ";
     if (values.type(key) == SQLITE_INTEGER) return named + std::to_string(values.integer(key));
     if (values.type(key) == SQLITE_TEXT) return named + '"' + std::string(values.text(key)) + '"';
-    return table + (", row " + std::to_string(number));
+    return std::string(table) + ", row " + std::to_string(number);
   }
 
   [[noreturn]] void refuse(const std::string& expected) const { values.connection().refuse(place(), expected); }
