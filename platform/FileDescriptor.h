@@ -22,8 +22,6 @@ class FileDescriptor {
 
   explicit operator bool() const noexcept { return descriptor_ >= 0; }
   [[nodiscard]] int get() const noexcept { return descriptor_; }
-  /// Gives it up, for a caller that wants to know whether closing works.
-  [[nodiscard]] int release() noexcept { return std::exchange(descriptor_, kNone); }
 
  private:
   static constexpr int kNone = -1;

@@ -84,8 +84,9 @@ std::string integerFrom(const std::string& min, const std::string& max) {
 JsonReader::JsonReader(const std::string& file) : file_(file), text_(file) {}
 
 JsonReader::Container::Container(JsonReader& reader) : reader_(reader) {
-  if (reader.depth_ == kMaxDepth) reader.refuse("a nesting of at most " + std::to_string(kMaxDepth));
-  ++reader.depth_;
+  constexpr std::size_t kMaxDepth = JsonPlace::kMaxDepth;
+  if (reader.place_.depth() == kMaxDepth) reader.refuse("a nesting of at most " + std::to_string(kMaxDepth));
+  reader.place_.enter();
 }
 
 JsonReader::Object JsonReader::openDocument() {
@@ -197,32 +198,19 @@ std::string_view JsonReader::unescapedKey(simdjson::ondemand::field& field) cons
   return key;
 }
 
-void JsonReader::checkUnknownKeys(const Container& object, std::size_t first) {
+void JsonReader::checkUnknownKeys(std::size_t first) {
   const auto begin = unknownKeys_.begin() + static_cast<std::ptrdiff_t>(first);
   std::sort(begin, unknownKeys_.end());
   const auto twice = std::adjacent_find(begin, unknownKeys_.end());
   if (twice != unknownKeys_.end()) {
-    object.at(*twice);
+    place_.at(*twice);
     refuse("a key that stands once");
   }
   unknownKeys_.erase(begin, unknownKeys_.end());
 }
 
-std::string JsonReader::place() const {
-  std::string place;
-  for (std::size_t i = 0; i < depth_; ++i) {
-    if (path_[i].isIndex) {
-      place += '[' + std::to_string(path_[i].index) + ']';
-      continue;
-    }
-    if (i != 0) place += '.';
-    place += path_[i].key;
-  }
-  return place;
-}
-
 void JsonReader::refuse(std::string expected) const {
-  throw ReadError({.file = file_, .place = place(), .expected = std::move(expected)});
+  throw ReadError({.file = file_, .place = place_.text(), .expected = std::move(expected)});
 }
 
 void JsonReader::refuseByte(std::size_t byte, std::string expected) const {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "FileText.h"
+#include "JsonPlace.h"
 
 namespace kelvar_platform {
 
@@ -31,8 +32,6 @@ struct JsonField {
 /// Whatever does not fit throws a ReadError that names the place.
 class JsonReader {
  public:
-  static constexpr std::size_t kMaxDepth = 64;
-
   /// Reads the file into memory.
   explicit JsonReader(const std::string& file);
   JsonReader(const JsonReader&) = delete;  // values point into it
@@ -60,24 +59,15 @@ class JsonReader {
   [[noreturn]] void refuse(std::string expected) const;
 
  private:
-  /// One step from a container to what is being read in it.
-  struct Step {
-    std::string_view key;
-    std::size_t index;  ///< counts where there is no key: see isIndex
-    bool isIndex;
-  };
   /// An object or a list, for as long as it is being read.
   class Container {
    public:
     explicit Container(JsonReader& reader);
-    ~Container() { --reader_.depth_; }
+    ~Container() { reader_.place_.leave(); }
     Container(const Container&) = delete;
     Container& operator=(const Container&) = delete;
-    void at(std::string_view key) const noexcept { step() = {.key = key, .index = 0, .isIndex = false}; }
-    void at(std::size_t index) const noexcept { step() = {.key = {}, .index = index, .isIndex = true}; }
 
    private:
-    [[nodiscard]] Step& step() const noexcept { return reader_.path_[reader_.depth_ - 1]; }
     JsonReader& reader_;
   };
   using Object = simdjson::ondemand::object;
@@ -92,11 +82,10 @@ class JsonReader {
   void ignore(JsonValue& value);
   void ignoreNumber(JsonValue& value);
   /// The keys from `first` on are those of one object that has been read to its end.
-  void checkUnknownKeys(const Container& object, std::size_t first);
+  void checkUnknownKeys(std::size_t first);
   /// Gives the parser's answer, or refuses the place where it stands.
   template <class T>
   void take(simdjson::simdjson_result<T> result, T& out);
-  [[nodiscard]] std::string place() const;
   [[noreturn]] void refuseText() const;
   [[noreturn]] void refuseByte(std::size_t byte, std::string expected) const;
   [[noreturn]] void refuseHere(std::string expected);
@@ -105,8 +94,7 @@ class JsonReader {
   FileText text_;
   simdjson::ondemand::parser parser_;
   simdjson::ondemand::document document_;
-  std::size_t depth_ = 0;
-  std::array<Step, kMaxDepth> path_;
+  JsonPlace place_;
   std::vector<std::string_view> unknownKeys_;  ///< of all objects that are open, the innermost last
 };
 
@@ -157,12 +145,12 @@ void JsonReader::readFields(Object object, const std::array<JsonField<Record>, N
       while (index < N && fields[index].key != key) ++index;
       if (index == N) {
         unknownKeys_.push_back(key);
-        container.at(key);
+        place_.at(key);
         ignore(field.value());
         continue;
       }
     }
-    container.at(fields[index].key);
+    place_.at(fields[index].key);
     const std::uint32_t bit = std::uint32_t{1} << index;
     if ((seen & bit) != 0) refuse("a key that stands once");
     seen |= bit;
@@ -171,10 +159,10 @@ void JsonReader::readFields(Object object, const std::array<JsonField<Record>, N
   }
   for (std::size_t i = 0; i < N; ++i) {
     if (!fields[i].required || (seen >> i & 1) != 0) continue;
-    container.at(fields[i].key);
+    place_.at(fields[i].key);
     refuse("a value");
   }
-  if (unknownKeys_.size() != firstUnknown) checkUnknownKeys(container, firstUnknown);
+  if (unknownKeys_.size() != firstUnknown) checkUnknownKeys(firstUnknown);
 }
 
 template <class OnElement>
@@ -185,7 +173,7 @@ void JsonReader::readList(JsonValue& value, OnElement onElement) {
   for (simdjson::simdjson_result<JsonValue> next : list) {
     JsonValue element;
     take(std::move(next), element);
-    container.at(index++);
+    place_.at(index++);
     onElement(element);
   }
 }

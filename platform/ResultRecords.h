@@ -12,8 +12,8 @@ namespace kelvar_platform {
 
 /// The run: when, where, on what. A text that is not known is left out; a log that has no name is where it always is.
 struct RunRecord {
-  std::optional<std::string> hostName;
-  std::optional<std::string> operatingSystem;
+  std::optional<std::string> hostName = {};
+  std::optional<std::string> operatingSystem = {};
   std::uint64_t collectionStartTime = 0;  ///< seconds since the epoch, as all times
   std::uint64_t collectionEndTime = 0;
   std::uint64_t finalizationStartTime = 0;
@@ -70,15 +70,15 @@ struct MapRecord {
 struct DetailRecord {
   digestio::SummaryDetailKind detailKind = digestio::kAnnotatedSite;
   std::int32_t annotationKind = 0;  ///< 0 to 18
-  std::string label;
-  std::string file;
+  std::string label = {};
+  std::string file = {};
   std::int32_t line = 0;  ///< not negative, as the column
   std::int32_t column = 0;
-  std::optional<SurveyRecord> survey;
-  std::optional<SurveyVectorizationRecord> surveyVectorization;
-  std::optional<SuitabilityRecord> suitability;
-  std::optional<CorrectnessRecord> dependencies;
-  std::optional<MapRecord> map;
+  std::optional<SurveyRecord> survey = {};
+  std::optional<SurveyVectorizationRecord> surveyVectorization = {};
+  std::optional<SuitabilityRecord> suitability = {};
+  std::optional<CorrectnessRecord> dependencies = {};
+  std::optional<MapRecord> map = {};
 };
 
 }  // namespace kelvar_platform

@@ -20,7 +20,8 @@ namespace kelvar_platform {
 class PLATFORM_EXPORT ResultWriter {
  public:
   /// Without `run` there is no result.json: so it is in a sub-result, `RESULT/surveyvectorization`.
-  ResultWriter(std::filesystem::path directory, const std::optional<RunRecord>& run, const ProgramRecord& program);
+  ResultWriter(const std::filesystem::path& directory, const std::optional<RunRecord>& run,
+               const ProgramRecord& program);
   /// Removes what was not finished.
   ~ResultWriter();
   ResultWriter(ResultWriter&&) noexcept;

@@ -1,0 +1,238 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "ResultFiles.h"
+
+namespace kelvar_platform::test {
+namespace {
+
+using CollectionFile = ResultFiles;
+using namespace std::string_literals;
+
+/// A collection with these further keys.
+std::string with(const std::string& keys) {
+  return R"({"formatVersion":1,"dataKind":"map",)" + keys + '}';
+}
+
+std::string nested(std::size_t depth) {
+  return std::string(depth, '[') + std::string(depth, ']');
+}
+
+/// A collection of one detail, with `value` in place of the value of `key`.
+std::string detailWith(const std::string& key, const std::string& value) {
+  std::string text = with(
+      R"("details":[{"detailKind":2,"annotationKind":18,"label":"a","file":"/s/a.cpp","line":2147483647,"column":0,)"
+      R"("survey":{"cpuTime":1.5,"priority":-2147483648,"id":2147483647},)"
+      R"("surveyVectorization":{"state":1,"selfTime":1e-3,"totalTime":-0.25,"id":7,"priority":-1},)"
+      R"("suitability":{"selfTime":3.25,"cores":8,"flags":4294967295,"siteMaxGain":4.5,"totalMaxGain":2},)"
+      R"("dependencies":{"errors":2,"warnings":[1,3]},)"
+      R"("map":{"strides":[-9223372036854775808,0,9223372036854775807]}}])");
+  const std::size_t found = text.rfind('"' + key + "\":");
+  if (key.empty() || found == std::string::npos) return text;
+  const std::size_t begin = found + key.size() + 3;
+  const std::size_t end = text[begin] == '[' ? text.find(']', begin) + 1 : text.find_first_of(",}", begin);
+  return text.replace(begin, end - begin, value);
+}
+
+TEST_F(CollectionFile, GivesWhatStandsThere) {
+  const auto full = load(detailWith("", ""));
+  ASSERT_TRUE(full) << refusal();
+  EXPECT_EQ(rows(*full),
+            "2 18 'a' /s/a.cpp:2147483647:0 | survey 1.5 -2147483648 2147483647 | vectorization 1 0.001 -0.25 7 -1"
+            " | suitability 3.25 8 4294967295 4.5 2 | dependencies 2 1 3"
+            " | map -9223372036854775808 0 9223372036854775807\n");
+  EXPECT_EQ(full->dataKind(), digestio::kMap);
+
+  const auto bare = load(" { \"details\" : [ { } , {\"label\" : \"z\"\t} ]\r\n, " + with("\"x\":0").substr(1) + "\n ");
+  ASSERT_TRUE(bare) << refusal();
+  EXPECT_EQ(rows(*bare), "0 0 '' :0:0\n0 0 'z' :0:0\n");
+  EXPECT_TRUE(bare->detail(0)->locator().is_null());
+  EXPECT_EQ(bare->num_processors() + bare->num_kova_threads(), 0);
+  EXPECT_EQ(bare->threading_paradigm() * 10 + bare->target_system(), 73);
+  EXPECT_EQ(bare->programMaxGain(), 0.0);
+}
+
+TEST_F(CollectionFile, TakesWhatIsUnusualButFits) {
+  struct Case {
+    std::string text;
+    std::string want;
+  };
+  const std::string ignored =
+      R"("x":[null,true,false,-0.0e+5,1e999,123456789012345678901234567890,"\ud83d\ude00",{"a":{}}])";
+  const Case cases[] = {
+      {with(ignored + R"(,"details":[{"line":3,)" + ignored + "}]"), "0 0 '' :3:0\n"},
+      {with(R"("details":[{"l\u0061bel":"a\u0000\u00e9\n\"\\\/\ud83d\ude00"}])"),
+       "0 0 'a\0\u00e9\n\"\\/\U0001F600' :0:0\n"s},
+      {with("\"details\":[{\"label\":\"\u00e9 \x7F\"}]"), "0 0 '\u00e9 \x7F' :0:0\n"},
+      {with(R"("details":[{"line":-0,"survey":{"id":0,"priority":0,"cpuTime":-0}}])"), "0 0 '' :0:0 | survey -0 0 0\n"},
+      {with(R"("details":[{"survey":{"cpuTime":18446744073709551616,"id":1,"priority":2}}])"),
+       "0 0 '' :0:0 | survey 1.8446744073709552e+19 2 1\n"},
+      {with(R"("details":[{"survey":{"cpuTime":1e-400,"id":1,"priority":2}}])"), "0 0 '' :0:0 | survey 0 2 1\n"},
+      {with("\"details\":[],\"x\":" + nested(63)), ""},
+      {with("\"processors\":-1"), ""},
+  };
+  for (const Case& each : cases) {
+    const auto collection = load(each.text);
+    ASSERT_TRUE(collection) << each.text << '\n' << refusal();
+    EXPECT_EQ(rows(*collection), each.want) << each.text;
+  }
+}
+
+TEST_F(CollectionFile, IsRefusedWithThePlaceOfTheFirstBadValue) {
+  const std::string int32 = "an integer from -2147483648 to 2147483647";
+  const std::string natural = "an integer from 0 to 2147483647";
+  const std::string int64 = "an integer from -9223372036854775808 to 9223372036854775807";
+  const std::string survey = "details[0].survey.";
+  struct Damage {
+    std::string text;
+    std::string want;
+  };
+  const Damage damages[] = {
+      {"{}", "formatVersion: expected a value"},
+      {R"({"dataKind":"map"})", "formatVersion: expected a value"},
+      {R"({"formatVersion":1})", "dataKind: expected a value"},
+      {R"({"formatVersion":2})", "formatVersion: expected an integer from 1 to 1"},
+      {R"({"formatVersion":1.0})", "formatVersion: expected an integer from 1 to 1"},
+      {R"({"formatVersion":"1"})", "formatVersion: expected an integer from 1 to 1"},
+      {R"({"dataKind":"Survey"})", "dataKind: expected survey, surveyvectorization, suitability, dependencies or map"},
+      {R"({"dataKind":0})", "dataKind: expected a text"},
+      {R"({"dataKind":null})", "dataKind: expected a text"},
+      {"[]", "expected an object"},
+      {"null", "expected an object"},
+      {with(R"("processors":2147483648)"), "processors: expected " + int32},
+      {with(R"("kovaThreads":1e2)"), "kovaThreads: expected " + int32},
+      {with(R"("targetSystem":99999999999999999999)"), "targetSystem: expected " + int32},
+      {with(R"("threadingParadigm":null)"), "threadingParadigm: expected " + int32},
+      {with(R"("programMaxGain":1e400)"), "programMaxGain: expected a finite number"},
+      {with(R"("programMaxGain":NaN)"), "programMaxGain: expected a finite number"},
+      {with(R"("details":{})"), "details: expected a list"},
+      {with(R"("details":null)"), "details: expected a list"},
+      {with(R"("details":[{},[]])"), "details[1]: expected an object"},
+      {with(R"("details":[{"survey":null}])"), "details[0].survey: expected an object"},
+      {with(R"("details":[{"map":{}}])"), "details[0].map.strides: expected a value"},
+      {detailWith("detailKind", "3"), "details[0].detailKind: expected an integer from 0 to 2"},
+      {detailWith("annotationKind", "-1"), "details[0].annotationKind: expected an integer from 0 to 18"},
+      {detailWith("label", "7"), "details[0].label: expected a text"},
+      {detailWith("file", R"("\ud800x")"), "details[0].file: expected a text whose escapes are characters"},
+      {detailWith("file", R"("\udc00")"), "details[0].file: expected a text whose escapes are characters"},
+      {detailWith("file", R"("\x")"), "details[0].file: expected a text whose escapes are characters"},
+      {detailWith("line", "2147483648"), "details[0].line: expected " + natural},
+      {detailWith("column", "-1"), "details[0].column: expected " + natural},
+      {detailWith("cpuTime", "\"1\""), survey + "cpuTime: expected a finite number"},
+      {detailWith("cpuTime", "01"), survey + "cpuTime: expected a finite number"},
+      {detailWith("cpuTime", "1."), survey + "cpuTime: expected a finite number"},
+      {detailWith("totalTime", "-1e309"), "details[0].surveyVectorization.totalTime: expected a finite number"},
+      {detailWith("state", "true"), "details[0].surveyVectorization.state: expected " + int32},
+      {detailWith("cores", "-2147483649"), "details[0].suitability.cores: expected " + int32},
+      {detailWith("flags", "4294967296"), "details[0].suitability.flags: expected an integer from 0 to 4294967295"},
+      {detailWith("flags", "-1"), "details[0].suitability.flags: expected an integer from 0 to 4294967295"},
+      {detailWith("warnings", "[1]"), "details[0].dependencies.warnings: expected a list of 2"},
+      {detailWith("warnings", "[1,2,3]"), "details[0].dependencies.warnings[2]: expected the end of a list of 2"},
+      {detailWith("warnings", "[1,2.0]"), "details[0].dependencies.warnings[1]: expected " + int32},
+      {detailWith("strides", "[1,2,9223372036854775808]"), "details[0].map.strides[2]: expected " + int64},
+      {detailWith("strides", "[]"), "details[0].map.strides: expected a list of 3"},
+      {with(R"("formatVersion":1)"), "formatVersion: expected a key that stands once"},
+      {with(R"("details":[{"line":1,"l\u0069ne":1}])"), "details[0].line: expected a key that stands once"},
+      {with(R"("x":[0,{"a":1,"b":2,"\u0061":3}])"), "x[1].a: expected a key that stands once"},
+      {with(R"("y":1,"x":{"b":{"z":0}},"y":2)"), "y: expected a key that stands once"},
+      {with(R"("details":[{"survey":{"q":{"":1,"":2}}}])"), "details[0].survey.q.: expected a key that stands once"},
+      {with("\"x\":\"\\ud800\""), "x: expected a text whose escapes are characters"},
+      {"", "byte 0: expected the rest of the JSON"},
+      {" \n", "byte 2: expected the rest of the JSON"},
+      {"\xEF\xBB\xBF{}", "byte 0: expected JSON"},
+      {"hello", "byte 0: expected JSON"},
+      {R"({"x":1)", "byte 6: expected the rest of the JSON"},
+      {R"({"x":"a)", "byte 7: expected the rest of the JSON"},
+      {R"({"x":{"y":1})", "byte 12: expected JSON"},
+      {with("\"x\":1") + " x", "byte 43: expected the end of the file"},
+      {with("\"x\":1") + "{}", "byte 42: expected the end of the file"},
+      {"{\"x\":\"\xC3\x28\"}", "byte 6: expected UTF-8"},
+      {"{\"x\":\"\xED\xA0\x80\"}", "byte 6: expected UTF-8"},
+      {"{\"x\":\"a\nb\"}", "byte 7: expected a text without control characters"},
+      {R"({"x":1,})", "byte 7: expected JSON"},
+      {R"({"x" 1})", "byte 5: expected JSON"},
+      {R"({"x":1 "y":2})", "byte 7: expected JSON"},
+      {R"({x:1})", "byte 1: expected JSON"},
+      {R"({"x":[1,]})", "byte 8: expected JSON"},
+      {R"({"x":[1 2]})", "byte 8: expected JSON"},
+      {R"({"x":[1}})", "byte 7: expected JSON"},
+      {R"({"x":tru})", "byte 5: expected JSON"},
+      {R"({"x":nullx})", "byte 5: expected JSON"},
+      {R"({"x":-})", "byte 5: expected JSON"},
+      {R"({"x":1.e5})", "byte 5: expected JSON"},
+      {R"({"x":+1})", "byte 5: expected JSON"},
+      {R"({"x":[007]})", "byte 6: expected JSON"},
+      {R"({"\ud800":1})", "byte 2: expected a key whose escapes are characters"},
+  };
+  for (const Damage& damage : damages) {
+    EXPECT_FALSE(load(damage.text)) << damage.text;
+    EXPECT_EQ(refusal(), "collection.json: " + damage.want) << damage.text;
+  }
+}
+
+TEST_F(CollectionFile, EveryPrefixIsRefused) {
+  const std::string whole = detailWith("", "");
+  for (std::size_t size = 0; size < whole.size(); ++size) {
+    EXPECT_FALSE(load(whole.substr(0, size)));
+    EXPECT_NE(refusal().find(": expected "), std::string::npos) << size;
+  }
+}
+
+TEST_F(CollectionFile, NestingIsBoundedWhateverTheDepth) {
+  std::string place = "x";
+  for (int i = 0; i < 63; ++i) place += "[0]";
+  for (const std::size_t depth : {std::size_t{64}, std::size_t{100'000}}) {
+    EXPECT_FALSE(load(with("\"x\":" + nested(depth))));
+    EXPECT_EQ(refusal(), "collection.json: " + place + ": expected a nesting of at most 64") << depth;
+  }
+  EXPECT_FALSE(load(std::string(100'000, '[')));
+  EXPECT_EQ(refusal(), "collection.json: expected an object");
+}
+
+TEST_F(CollectionFile, ManyKeysInOneObjectAreToldApart) {
+  std::string keys;
+  for (int i = 300'000; i > 0; --i) keys += "\"" + std::to_string(i) + "\":0,";
+  EXPECT_TRUE(load(with(keys + "\"z\":0"))) << refusal();
+  EXPECT_FALSE(load(with(keys + "\"150000\":0")));
+  EXPECT_EQ(refusal(), "collection.json: 150000: expected a key that stands once");
+}
+
+TEST_F(CollectionFile, ManyDetailsStayWhereTheyAre) {
+  std::string details;
+  for (int i = 0; i < 20'000; ++i) {
+    details += R"({"label":"s)" + std::to_string(i) + R"(","file":"f)" + std::to_string(i % 3) +
+               R"(","map":{"strides":[)" + std::to_string(i) + ",0,0]}},";
+  }
+  const auto collection = load(with("\"details\":[" + details + "{}]"));
+  ASSERT_TRUE(collection) << refusal();
+  ASSERT_EQ(collection->detailCount(), 20'001);
+  for (int i = 0; i < 20'000; ++i) {
+    const digestio::SummaryDetail& detail = *collection->detail(i);
+    ASSERT_EQ(detail.label(), "s" + std::to_string(i));
+    ASSERT_EQ(detail.locator().get_file().get_text(), "f" + std::to_string(i % 3));
+    ASSERT_EQ(detail.mapView()->strides(0), i);
+  }
+}
+
+TEST_F(CollectionFile, WhatIsNoFileIsRefusedWithoutWaiting) {
+  const auto tryToLoad = [this](const std::string& name) {
+    const std::string path = folder_ + name;
+    EXPECT_EQ(digestio::SummaryCollection::load(path), nullptr);
+    return refusal();
+  };
+  EXPECT_EQ(tryToLoad("/none"), "none/collection.json: expected a file that can be read (No such file or directory)");
+  std::filesystem::create_directories(folder_ + "/folder/collection.json");
+  EXPECT_EQ(tryToLoad("/folder"), "folder/collection.json: expected a regular file");
+  std::filesystem::create_directories(folder_ + "/pipe");
+  ASSERT_EQ(::mkfifo((folder_ + "/pipe/collection.json").c_str(), 0600), 0);
+  EXPECT_EQ(tryToLoad("/pipe"), "pipe/collection.json: expected a regular file");
+  write("collection.json", "");
+  std::filesystem::resize_file(folder_ + "/collection.json", std::uintmax_t{1} << 32);  // a hole: takes no room
+  EXPECT_EQ(tryToLoad(""), "collection.json: expected a file of at most 4294967295 bytes");
+  std::filesystem::permissions(folder_ + "/collection.json", std::filesystem::perms::none);
+  if (::geteuid() == 0) return;  // nothing is forbidden to root
+  EXPECT_EQ(tryToLoad(""), "collection.json: expected a file that can be read (Permission denied)");
+}
+
+}  // namespace
+}  // namespace kelvar_platform::test

@@ -1,0 +1,141 @@
+#include <limits>
+#include <set>
+
+#include "ResultFiles.h"
+#include "ResultWriter.h"
+
+namespace kelvar_platform::test {
+namespace {
+
+using namespace std::string_literals;
+
+class ResultWriting : public ResultFiles {
+ protected:
+  /// What stands in the folder and below it, one path after the other.
+  [[nodiscard]] std::string tree() const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder_)) {
+      names.insert(entry.path().lexically_relative(folder_).string());
+    }
+    std::string all;
+    for (const std::string& name : names) all += name + ' ';
+    return all;
+  }
+
+  /// What an operation was refused for, without the folder.
+  template <class Operation>
+  [[nodiscard]] std::string refused(Operation operation) const {
+    try {
+      operation();
+    } catch (const ReadError& error) {
+      return std::string(error.what()).substr(folder_.size() + 1);
+    }
+    return {};
+  }
+
+  [[nodiscard]] std::string path(const std::string& name) const { return folder_ + '/' + name; }
+
+  [[nodiscard]] std::string rowsOf(const std::string& name) const {
+    const std::unique_ptr<digestio::SummaryCollection> collection(digestio::SummaryCollection::load(path(name)));
+    return collection ? rows(*collection) : refusal();
+  }
+};
+
+TEST_F(ResultWriting, WhatIsWrittenIsReadBack) {
+  RunRecord run;
+  run.hostName = "node \"17\"\n\x01\\";
+  run.collectionStartTime = std::numeric_limits<std::uint64_t>::max();
+  run.commandLog = "/c.log";
+  ResultWriter writer(path("new/survey/"), run, {.dataKind = digestio::kSuitability, .programMaxGain = 0.1});
+  DetailRecord detail{.detailKind = digestio::kLoop, .annotationKind = 18, .label = "a\0\u00e9"s};
+  detail.file = "/s/\U0001F600.cpp";
+  detail.line = std::numeric_limits<std::int32_t>::max();
+  detail.survey = {.cpuTime = 0.1 + 0.2, .priority = -1, .id = std::numeric_limits<std::int32_t>::min()};
+  detail.surveyVectorization = {.selfTime = 5e-324, .totalTime = 1.7976931348623157e308, .state = 3};
+  detail.suitability = {.selfTime = 1e22, .flags = 0xFFFFFFFF};
+  detail.dependencies = {.errors = 1, .warnings = {2, 3}};
+  detail.map = {.strides = {std::numeric_limits<std::int64_t>::min(), 0, 5}};
+  writer.add(detail);
+  writer.add({});
+  EXPECT_FALSE(std::filesystem::exists(path("new/survey")));
+  writer.finish();
+
+  EXPECT_EQ(tree(), "new new/survey new/survey/collection.json new/survey/result.json ");
+  EXPECT_EQ(
+      rowsOf("new/survey"),
+      "2 18 'a\0\u00e9' /s/\U0001F600.cpp:2147483647:0"s +
+          " | survey 0.30000000000000004 -1 -2147483648"
+          " | vectorization 3 4.9406564584124654e-324 1.7976931348623157e+308 0 0 | suitability 1e+22 0 4294967295 0 0"
+          " | dependencies 1 2 3 | map -9223372036854775808 0 5\n0 0 '' :0:0\n");
+  const auto directory = resdir::ResultDirectoryManager::open(path("new/survey").c_str(), false, nullptr);
+  ASSERT_TRUE(directory) << refusal();
+  EXPECT_STREQ(directory->hostName(), "node \"17\"\n\x01\\");
+  EXPECT_EQ(directory->operatingSystem(0), nullptr);
+  EXPECT_EQ(directory->collectionStartTime(), std::numeric_limits<std::uint64_t>::max());
+  EXPECT_EQ(directory->commandLogPath(), "/c.log");
+}
+
+TEST_F(ResultWriting, ReplacesAResultAsAWholeAndOnlyWhenFinished) {
+  const auto writeOne = [this](const std::string& name, const std::string& label, bool finish) {
+    ResultWriter writer(path(name), RunRecord{}, {});
+    writer.add({.label = label});
+    if (finish) writer.finish();
+  };
+  writeOne("map", "old", true);
+  ResultWriter sub(path("map/surveyvectorization"), std::nullopt, {.dataKind = digestio::kSurveyVectorization});
+  sub.finish();
+  writeOne("map", "dropped", false);
+  EXPECT_EQ(tree(),
+            "map map/collection.json map/result.json map/surveyvectorization "
+            "map/surveyvectorization/collection.json ");
+  EXPECT_EQ(rowsOf("map"), "0 0 'old' :0:0\n");
+  writeOne("map", "new", true);
+  EXPECT_EQ(tree(), "map map/collection.json map/result.json ");
+  EXPECT_EQ(rowsOf("map"), "0 0 'new' :0:0\n");
+  writeRun(path("map"), {.hostName = "other"});
+  EXPECT_EQ(tree(), "map map/collection.json map/result.json ");
+  EXPECT_STREQ(resdir::ResultDirectoryManager::open(path("map").c_str(), false, nullptr)->hostName(), "other");
+}
+
+TEST_F(ResultWriting, RefusesWhatCouldNotBeReadBackAndLeavesNothing) {
+  struct Case {
+    DetailRecord detail;
+    std::string want;
+  };
+  const double infinite = std::numeric_limits<double>::infinity();
+  const Case cases[] = {
+      {{.annotationKind = 19}, "details[1].annotationKind: expected an integer from 0 to 18"},
+      {{.label = "\xC3("}, "details[1].label: expected a text in UTF-8"},
+      {{.line = -1}, "details[1].line: expected an integer from 0 to 2147483647"},
+      {{.survey = SurveyRecord{.cpuTime = infinite}}, "details[1].survey.cpuTime: expected a finite number"},
+  };
+  for (const Case& each : cases) {
+    EXPECT_EQ(refused([&] {
+                ResultWriter writer(path("map"), RunRecord{}, {});
+                writer.add({});
+                writer.add(each.detail);
+              }),
+              "map/collection.json: " + each.want);
+  }
+  EXPECT_EQ(refused([&] { writeRun(folder_, {.cpuCount = -1}); }),
+            "result.json: cpuCount: expected an integer from 0 to 2147483647");
+  EXPECT_EQ(tree(), "");
+}
+
+TEST_F(ResultWriting, LeavesAloneWhatIsNoResultDirectory) {
+  write("file", "mine");
+  std::filesystem::create_directories(path("home/surveyvectorization"));
+  write("home/surveyvectorization/thesis.txt", "mine");
+  const std::string before = tree();
+  const auto start = [this](const std::string& name) {
+    return refused([&] { ResultWriter(path(name), std::nullopt, {}).finish(); });
+  };
+  EXPECT_EQ(start("file"), "file: expected a result directory, or nothing");
+  EXPECT_EQ(start("home"),
+            "home/surveyvectorization: expected a result directory, which thesis.txt does not belong to");
+  EXPECT_EQ(start("file/below"), "file: expected a folder that can be made (Not a directory)");
+  EXPECT_EQ(tree(), before);
+}
+
+}  // namespace
+}  // namespace kelvar_platform::test
