@@ -31,6 +31,9 @@ if(KELVAR_SANITIZE)
     -fno-sanitize-recover=all)
   target_link_options(kelvar_build_options INTERFACE -fsanitize=${KELVAR_SANITIZE})
 endif()
+if(KELVAR_BUILD_FUZZ)
+  target_compile_options(kelvar_build_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 # The library reads files that others wrote. What a fault in it could do is bounded; sanitizers have their own bounds.
 include(CheckPIESupported)
