@@ -11,12 +11,13 @@
 #include "Output.h"
 #include "Report.h"
 #include "Subcommand.h"
+#include "import/Import.h"
 
 namespace kelvar_tool {
 
 namespace {
 
-constexpr AddSubcommand kSubcommands[] = {addReport, addAnnotate};
+constexpr AddSubcommand kSubcommands[] = {addReport, addAnnotate, addImport};
 
 constexpr const char* kExamples =
     "Examples:\n"

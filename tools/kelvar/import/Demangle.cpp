@@ -2,6 +2,7 @@
 
 #include <cxxabi.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 
@@ -47,8 +48,9 @@ std::string plainName(std::string_view function) {
       ++i;
     } else if (function[i] == '(') {
       const std::size_t end = closing(function, i, '(', ')');
-      // A local class or lambda of a function: the function's arguments stand within the name.
-      if (end == std::string_view::npos || !function.substr(end + 1).starts_with("::")) break;
+      // A local class of a function, or a lambda: the arguments stand within the name.
+      const std::string_view behind = function.substr(std::min(end, function.size() - 1) + 1);
+      if (!behind.starts_with("::") && !behind.starts_with('#')) break;
       i = end;
     } else {
       name += function[i];

@@ -48,10 +48,8 @@ std::optional<std::string_view> Input::nextLine() {
     searched = begin_ + unread;
   }
   if (begin_ == end_) return std::nullopt;
-  const std::string_view line(buffer_.data() + begin_, end_ - begin_);
-  begin_ = end_;
-  ++lineNumber_;
-  return line;
+  // Every tool ends its last line: one without an end was cut off.
+  refuse(linePlace(lineNumber_ + 1), "the rest of the line");
 }
 
 std::string Input::rest() {
@@ -73,7 +71,9 @@ bool Input::refill() {
   int error = Z_OK;
   const char* why = gzerror(file_.get(), &error);
   if (count < 0 || error == Z_BUF_ERROR) {
-    refuse(linePlace(lineNumber_ + 1), std::string("the rest of the file (") + why + ")");
+    std::string_view reason = why;
+    (void)(takePrefix(reason, path_) && takePrefix(reason, ": "));
+    refuse(linePlace(lineNumber_ + 1), "the rest of the file (" + std::string(reason) + ")");
   }
   end_ += static_cast<std::size_t>(count);
   if (showProgress_ && size_ >= kWorthShowing) tellProgress();

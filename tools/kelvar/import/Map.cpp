@@ -11,13 +11,14 @@ class MapAnalysis final : public Analysis {
 
   void add(const Record& record) override {
     ++records_;
-    const bool inSite = tally_.addToSites(record);
+    const bool inSite = tally_.addShareToSites(record);
     const Place* const place = places_.ownPlace(record.stack);
     if (place) tally_.addToFunction(*place, record.weights);
     if (!inSite && !place) tally_.addPlaceless(record);
   }
 
   Outcome finish() override {
+    tally_.spreadUnlined();
     Outcome outcome;
     for (std::size_t i = 0; i < tally_.sites().size(); ++i) {
       addRow(outcome, siteDetail(places_.regions()[i]), tally_.sites()[i]);

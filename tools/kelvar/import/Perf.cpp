@@ -8,7 +8,8 @@
 //   COMM PID/TID TIME: PERIOD EVENT:  ADDRESS SYMBOL
 //     FILE:LINE
 //
-// or, recorded with call chains, the first line up to the event, then a line and a source line for each frame.
+// or, recorded with call chains, the first line up to the event, then a line and a source line for each frame. What
+// lies in no file that perf could read has no source line.
 namespace kelvar_import {
 
 namespace {
@@ -116,48 +117,67 @@ class Clock {
   std::map<std::string, Thread> threads_;
 };
 
-/// Reads the frames of one sample, where they stand on lines of their own: up to an empty line.
-void readChain(Input& input, Record& record) {
-  while (const auto line = input.nextLine()) {
-    if (trimmed(*line).empty()) return;
-    Place place;
-    if (takeFrame(*line, place)) {
-      record.stack.push_back(std::move(place));
-    } else if (!record.stack.empty()) {
-      readSourceLine(*line, record.stack.back());
+class PerfReader {
+ public:
+  PerfReader(Input& input, const Sink& sink) : input_(input), sink_(sink) {}
+
+  void read() {
+    while (const auto line = input_.nextLine()) readLine(*line);
+    give();
+    if (!any_) input_.refuse("line 1", "at least one sample of perf script");
+    if (!sawSource_) input_.refuse("a source line behind a sample (perf script -F +srcline)");
+    clock_.finish(sink_);
+  }
+
+ private:
+  void readLine(std::string_view line) {
+    if (trimmed(line).empty() || line.starts_with('#')) return;
+    std::string_view text = line;
+    Sample sample;
+    if (takeSample(text, sample)) {
+      give();
+      begin(sample, trimmed(text));
+    } else if (!any_) {
+      refuse();
+    } else if (Place place; takeFrame(line, place)) {
+      record_.stack.push_back(std::move(place));
+    } else if (line.starts_with("  ") && !record_.stack.empty()) {
+      readSourceLine(line, record_.stack.back());
+      sawSource_ = true;
     } else {
-      input.refuse("a frame: an address and a symbol");
+      refuse();
     }
   }
-}
+
+  [[noreturn]] void refuse() const {
+    input_.refuse("a sample of perf script: command, process/thread, time, period, event, address, symbol");
+  }
+
+  /// A sample has its one frame on its own line, or the frames of its chain on lines of their own.
+  void begin(const Sample& sample, std::string_view frame) {
+    any_ = true;
+    sample_ = sample;
+    record_ = {.stack = {}, .weights = {sample.period / 1e9}, .note = {}};
+    if (!frame.empty() && !takeFrame(frame, record_.stack.emplace_back())) refuse();
+  }
+
+  void give() {
+    if (any_) clock_.add(sample_, record_, sink_);
+  }
+
+  Input& input_;
+  const Sink& sink_;
+  Clock clock_;
+  Sample sample_;
+  Record record_;
+  bool any_ = false;
+  bool sawSource_ = false;
+};
 
 }  // namespace
 
 void readPerf(Input& input, const Sink& sink) {
-  Clock clock;
-  bool any = false;
-  while (auto line = input.nextLine()) {
-    std::string_view text = *line;
-    if (trimmed(text).empty() || text.starts_with('#')) continue;
-    Sample sample;
-    if (!takeSample(text, sample)) {
-      input.refuse("a sample of perf script: command, process/thread, time, period, event, address, symbol");
-    }
-    any = true;
-    Record record{.stack = {}, .weights = {sample.period / 1e9}, .note = {}};
-    text = trimmed(text);
-    if (text.empty()) {
-      readChain(input, record);
-    } else {
-      if (!takeFrame(text, record.stack.emplace_back())) input.refuse("an address and a symbol after the event");
-      const auto source = input.nextLine();
-      if (!source || !source->starts_with("  ")) input.refuse("the sample's source line (perf script -F +srcline)");
-      readSourceLine(*source, record.stack.back());
-    }
-    clock.add(sample, record, sink);
-  }
-  if (!any) input.refuse("line 1", "at least one sample of perf script");
-  clock.finish(sink);
+  PerfReader(input, sink).read();
 }
 
 }  // namespace kelvar_import

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <filesystem>
@@ -74,13 +75,21 @@ std::vector<kelvar_platform::Site> annotatedSites(const fs::path& database) {
       .list(false);
 }
 
+/// Now, or the moment that builds which are to be reproduced are told to take for it.
+std::uint64_t now() {
+  const char* const told = std::getenv("SOURCE_DATE_EPOCH");
+  std::string_view text = told ? told : "";
+  const auto moment = takeNumber<std::uint64_t>(text);
+  return moment && text.empty() ? *moment : static_cast<std::uint64_t>(std::time(nullptr));
+}
+
 /// The tools do not say when they ran: their files were written while they did.
 void timeOfCollection(const std::vector<std::string>& files, kelvar_platform::RunRecord& run) {
   std::uint64_t first = std::numeric_limits<std::uint64_t>::max();
   for (const std::string& file : files) {
     struct stat status {};
     if (stat(file.c_str(), &status) != 0 || status.st_mtime < 0) continue;
-    const auto time = static_cast<std::uint64_t>(status.st_mtime);
+    const std::uint64_t time = std::min(now(), static_cast<std::uint64_t>(status.st_mtime));
     first = std::min(first, time);
     run.collectionEndTime = std::max(run.collectionEndTime, time);
   }
@@ -138,7 +147,7 @@ void write(const Request& request, const Outcome& outcome, kelvar_platform::RunR
   const bool isSub = standing.dataKind == digestio::kSurveyVectorization;
   kelvar_platform::ProgramRecord program{.dataKind = standing.dataKind, .programMaxGain = outcome.programMaxGain};
   program.processors = request.wishes.cores;
-  run.finalizationEndTime = static_cast<std::uint64_t>(std::time(nullptr));
+  run.finalizationEndTime = now();
   kelvar_platform::ResultWriter writer(directory, isSub ? std::nullopt : std::optional(run), program);
   for (const Detail& detail : outcome.details) writer.add(detail);
   writer.finish();
@@ -169,7 +178,7 @@ std::vector<std::string> runImport(const Request& request, const ShowProgress& s
   const fs::path project = request.wishes.project;
   const fs::path database = project / "annotations.db";
   kelvar_platform::RunRecord run;
-  run.finalizationStartTime = static_cast<std::uint64_t>(std::time(nullptr));
+  run.finalizationStartTime = now();
   timeOfCollection(request.files, run);
   Places places(annotatedSites(database), request.paths);
   const std::unique_ptr<Analysis> analysis = request.source->analyse(places, request.wishes);

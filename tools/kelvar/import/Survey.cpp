@@ -20,6 +20,11 @@ struct LineHash {
     return (key.function * 0x9E3779B97F4A7C15U ^ key.file) * 0x9E3779B97F4A7C15U ^ static_cast<std::size_t>(key.line);
   }
 };
+/// A function's time on lines, and on none.
+struct OnLines {
+  double some = 0;
+  double none = 0;
+};
 struct InLine {
   const std::string* file = nullptr;
   double time = 0;
@@ -32,13 +37,14 @@ class SurveyAnalysis final : public Analysis {
   void add(const Record& record) override {
     ++records_;
     total_ += record.weights[0];
-    const bool inSite = tally_.addToSites(record);
+    const bool inSite = tally_.addShareToSites(record);
     const bool inFunction = !record.stack.empty() && !record.stack.front().function.empty();
     if (inFunction) addToFunction(record.stack.front(), record.weights);
     if (!inSite && !inFunction) tally_.addPlaceless(record);
   }
 
   Outcome finish() override {
+    tally_.spreadUnlined();
     Outcome outcome;
     outcome.remarks.push_back("times are in " + wishes_.unit + ", " + std::to_string(total_) + " in all");
     for (std::size_t i = 0; i < tally_.sites().size(); ++i) {
@@ -56,6 +62,8 @@ class SurveyAnalysis final : public Analysis {
  private:
   void addToFunction(const Place& place, const Weights& weights) {
     const std::size_t function = tally_.addToFunction(place, weights);
+    if (function >= onLines_.size()) onLines_.resize(function + 1);
+    (place.line == 0 ? onLines_[function].none : onLines_[function].some) += weights[0];
     if (place.line == 0 || places_.isLibrary(place.file)) return;
     InLine& line = lines_[{function, places_.numberOf(place.file), place.line}];
     line.file = &places_.pathOf(place.file);
@@ -75,11 +83,16 @@ class SurveyAnalysis final : public Analysis {
     for (Detail& detail : details) detail.survey->id = ++id;
   }
 
+  /// As with sites, what a function did on no line is shared among its lines.
   [[nodiscard]] std::vector<LineTime> lines() const {
     const std::vector<FunctionRow> functions = tally_.functions();
     std::vector<LineTime> lines;
     lines.reserve(lines_.size());
-    for (const auto& [key, in] : lines_) lines.push_back({*in.file, key.line, functions[key.function].name, in.time});
+    for (const auto& [key, in] : lines_) {
+      const OnLines& split = onLines_[key.function];
+      const double time = split.some > 0 ? in.time * (1 + split.none / split.some) : in.time;
+      lines.push_back({*in.file, key.line, functions[key.function].name, time});
+    }
     return lines;
   }
 
@@ -87,6 +100,7 @@ class SurveyAnalysis final : public Analysis {
   const Wishes& wishes_;
   Tally tally_;
   std::unordered_map<LineKey, InLine, LineHash> lines_;
+  std::vector<OnLines> onLines_;  // by function
   std::size_t records_ = 0;
   double total_ = 0;
 };

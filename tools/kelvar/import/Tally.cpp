@@ -32,6 +32,31 @@ bool Tally::addToSites(const Record& record) {
   return !regions.empty();
 }
 
+bool Tally::addShareToSites(const Record& record) {
+  if (record.stack.empty() || record.stack.front().function.empty()) return addToSites(record);
+  const auto regions = places_.regionsAt(record.stack);
+  Spread& spread = spreads_[record.stack.front().function];
+  if (record.stack.front().line == 0 && regions.empty()) {
+    add(spread.unlined, record.weights);
+    return false;
+  }
+  spread.lined += sum(record.weights);
+  for (const std::size_t region : regions) spread.inSites[region] += sum(record.weights);
+  return addToSites(record);
+}
+
+void Tally::spreadUnlined() {
+  for (const auto& [function, spread] : spreads_) {
+    if (spread.lined <= 0) continue;
+    for (const auto& [region, lined] : spread.inSites) {
+      for (std::size_t i = 0; i < spread.unlined.size(); ++i) {
+        sites_[region][i] += spread.unlined[i] * lined / spread.lined;
+      }
+    }
+  }
+  spreads_.clear();
+}
+
 std::size_t Tally::addToFunction(const Place& place, const Weights& weights) {
   const auto [found, isNew] = numbers_.try_emplace(place.function, functions_.size());
   if (isNew) functions_.push_back({.name = plainName(place.function), .files = {}, .weights = {}});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -26,6 +27,11 @@ class Tally {
 
   /// Adds the record to every site around it; false where there is none. One report counts for a site once.
   bool addToSites(const Record& record);
+  /// The same for a record that is a part of its function, as time and accesses are: compilers leave what they made
+  /// themselves, such as the body of a vectorised loop, without a line. What a function did on no line is shared among
+  /// the sites as what it did on lines is, which takes until spreadUnlined().
+  bool addShareToSites(const Record& record);
+  void spreadUnlined();
   /// Adds the weights to the place's function and answers its number. Requires that the place has a function.
   std::size_t addToFunction(const Place& place, const Weights& weights);
   void addPlaceless(const Record& record);
@@ -39,6 +45,12 @@ class Tally {
   [[nodiscard]] std::size_t placelessCount() const noexcept { return placelessCount_; }
 
  private:
+  /// How a function lies in the sites.
+  struct Spread {
+    Weights unlined{};
+    double lined = 0;
+    std::map<std::size_t, double> inSites;
+  };
   struct InFile {
     std::size_t number = 0;
     const std::string* path = nullptr;
@@ -54,7 +66,8 @@ class Tally {
 
   Places& places_;
   std::vector<Weights> sites_;
-  std::vector<std::size_t> lastReport_;  // of each site
+  std::vector<std::size_t> lastReport_;              // of each site
+  std::unordered_map<std::string, Spread> spreads_;  // by function
   std::unordered_map<std::string, std::size_t> numbers_;
   std::vector<Function> functions_;
   Weights placeless_{};

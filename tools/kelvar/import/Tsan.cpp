@@ -23,7 +23,9 @@ Finding findingOf(std::string_view what) {
 
 /// The stacks of a report that say where it happened; the rest says where a thread, a mutex or a block came from.
 bool isWhereItHappened(std::string_view heading, Finding finding) {
-  if (finding == race) return heading.find(" of size ") != std::string_view::npos;
+  if (finding == race) {
+    return !heading.starts_with("Location ") && heading.find(" of size ") != std::string_view::npos;
+  }
   if (finding == lockOrder) return heading.find(" acquired here while holding ") != std::string_view::npos;
   return true;
 }

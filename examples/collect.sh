@@ -1,0 +1,59 @@
+#!/bin/sh
+# Builds the sample, runs the five analyses on it with the tools of this machine, imports what they wrote, and prints
+# the report: collect.sh KELVAR PROJECT [OUTPUTS_DIR]
+# Wants clang++ and valgrind; perf where it may count, else callgrind; ThreadSanitizer where it links, else helgrind.
+# OUTPUTS_DIR keeps what the tools wrote, small enough to be kept with the sample: captured/ is one.
+set -eu
+here=$(cd "$(dirname "$0")" && pwd)
+kelvar=$(command -v "$1")
+project=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+outputs=${3:-$work/outputs}
+mkdir -p "$project" "$outputs"
+outputs=$(cd "$outputs" && pwd)
+project=$(cd "$project" && pwd)
+rm -f "$outputs"/*
+
+# Nothing of where this stands gets into what is kept.
+cp -R "$here/sample" "$work/sample"
+cd "$work"
+build="clang++ -std=c++17 -g -gdwarf-4 -pthread -fdebug-prefix-map=$work=. sample/pixels.cpp"
+
+echo "vectorization: the remarks of clang" >&2
+$build -O2 -no-pie -fsave-optimization-record -foptimization-record-file=remarks.yaml -o pixels 2>build.log
+gzip -9nc remarks.yaml >"$outputs/clang-remarks.yaml.gz"
+
+echo "survey: perf, else callgrind" >&2
+perf record -q -e cpu-clock:u -F 2000 -o perf.data ./pixels 2048 40 >run.log 2>&1 || rm -f perf.data
+if [ -e perf.data ] &&
+  perf script -i perf.data --full-source-path -F comm,pid,tid,time,period,event,ip,sym,srcline >perf.txt 2>>run.log &&
+  [ "$(wc -l <perf.txt)" -gt 500 ]; then
+  sed "s|$work/||" perf.txt | gzip -9nc >"$outputs/perf.txt.gz"
+else
+  valgrind --quiet --tool=callgrind --callgrind-out-file=callgrind.out ./pixels 128 4 >run.log 2>&1
+  sed "s|$work/||" callgrind.out | gzip -9nc >"$outputs/callgrind.out.gz"
+fi
+
+echo "dependencies: ThreadSanitizer, else helgrind" >&2
+if $build -O1 -fsanitize=thread -o pixels-tsan 2>>build.log; then
+  # With its greeting, so that a run that finds nothing can be told from no run; its exit status is the findings'.
+  TSAN_OPTIONS="verbosity=1 log_path=tsan" ./pixels-tsan 128 2 >run.log 2>&1 || true
+  cat tsan.* | sed "s|$work/||; s|[(]BuildId: [0-9a-f]*[)]||" | gzip -9nc >"$outputs/tsan.txt.gz"
+else
+  valgrind --quiet --tool=helgrind --xml=yes --xml-file=helgrind.xml ./pixels 64 1 >run.log 2>&1
+  sed "s|$work/||" helgrind.xml | gzip -9nc >"$outputs/helgrind.xml.gz"
+fi
+
+echo "map: lackey" >&2
+valgrind --tool=lackey --trace-mem=yes --log-file=lackey.txt ./pixels 48 1 >run.log 2>&1
+objcopy --only-keep-debug --compress-debug-sections=zlib pixels "$outputs/pixels.debug"
+# Of the trace, what the program's own instructions do is kept, which lie where it was linked to; the loader's and
+# the libraries' have no place in the sample, and are all but a hundredth of it.
+awk '/^I/ { own = $2 ~ /^0*4[0-9a-f][0-9a-f][0-9a-f][0-9a-f][0-9a-f],/ } /^I/ || /^ / { if (own) print }' lackey.txt |
+  gzip -9nc >"$outputs/lackey.txt.gz"
+
+date +%s >"$outputs/epoch"
+"$here/annotate.sh" "$kelvar" "$project/annotations.db"
+"$here/import.sh" "$kelvar" "$outputs" "$project"
+"$kelvar" report --verbose "$project"
