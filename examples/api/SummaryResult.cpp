@@ -22,6 +22,7 @@ int main(int, char** argv) {
   for (const char* directory : {"/survey", "/dependencies"}) data.addSummaryData(project + directory, {});
 
   const kelvar::SummaryResult& all = *data.aggregateResult();
+  std::cout << "all agree on ";  // 0 and an empty text say that they do not
   print(std::cout, all);
   for (int index = 0; index < all.resultCount(); ++index) print(std::cout, *all.result(index));
 }
