@@ -2,16 +2,13 @@
 
 #include <sqlite3.h>
 
-#include <array>
-#include <cerrno>
 #include <cstdint>
-#include <cstdio>
-#include <memory>
-#include <system_error>
+#include <optional>
 
 #include "EditTable.h"
+#include "ResultRecords.h"
+#include "ResultWriter.h"
 #include "Sqlite.h"
-#include "names.h"
 
 namespace kelvar_bench {
 
@@ -82,87 +79,73 @@ void writeDatabase(const GeneratedProject& project, const std::filesystem::path&
   transaction.commit();
 }
 
-struct Close {
-  void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, Close>;
-
-File create(const std::filesystem::path& path) {
-  File file(std::fopen(path.c_str(), "w"));
-  if (!file) throw std::system_error(errno, std::generic_category(), path.string());
-  return file;
-}
-
-void finish(const File& file, const std::filesystem::path& path) {
-  if (std::fflush(file.get()) != 0 || std::ferror(file.get()) != 0)
-    throw std::system_error(errno, std::generic_category(), path.string());
-}
-
 int bitsOf(const Detail& detail, unsigned shift, unsigned count) {
   return static_cast<int>((detail.bits >> shift) % count);
 }
 
-void writeSurvey(std::FILE* out, const Detail& detail) {
-  std::fprintf(out, R"("survey": {"cpuTime": %.6f, "priority": %d, "id": %d})", detail.selfTime,
-               1 + bitsOf(detail, 0, 5), bitsOf(detail, 3, 100));
+using kelvar_platform::DetailRecord;
+
+/// Gives a record the figures of its collection's kind.
+constexpr kelvar_2_1_7::PerKind<void (*)(DetailRecord&, const Detail&)> kSetFigures{{
+    [](DetailRecord& record, const Detail& detail) {
+      record.survey = {.cpuTime = detail.selfTime, .priority = 1 + bitsOf(detail, 0, 5), .id = bitsOf(detail, 3, 100)};
+    },
+    [](DetailRecord& record, const Detail& detail) {
+      record.surveyVectorization = {.selfTime = detail.selfTime,
+                                    .totalTime = detail.totalTime,
+                                    .state = bitsOf(detail, 0, 4),
+                                    .id = bitsOf(detail, 2, 100'000),
+                                    .priority = 1 + bitsOf(detail, 20, 5)};
+    },
+    [](DetailRecord& record, const Detail& detail) {
+      record.suitability = {.selfTime = detail.selfTime,
+                            .siteMaxGain = detail.siteGain,
+                            .totalMaxGain = detail.programGain,
+                            .cores = 1 << bitsOf(detail, 0, 6),
+                            .flags = detail.bits % 32};
+    },
+    [](DetailRecord& record, const Detail& detail) {
+      record.dependencies = {.errors = bitsOf(detail, 0, 7), .warnings = {bitsOf(detail, 3, 11), bitsOf(detail, 8, 9)}};
+    },
+    [](DetailRecord& record, const Detail& detail) {
+      record.map = {.strides = {bitsOf(detail, 0, 100'000), bitsOf(detail, 8, 1000), bitsOf(detail, 16, 300)}};
+    },
+}};
+
+DetailRecord recordOf(const GeneratedProject& project, SummaryDataKind kind, const Detail& detail) {
+  DetailRecord record;
+  record.detailKind = detail.detailKind;
+  record.annotationKind = detail.annotationKind;
+  record.label = GeneratedProject::label(detail.label);
+  record.file = project.file(detail.place.file);
+  record.line = detail.place.line;
+  record.column = detail.place.column;
+  kSetFigures[kind](record, detail);
+  return record;
 }
 
-void writeVectorization(std::FILE* out, const Detail& detail) {
-  std::fprintf(
-      out, R"("surveyVectorization": {"state": %d, "selfTime": %.6f, "totalTime": %.6f, "id": %d, "priority": %d})",
-      bitsOf(detail, 0, 4), detail.selfTime, detail.totalTime, bitsOf(detail, 2, 100'000), 1 + bitsOf(detail, 20, 5));
+kelvar_platform::RunRecord runOf(SummaryDataKind kind) {
+  const std::uint64_t start = 1'700'000'000 + 3600 * static_cast<std::uint64_t>(kind);
+  kelvar_platform::RunRecord run;
+  run.hostName = "node17";
+  run.operatingSystem = "Linux 6.1";
+  run.collectionStartTime = start;
+  run.collectionEndTime = start + 42;
+  run.finalizationStartTime = start + 43;
+  run.finalizationEndTime = start + 45;
+  run.cpuCount = 16;
+  run.cpuFrequency = 2'400'000'000;
+  return run;
 }
 
-void writeSuitability(std::FILE* out, const Detail& detail) {
-  std::fprintf(
-      out, R"("suitability": {"selfTime": %.6f, "cores": %d, "flags": %d, "siteMaxGain": %.2f, "totalMaxGain": %.2f})",
-      detail.selfTime, 1 << bitsOf(detail, 0, 6), bitsOf(detail, 6, 32), detail.siteGain, detail.programGain);
-}
-
-void writeDependencies(std::FILE* out, const Detail& detail) {
-  std::fprintf(out, R"("dependencies": {"errors": %d, "warnings": [%d, %d]})", bitsOf(detail, 0, 7),
-               bitsOf(detail, 3, 11), bitsOf(detail, 8, 9));
-}
-
-void writeMap(std::FILE* out, const Detail& detail) {
-  std::fprintf(out, R"("map": {"strides": [%d, %d, %d]})", bitsOf(detail, 0, 100'000), bitsOf(detail, 8, 1000),
-               bitsOf(detail, 16, 300));
-}
-
-/// The one record that a detail of the kind has.
-constexpr kelvar_2_1_7::PerKind<void (*)(std::FILE*, const Detail&)> kWriteRecord{
-    {writeSurvey, writeVectorization, writeSuitability, writeDependencies, writeMap}};
-
-void writeCollection(const GeneratedProject& project, SummaryDataKind kind, const std::filesystem::path& path) {
-  const File file = create(path);
-  std::FILE* out = file.get();
-  std::fprintf(out, "{\n  \"formatVersion\": 1,\n  \"dataKind\": \"%s\",\n  \"processors\": 16,\n",
-               kelvar_2_1_7::kKindNames[static_cast<std::size_t>(kind)]);
-  std::fputs("  \"threadingParadigm\": 2,\n  \"targetSystem\": 1,\n  \"programMaxGain\": 3.5,\n  \"details\": [", out);
-  const char* separator = "\n";
-  for (const Detail& detail : project.details(kind)) {
-    std::fprintf(out, R"(%s    {"detailKind": %d, "annotationKind": %d, "label": "%s", "file": "%s", )", separator,
-                 detail.detailKind, detail.annotationKind, GeneratedProject::label(detail.label).c_str(),
-                 project.file(detail.place.file).c_str());
-    std::fprintf(out, R"("line": %d, "column": %d, )", detail.place.line, detail.place.column);
-    kWriteRecord[kind](out, detail);
-    std::fputc('}', out);
-    separator = ",\n";
-  }
-  std::fputs("\n  ]\n}\n", out);
-  finish(file, path);
-}
-
-void writeRun(SummaryDataKind kind, const std::filesystem::path& path) {
-  const File file = create(path);
-  const int start = 1'700'000'000 + 3600 * static_cast<int>(kind);
-  std::fprintf(file.get(),
-               "{\"formatVersion\": 1, \"hostName\": \"node17\", \"operatingSystem\": \"Linux 6.1\",\n"
-               " \"collectionStartTime\": %d, \"collectionEndTime\": %d,\n"
-               " \"finalizationStartTime\": %d, \"finalizationEndTime\": %d,\n"
-               " \"cpuCount\": 16, \"cpuFrequency\": 2400000000}\n",
-               start, start + 42, start + 43, start + 45);
-  finish(file, path);
+void writeResult(const GeneratedProject& project, SummaryDataKind kind, const std::filesystem::path& directory) {
+  std::optional<kelvar_platform::RunRecord> run;
+  if (kind != digestio::kSurveyVectorization) run = runOf(kind);  // a sub-result has none
+  const kelvar_platform::ProgramRecord program{
+      .dataKind = kind, .processors = 16, .threadingParadigm = 2, .targetSystem = 1, .programMaxGain = 3.5};
+  kelvar_platform::ResultWriter writer(directory, run, program);
+  for (const Detail& detail : project.details(kind)) writer.add(recordOf(project, kind, detail));
+  writer.finish();
 }
 
 }  // namespace
@@ -176,12 +159,8 @@ std::string resultPath(SummaryDataKind kind) {
 void writeProject(const GeneratedProject& project, const std::filesystem::path& directory) {
   std::filesystem::create_directories(directory);
   writeDatabase(project, directory / "annotations.db");
-  for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
-    const std::filesystem::path result = directory / resultPath(kind);
-    std::filesystem::create_directories(result);
-    writeCollection(project, kind, result / "collection.json");
-    if (kind != digestio::kSurveyVectorization) writeRun(kind, result / "result.json");
-  }
+  // The survey comes before what stands inside it.
+  for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) writeResult(project, kind, directory / resultPath(kind));
 }
 
 }  // namespace kelvar_bench
