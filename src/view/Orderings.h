@@ -1,0 +1,55 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "digestio.h"
+#include "items/SummaryItemImpl.h"
+#include "kelvar/SummaryTypes.h"
+#include "sitenotes.h"
+
+namespace kelvar_2_1_7 {
+
+/// What an ordering reads of an item, turned so that the lesser number stands first and with a stand-in for what is
+/// missing. A NaN decides that neither of two items is before the other, whatever else they say.
+using Number = double (*)(const SummaryItemImpl& item);
+
+/// What decides between items whose numbers and labels are equal. Two items that come so far agree on it.
+enum class Tie { kByLocator, kStays, kByLocatorUnlessLoop };
+
+/// One ordering: numbers first, the first that differs decides; then the label; then the tie.
+struct Ordering {
+  std::array<Number, 3> numbers{};  // up to the first null
+  bool byLabel = false;
+  Tie tie = Tie::kByLocator;
+};
+
+/// The ordering that a mapping selects; that by locator for a value without one.
+[[nodiscard]] const Ordering& orderingOf(SummaryMapping mapping) noexcept;
+
+/// The name that reports print for a mapping; empty where there is none. The names of an older enumeration: from the
+/// vectorization orderings on they are not those of the orderings in use, and readers of reports know them so.
+[[nodiscard]] const char* displayName(SummaryMapping mapping) noexcept;
+
+/// Whether a tie of this item goes on to its place.
+[[nodiscard]] bool goesByLocator(Tie tie, const SummaryItemImpl& item) noexcept;
+
+/// What the ordering by locator reads of an item beyond its place.
+struct Site {
+  explicit Site(const SummaryItemImpl& item);  // asks a loop's details
+
+  sitenotes::annotation_t::kind_t annotationKind;
+  digestio::SummaryDetailKind detailKind;
+  const std::string* label;
+  double selfTime = 0;  // of loops, turned like a Number
+  double totalTime = 0;
+};
+
+/// Whether `a` stands before `b` of the same place. No strict weak order: sites of three detail kinds and different
+/// annotation kinds may stand in a circle.
+[[nodiscard]] bool siteBefore(const Site& a, const Site& b) noexcept;
+
+/// Whether `a` stands before `b` under `ordering`. Null items stand last.
+[[nodiscard]] bool before(const Ordering& ordering, const SummaryItemImpl* a, const SummaryItemImpl* b);
+
+}  // namespace kelvar_2_1_7

@@ -1,0 +1,115 @@
+#include "view/SummaryReport.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <ctime>
+
+#include "names.h"
+#include "view/FormattedPiece.h"
+#include "view/Orderings.h"
+
+namespace kelvar_2_1_7 {
+
+using digestio::SummaryDataKind;
+
+namespace {
+
+constexpr std::size_t kPieceSize = 1024;
+
+using TimeText = std::array<char, 32>;
+
+/// A time as UTC; "N/A" for none, and for one that the calendar cannot express.
+TimeText timeText(std::uint64_t time) {
+  constexpr TimeText kNone{"N/A"};
+  const auto seconds = static_cast<std::time_t>(time);
+  std::tm parts{};
+  if (seconds == 0 || gmtime_r(&seconds, &parts) == nullptr) return kNone;
+  TimeText text;
+  return std::strftime(text.data(), text.size(), "%a %b %d %H:%M:%S %Y", &parts) != 0 ? text : kNone;
+}
+
+void appendTimes(std::string& out, const char* label, std::uint64_t time, std::uint64_t duration) {
+  appendPiece<kPieceSize>(out, "%s started: %s\nElapsed: %ld\n", label, timeText(time).data(),
+                          static_cast<long>(duration));
+}
+
+void appendTimes(std::string& out, const SummaryResult& result) {
+  const std::uint64_t collectionTime = result.collectionTime();
+  const std::uint64_t collectionDuration = result.collectionDuration();
+  appendTimes(out, "Collection", collectionTime, collectionDuration);
+  const std::uint64_t finalizationTime = result.finalizationTime();
+  const std::uint64_t finalizationDuration = result.finalizationDuration();
+  appendTimes(out, "Finalization", finalizationTime, finalizationDuration);
+}
+
+void appendHost(std::string& out, const SummaryResult& result) {
+  const std::string hostName = result.hostName();
+  const int cpuCount = result.cpuCount();
+  const unsigned long long cpuFrequency = result.cpuFrequency();
+  appendPiece<kPieceSize>(out, "\nhostname: %s\ncpu count: %d\ncpu freq: %llu\n", hostName.c_str(), cpuCount,
+                          cpuFrequency);
+}
+
+void appendSystem(std::string& out, const SummaryResult& result) {
+  const std::string operatingSystem = result.operatingSystem();
+  const std::string applicationLog = result.applicationLog();
+  const std::string collectorLog = result.collectorLog();
+  const std::string commandLog = result.commandLog();
+  const bool debugMissing = result.likelyDebugInfoMissing();
+  appendPiece<kPieceSize>(out, "\nos: %s\napp log: %s\ncoll log: %s\ncmd log: %s\ndebug missing: %d\n",
+                          operatingSystem.c_str(), applicationLog.c_str(), collectorLog.c_str(), commandLog.c_str(),
+                          static_cast<int>(debugMissing));
+}
+
+/// The kinds that have a block of their own, in its order; vectorization shows in the table alone.
+struct KindBlock {
+  SummaryDataKind kind;
+  const char* name;
+};
+constexpr std::array<KindBlock, 4> kKindBlocks{{{digestio::kSurvey, "Survey"},
+                                                {digestio::kSuitability, "Suitability"},
+                                                {digestio::kCorrectness, "Dependencies"},
+                                                {digestio::kMap, "MAP"}}};
+
+void appendSettings(std::string& out, const SummaryReport& report) {
+  for (const SummaryDataKind kind : kAllKinds) {
+    appendPiece<kPieceSize>(out, "%s - %s\n", kKindNames[static_cast<std::size_t>(kind)],
+                            kStatusNames[static_cast<std::size_t>(report.statuses[kind])]);
+  }
+  out += "display: ";
+  out += displayName(report.settings.mapping());
+  if (report.settings.isReversed()) out += " (reverse)";
+  out += "\n\n";
+}
+
+void appendTable(std::string& out, const SummaryReport& report, bool verbose) {
+  const auto present = [&](SummaryDataKind kind) { return report.statuses[kind] != kNotPresent; };
+  out +=
+      report.items.asString(verbose, present(digestio::kSurvey), present(digestio::kSurveyVectorization),
+                            present(digestio::kSuitability), present(digestio::kCorrectness), present(digestio::kMap));
+}
+
+}  // namespace
+
+std::string SummaryReport::asString(bool verbose) const {
+  std::string out;
+  if (verbose) appendSettings(out, *this);
+  appendTable(out, *this, verbose);
+  appendPiece<kPieceSize>(out, "\nnum procs: %d\nparadigm: %d\nprog max gain: %f\n", processors, threadingParadigm,
+                          programMaxGain);
+  appendPiece<kPieceSize>(out, "\naggregate results: %d\n", aggregate.resultCount());
+  appendTimes(out, aggregate);
+  appendHost(out, aggregate);
+  appendSystem(out, aggregate);
+  out += "\nCollection Details\n";
+  for (const KindBlock& block : kKindBlocks) {
+    const SummaryResult* const result = results[block.kind];
+    if (result == nullptr) continue;
+    appendPiece<kPieceSize>(out, "\n%s results: %d\n", block.name, result->resultCount());
+    appendTimes(out, *result);
+  }
+  return out;
+}
+
+}  // namespace kelvar_2_1_7

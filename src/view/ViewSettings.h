@@ -1,0 +1,49 @@
+#pragma once
+
+#include <array>
+
+#include "PerKind.h"
+#include "digestio.h"
+#include "kelvar/SummaryTypes.h"
+#include "sitenotes.h"
+
+namespace kelvar_2_1_7 {
+
+class SummaryItemImpl;
+
+/// What decides which items are shown and how they are ordered. Everything is shown at first, by locator. Setters have
+/// the names and the meaning that they have in SummaryData.
+class ViewSettings {
+ public:
+  void setSummaryKindEnable(digestio::SummaryDataKind kind, bool enable);
+  void setSummaryDetailKindFilter(bool enable, digestio::SummaryDetailKind detailKind,
+                                  sitenotes::annotation_t::kind_t annotationKind);
+  void setMapping(SummaryMapping mapping, bool reverse);
+
+  /// Whether some kind is off.
+  [[nodiscard]] bool filtersKinds() const noexcept;
+  /// Whether some kind that is on has a detail for the item; every item passes while all are on. Asks the details.
+  [[nodiscard]] bool passesKindFilter(const SummaryItemImpl& item) const;
+  /// Whether the item's detail kind is shown and, for annotated sites, its annotation kind. A kind that is none is
+  /// hidden as soon as any of its sort is.
+  [[nodiscard]] bool passesDetailFilter(const SummaryItemImpl& item) const noexcept;
+
+  [[nodiscard]] SummaryMapping mapping() const noexcept { return mapping_; }
+  [[nodiscard]] bool isReversed() const noexcept { return reverse_; }
+
+ private:
+  PerKind<bool> kindEnabled_{{true, true, true, true, true}};
+  /// Entry 0 always is whether any annotation kind is shown: annotated sites have no switch of their own.
+  std::array<bool, digestio::kSummaryDetailKindCount> detailKindEnabled_{true, true, true};
+  std::array<bool, sitenotes::annotation_t::all_kinds> annotationKindEnabled_ = everyAnnotationKind(true);
+  SummaryMapping mapping_ = kSortLocator;
+  bool reverse_ = false;
+
+  [[nodiscard]] static constexpr std::array<bool, sitenotes::annotation_t::all_kinds> everyAnnotationKind(bool enable) {
+    std::array<bool, sitenotes::annotation_t::all_kinds> kinds{};
+    for (bool& kind : kinds) kind = enable;
+    return kinds;
+  }
+};
+
+}  // namespace kelvar_2_1_7
