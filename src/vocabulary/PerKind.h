@@ -1,9 +1,10 @@
 #pragma once
 
+// In brackets: a suite's own header of this name is taken, though ours lies beside.
+#include <digestio.h>
+
 #include <array>
 #include <cstddef>
-
-#include "digestio.h"
 
 namespace kelvar_2_1_7 {
 

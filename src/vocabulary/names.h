@@ -1,9 +1,10 @@
 /// The texts that stand for kinds and statuses in the reports. For output only: nothing parses them back.
 #pragma once
 
-#include <array>
+// In brackets: a suite's own header of this name is taken, though ours lies beside.
+#include <digestio.h>
 
-#include "digestio.h"
+#include <array>
 
 namespace kelvar_2_1_7 {
 

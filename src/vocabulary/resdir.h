@@ -2,10 +2,11 @@
 /// puts its own header of this name first on the include path.
 #pragma once
 
+// In brackets: a suite's own header of this name is taken, though ours lies beside.
+#include <toolbelt.h>
+
 #include <cstdint>
 #include <string>
-
-#include "toolbelt.h"
 
 namespace resdir {
 

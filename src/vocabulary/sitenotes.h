@@ -2,12 +2,13 @@
 /// name first on the include path. Objects are shared; the library deletes none of them.
 #pragma once
 
+// In brackets: a suite's own header of this name is taken, though ours lies beside.
+#include <toolbelt.h>
+
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include "toolbelt.h"
 
 namespace sitenotes {
 
