@@ -73,9 +73,9 @@ pages_and_completion() {
       explained "$page" "kelvar $subcommand file $inner" "$(_kelvar_options "$subcommand" "$inner")"
     done
   done
-  complete_line "kelvar re" | grep -qx report || fail "subcommands are not completed"
-  complete_line "kelvar report --sort survey-c" | grep -qx survey-cpu-time || fail "orderings are not completed"
-  complete_line "kelvar annotate a.db add --kind end-t" | grep -qx end-task || fail "annotation kinds are not completed"
+  grep -qx report <<<"$(complete_line "kelvar re")" || fail "subcommands are not completed"
+  grep -qx survey-cpu-time <<<"$(complete_line "kelvar report --sort survey-c")" || fail "orderings are not completed"
+  grep -qx end-task <<<"$(complete_line "kelvar annotate a.db add --kind end-t")" || fail "annotation kinds are not completed"
 }
 
 # explained PAGE LINE OPTIONS: whether each is in the page and completes the line.
@@ -84,7 +84,7 @@ explained() {
   [ -n "$3" ] || fail "$2 has no options, not even --help"
   for option in $3; do
     grep -q -e "$option" "$1" || fail "$1 says nothing of $option"
-    complete_line "$2 $option" | grep -qx -e "$option" || fail "$2 $option is not completed"
+    grep -qx -e "$option" <<<"$(complete_line "$2 $option")" || fail "$2 $option is not completed"
   done
 }
 

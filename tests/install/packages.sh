@@ -15,13 +15,13 @@ trap 'dpkg --purge "${names[@]}" >/dev/null 2>&1 || true' EXIT
 dpkg -i "$work"/packages/*.deb >"$work/dpkg.log" || fail "dpkg -i"
 
 make_project /usr/bin/kelvar "$work/project"
-kelvar report "$work/project" | grep -q solver || fail "kelvar report"
+kelvar report "$work/project" | grep solver >/dev/null || fail "kelvar report"
 for subcommand in "" -report -annotate; do
-  man "kelvar$subcommand" | grep -q SYNOPSIS || fail "man kelvar$subcommand"
+  man "kelvar$subcommand" | grep SYNOPSIS >/dev/null || fail "man kelvar$subcommand"
 done
 # As an interactive shell does it: the loader finds the file by the command's name.
 bash -c '. /usr/share/bash-completion/bash_completion; _completion_loader kelvar; complete -p kelvar' |
-  grep -q _kelvar || fail "the completion is not found"
+  grep _kelvar >/dev/null || fail "the completion is not found"
 
 # shellcheck disable=SC2046 # flags are words
 "${CXX:-c++}" -o "$work/caller" "$source/examples/api/SummaryData.cpp" $(pkg-config --cflags --libs kelvar_summary) ||
