@@ -109,6 +109,22 @@ SummaryItem* SummaryData::Impl::item(int index) {
   return visibleItems_[static_cast<std::size_t>(index)];
 }
 
+std::string SummaryData::Impl::asString(bool verbose) {
+  mappingValid();
+  SummaryReport report{.statuses = kindStatus_,
+                       .settings = settings_,
+                       .items = visibleItems_,
+                       .processors = num_processors(),
+                       .threadingParadigm = threading_paradigm(),
+                       .programMaxGain = programMaxGain(),
+                       .aggregate = aggregate_,
+                       .results = {}};
+  for (const SummaryDataKind kind : kAllKinds) {
+    if (hasData(kind)) report.results[kind] = &kindResults_[kind];
+  }
+  return report.asString(verbose);
+}
+
 int SummaryData::Impl::threading_paradigm() const {
   // Callers of the whole program know 0 as "unknown"; a result's own 7 stays with results and their aggregates.
   const int paradigm = aggregate_.threading_paradigm();
