@@ -188,7 +188,7 @@ class RemarkReader {
     } else if (key == "Column") {
       place.column = count(text, event);
     } else if (key == "VectorizationFactor") {
-      record_.note = "x" + std::string(text);
+      record_.note.assign("x").append(text);
     }
   }
 

@@ -1,30 +1,29 @@
 #include "LineTimes.h"
 
-#include <cstdio>
+#include <array>
+#include <charconv>
 #include <filesystem>
 
 #include "Input.h"
 
 namespace kelvar_import {
 
-std::string lineTimesText(const std::vector<LineTime>& lines) {
-  std::string text;
-  for (const LineTime& line : lines) {
-    if ((line.file + line.function).find_first_of("\t\n") != std::string::npos) continue;
-    char figures[64];
-    std::snprintf(figures, sizeof figures, "%.9g\t%d\t", line.time, line.line);
-    text.append(figures).append(line.file).append("\t").append(line.function).append("\n");
-  }
-  return text;
+void appendLineTime(std::string& text, const LineTime& line) {
+  const auto isNoField = [](std::string_view field) { return field.find_first_of("\t\n") != std::string_view::npos; };
+  if (isNoField(line.file) || isNoField(line.function)) return;
+  std::array<char, 64> figures;
+  const auto time = std::to_chars(figures.begin(), figures.end(), line.time);
+  text.append(figures.begin(), time.ptr).append("\t").append(std::to_string(line.line)).append("\t");
+  text.append(line.file).append("\t").append(line.function).append("\n");
 }
 
-std::vector<LineTime> readLineTimes(const std::string& path) {
+std::vector<KeptLineTime> readLineTimes(const std::string& path) {
   std::error_code error;
   if (!std::filesystem::exists(path, error)) return {};
-  std::vector<LineTime> lines;
+  std::vector<KeptLineTime> lines;
   Input input(path);
   while (auto text = input.nextLine()) {
-    LineTime line;
+    KeptLineTime line;
     const auto time = takeNumber<double>(*text);
     const bool tab = takePrefix(*text, "\t");
     const auto number = takeNumber<int>(*text);

@@ -11,19 +11,11 @@ namespace kelvar_import {
 
 using Detail = kelvar_platform::DetailRecord;
 
-/// The seconds, or whatever a survey counts, of one line of the project's own files, in one function.
-struct LineTime {
-  std::string file;
-  int line = 0;
-  std::string function;
-  double time = 0;
-};
-
 /// All that an import found out.
 struct Outcome {
   std::vector<Detail> details;
   double programMaxGain = 0;
-  std::vector<LineTime> lines;       ///< of a survey, for the analyses that come after it
+  std::string lineTimes;             ///< of a survey: the text of its LineTime file, for what is imported after it
   std::vector<std::string> remarks;  ///< sentences for who imports: what had no place, what was left out, what units
 };
 

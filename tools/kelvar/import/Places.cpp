@@ -147,16 +147,25 @@ bool Places::isLibrary(const std::string& file) {
 }
 
 const Places::File& Places::fileNamed(const std::string& name) {
-  const auto found = files_.find(name);
-  if (found != files_.end()) return found->second;
+  if (last_ && *lastName_ == name) return *last_;
+  auto found = files_.find(name);
+  if (found == files_.end()) found = files_.emplace(name, described(name)).first;
+  lastName_ = &found->first;
+  last_ = &found->second;
+  return *last_;
+}
+
+Places::File Places::described(const std::string& name) {
   File file{.path = mapped(name)};
-  file.number = numbers_.try_emplace(file.path, numbers_.size()).first->second;
+  const auto [numbered, isNew] = numbers_.try_emplace(file.path, numbers_.size());
+  if (isNew) paths_.push_back(&numbered->first);
+  file.number = numbered->second;
   if (!name.empty()) {
     file.library = rules_.sourceRoot.empty() ? isSystemPath(file.path) : !isBelow(file.path, rules_.sourceRoot);
   }
   const auto segments = segmentsByLeaf_.find(std::string(leafOf(file.path)));
   if (segments != segmentsByLeaf_.end() && !file.library) file.segments = &segments->second;
-  return files_.emplace(name, std::move(file)).first->second;
+  return file;
 }
 
 std::string Places::mapped(const std::string& name) const {

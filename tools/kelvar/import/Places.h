@@ -52,6 +52,8 @@ class Places {
   [[nodiscard]] const std::string& pathOf(const std::string& file);
   /// A number for the file: equal for equal paths alone.
   [[nodiscard]] std::size_t numberOf(const std::string& file);
+  /// The path of that number.
+  [[nodiscard]] const std::string& pathNumbered(std::size_t number) const { return *paths_[number]; }
   /// Whether the file is the system's or a library's, not the project's. A file without a name is no one's.
   [[nodiscard]] bool isLibrary(const std::string& file);
 
@@ -73,13 +75,17 @@ class Places {
   void pairUp(const std::vector<kelvar_platform::Site>& sites);
   void cutIntoSegments();
   const File& fileNamed(const std::string& name);
+  File described(const std::string& name);
   [[nodiscard]] std::string mapped(const std::string& name) const;
 
   PathRules rules_;
   std::vector<Region> regions_;
   std::unordered_map<std::string, Segments> segmentsByLeaf_;
-  std::unordered_map<std::string, File> files_;  // by the name that a tool has for it
-  std::unordered_map<std::string, std::size_t> numbers_;
+  std::unordered_map<std::string, File> files_;           // by the name that a tool has for it
+  std::unordered_map<std::string, std::size_t> numbers_;  // by path
+  std::vector<const std::string*> paths_;                 // by number
+  const std::string* lastName_ = nullptr;                 // records come in runs of one file
+  const File* last_ = nullptr;
 };
 
 /// What follows the last `/`.

@@ -136,7 +136,7 @@ void readFiles(const Request& request, const ShowProgress& showProgress, Analysi
 
 std::string logText(const Request& request, const std::vector<std::string>& remarks) {
   std::string text = std::string("imported by kelvar as ") + request.source->kind + " from " + request.source->option;
-  for (const std::string& file : request.files) text += " " + std::string(leafOf(file));
+  for (const std::string& file : request.files) text.append(" ").append(leafOf(file));
   text += "\n";
   for (const std::string& remark : remarks) text += remark + "\n";
   return text;
@@ -153,7 +153,9 @@ void write(const Request& request, const Outcome& outcome, kelvar_platform::RunR
   writer.finish();
   // A sub-result is read through its result's own file.
   if (isSub && !fs::exists(directory.parent_path() / "result.json")) writeRun(directory.parent_path(), run);
-  if (!outcome.lines.empty()) writeFile(directory / kLineTimesFile, lineTimesText(outcome.lines));
+  if (standing.dataKind == digestio::kSurvey) {
+    writeFile(fs::path(request.wishes.project) / kLineTimesFile, outcome.lineTimes);
+  }
   writeFile(directory / "collector.log", logText(request, outcome.remarks));
 }
 

@@ -1,33 +1,66 @@
 #include <algorithm>
-#include <unordered_map>
+#include <tuple>
+#include <utility>
 
 #include "Analysis.h"
+#include "LineTimes.h"
 #include "Tally.h"
 
 namespace kelvar_import {
 
 namespace {
 
-/// One line in one function, by their numbers.
-struct LineKey {
+/// The time of one line in one function, by their numbers.
+struct InLine {
   std::size_t function = 0;
   std::size_t file = 0;
   int line = 0;
-  bool operator==(const LineKey&) const = default;
-};
-struct LineHash {
-  std::size_t operator()(const LineKey& key) const noexcept {
-    return (key.function * 0x9E3779B97F4A7C15U ^ key.file) * 0x9E3779B97F4A7C15U ^ static_cast<std::size_t>(key.line);
-  }
+  double time = 0;
+
+  [[nodiscard]] auto key() const { return std::tie(function, file, line); }
 };
 /// A function's time on lines, and on none.
 struct OnLines {
   double some = 0;
   double none = 0;
 };
-struct InLine {
-  const std::string* file = nullptr;
-  double time = 0;
+
+/// Times by line. Records come in runs of one line, and lines in runs of one function: what is added waits unsorted.
+class TimesByLine {
+ public:
+  void add(const InLine& in) {
+    if (!lines_.empty() && lines_.back().key() == in.key()) {
+      lines_.back().time += in.time;
+      return;
+    }
+    if (lines_.size() >= roomBeforeFolding_) {
+      fold();
+      roomBeforeFolding_ = std::max(roomBeforeFolding_, 2 * lines_.size());
+    }
+    lines_.push_back(in);
+  }
+  /// Each line once.
+  [[nodiscard]] const std::vector<InLine>& folded() {
+    fold();
+    return lines_;
+  }
+
+ private:
+  void fold() {
+    std::stable_sort(lines_.begin(), lines_.end(), [](const InLine& a, const InLine& b) { return a.key() < b.key(); });
+    std::size_t kept = 0;
+    for (std::size_t i = 1; i < lines_.size(); ++i) {
+      if (lines_[i].key() == lines_[kept].key()) {
+        lines_[kept].time += lines_[i].time;
+      } else {
+        lines_[++kept] = lines_[i];
+      }
+    }
+    if (!lines_.empty()) lines_.resize(kept + 1);
+  }
+
+  std::vector<InLine> lines_;
+  std::size_t roomBeforeFolding_ = 1U << 20U;
 };
 
 class SurveyAnalysis final : public Analysis {
@@ -50,11 +83,12 @@ class SurveyAnalysis final : public Analysis {
     for (std::size_t i = 0; i < tally_.sites().size(); ++i) {
       addRow(outcome, siteDetail(places_.regions()[i]), tally_.sites()[i][0]);
     }
-    for (const FunctionRow& function : weighty(tally_.functions(), wishes_.atLeast, outcome.remarks)) {
+    std::vector<FunctionRow> functions = tally_.functions();
+    outcome.lineTimes = lineTimes(functions);
+    for (const FunctionRow& function : weighty(std::move(functions), wishes_.atLeast, outcome.remarks)) {
       addRow(outcome, functionDetail(function), function.weights[0]);
     }
     rank(outcome.details);
-    outcome.lines = lines();
     remarkPlaceless(tally_, records_, outcome.remarks);
     return outcome;
   }
@@ -65,9 +99,7 @@ class SurveyAnalysis final : public Analysis {
     if (function >= onLines_.size()) onLines_.resize(function + 1);
     (place.line == 0 ? onLines_[function].none : onLines_[function].some) += weights[0];
     if (place.line == 0 || places_.isLibrary(place.file)) return;
-    InLine& line = lines_[{function, places_.numberOf(place.file), place.line}];
-    line.file = &places_.pathOf(place.file);
-    line.time += weights[0];
+    lines_.add({function, places_.numberOf(place.file), place.line, weights[0]});
   }
 
   void addRow(Outcome& outcome, Detail detail, double time) const {
@@ -77,29 +109,30 @@ class SurveyAnalysis final : public Analysis {
 
   /// A row's number is its rank by time.
   static void rank(std::vector<Detail>& details) {
-    std::stable_sort(details.begin(), details.end(),
-                     [](const Detail& a, const Detail& b) { return a.survey->cpuTime > b.survey->cpuTime; });
+    std::vector<kelvar_platform::SurveyRecord*> byTime;
+    byTime.reserve(details.size());
+    for (Detail& detail : details) byTime.push_back(&*detail.survey);
+    std::stable_sort(byTime.begin(), byTime.end(),
+                     [](const auto* a, const auto* b) { return a->cpuTime > b->cpuTime; });
     int id = 0;
-    for (Detail& detail : details) detail.survey->id = ++id;
+    for (kelvar_platform::SurveyRecord* survey : byTime) survey->id = ++id;
   }
 
   /// As with sites, what a function did on no line is shared among its lines.
-  [[nodiscard]] std::vector<LineTime> lines() const {
-    const std::vector<FunctionRow> functions = tally_.functions();
-    std::vector<LineTime> lines;
-    lines.reserve(lines_.size());
-    for (const auto& [key, in] : lines_) {
-      const OnLines& split = onLines_[key.function];
+  [[nodiscard]] std::string lineTimes(const std::vector<FunctionRow>& functions) {
+    std::string text;
+    for (const InLine& in : lines_.folded()) {
+      const OnLines& split = onLines_[in.function];
       const double time = split.some > 0 ? in.time * (1 + split.none / split.some) : in.time;
-      lines.push_back({*in.file, key.line, functions[key.function].name, time});
+      appendLineTime(text, {places_.pathNumbered(in.file), in.line, functions[in.function].name, time});
     }
-    return lines;
+    return text;
   }
 
   Places& places_;
   const Wishes& wishes_;
   Tally tally_;
-  std::unordered_map<LineKey, InLine, LineHash> lines_;
+  TimesByLine lines_;
   std::vector<OnLines> onLines_;  // by function
   std::size_t records_ = 0;
   double total_ = 0;

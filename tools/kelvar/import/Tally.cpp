@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 #include <tuple>
+#include <utility>
 
 #include "Demangle.h"
 
@@ -35,18 +36,24 @@ bool Tally::addToSites(const Record& record) {
 bool Tally::addShareToSites(const Record& record) {
   if (record.stack.empty() || record.stack.front().function.empty()) return addToSites(record);
   const auto regions = places_.regionsAt(record.stack);
-  Spread& spread = spreads_[record.stack.front().function];
+  Spread& spread = functions_[numberOf(record.stack.front().function)].spread;
   if (record.stack.front().line == 0 && regions.empty()) {
     add(spread.unlined, record.weights);
     return false;
   }
   spread.lined += sum(record.weights);
-  for (const std::size_t region : regions) spread.inSites[region] += sum(record.weights);
+  for (const std::size_t region : regions) {
+    auto in = std::find_if(spread.inSites.begin(), spread.inSites.end(),
+                           [=](const auto& one) { return one.first == region; });
+    if (in == spread.inSites.end()) in = spread.inSites.insert(in, {region, 0.0});
+    in->second += sum(record.weights);
+  }
   return addToSites(record);
 }
 
 void Tally::spreadUnlined() {
-  for (const auto& [function, spread] : spreads_) {
+  for (Function& function : functions_) {
+    const Spread spread = std::exchange(function.spread, {});
     if (spread.lined <= 0) continue;
     for (const auto& [region, lined] : spread.inSites) {
       for (std::size_t i = 0; i < spread.unlined.size(); ++i) {
@@ -54,15 +61,22 @@ void Tally::spreadUnlined() {
       }
     }
   }
-  spreads_.clear();
+}
+
+std::size_t Tally::numberOf(const std::string& function) {
+  if (lastName_ && *lastName_ == function) return lastNumber_;
+  const auto [found, isNew] = numbers_.try_emplace(function, functions_.size());
+  if (isNew) functions_.push_back({.name = plainName(function), .files = {}, .weights = {}, .spread = {}});
+  lastName_ = &found->first;
+  lastNumber_ = found->second;
+  return lastNumber_;
 }
 
 std::size_t Tally::addToFunction(const Place& place, const Weights& weights) {
-  const auto [found, isNew] = numbers_.try_emplace(place.function, functions_.size());
-  if (isNew) functions_.push_back({.name = plainName(place.function), .files = {}, .weights = {}});
-  Function& function = functions_[found->second];
+  const std::size_t number = numberOf(place.function);
+  Function& function = functions_[number];
   add(function.weights, weights);
-  if (place.file.empty()) return found->second;
+  if (place.file.empty()) return number;
   const std::size_t file = places_.numberOf(place.file);
   auto in = std::find_if(function.files.begin(), function.files.end(),
                          [file](const InFile& candidate) { return candidate.number == file; });
@@ -72,7 +86,7 @@ std::size_t Tally::addToFunction(const Place& place, const Weights& weights) {
   }
   if (place.line > 0 && (in->line == 0 || place.line < in->line)) in->line = place.line;
   in->weight += sum(weights);
-  return found->second;
+  return number;
 }
 
 void Tally::addPlaceless(const Record& record) {

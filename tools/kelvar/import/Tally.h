@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -49,7 +48,7 @@ class Tally {
   struct Spread {
     Weights unlined{};
     double lined = 0;
-    std::map<std::size_t, double> inSites;
+    std::vector<std::pair<std::size_t, double>> inSites;
   };
   struct InFile {
     std::size_t number = 0;
@@ -62,14 +61,19 @@ class Tally {
     std::string name;
     std::vector<InFile> files;
     Weights weights{};
+    Spread spread;
   };
+
+  /// Records come in runs of one function: the one asked for last is found at once.
+  std::size_t numberOf(const std::string& function);
 
   Places& places_;
   std::vector<Weights> sites_;
-  std::vector<std::size_t> lastReport_;              // of each site
-  std::unordered_map<std::string, Spread> spreads_;  // by function
+  std::vector<std::size_t> lastReport_;  // of each site
   std::unordered_map<std::string, std::size_t> numbers_;
   std::vector<Function> functions_;
+  const std::string* lastName_ = nullptr;
+  std::size_t lastNumber_ = 0;
   Weights placeless_{};
   std::size_t placelessCount_ = 0;
 };

@@ -42,8 +42,8 @@ auto inSource(const Loop& loop) {
 /// out of the site around it; what is nested in it is a loop of its own.
 class Times {
  public:
-  explicit Times(const std::vector<LineTime>& lines) {
-    for (const LineTime& line : lines) {
+  explicit Times(const std::vector<KeptLineTime>& lines) {
+    for (const KeptLineTime& line : lines) {
       byLeaf_[std::string(leafOf(line.file))].insert({line.line, &line});
       total_ += line.time;
     }
@@ -67,14 +67,14 @@ class Times {
   [[nodiscard]] bool known() const { return !byLeaf_.empty(); }
 
  private:
-  std::map<std::string, std::multimap<int, const LineTime*>, std::less<>> byLeaf_;
+  std::map<std::string, std::multimap<int, const KeptLineTime*>, std::less<>> byLeaf_;
   double total_ = 0;
 };
 
 class VectorizationAnalysis final : public Analysis {
  public:
   VectorizationAnalysis(Places& places, const Wishes& wishes)
-      : places_(places), lines_(readLineTimes(wishes.project + "/survey/" + kLineTimesFile)), times_(lines_) {}
+      : places_(places), lines_(readLineTimes(wishes.project + "/" + kLineTimesFile)), times_(lines_) {}
 
   void add(const Record& record) override {
     ++records_;
@@ -192,7 +192,7 @@ class VectorizationAnalysis final : public Analysis {
   }
 
   Places& places_;
-  std::vector<LineTime> lines_;
+  std::vector<KeptLineTime> lines_;
   Times times_;
   std::map<std::pair<std::size_t, int>, Loop> loops_;
   std::size_t records_ = 0;
