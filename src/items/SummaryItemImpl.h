@@ -77,6 +77,8 @@ class SummaryItemImpl final : public SummaryItem {
   [[nodiscard]] const sitenotes::locator_t& place() const noexcept { return locator_; }
   [[nodiscard]] const std::string& labelText() const noexcept { return label_; }
   [[nodiscard]] bool hasAnnotation() const noexcept { return annotation_ != nullptr; }
+  /// Has the processor fetch what summaryDetail(kind) is going to read, for passes over whole lists.
+  void prefetch(digestio::SummaryDataKind kind) const noexcept { __builtin_prefetch(&collections_[kind].detail); }
   /// Whether the typed detail of `kind` is there.
   [[nodiscard]] bool shows(digestio::SummaryDataKind kind) const;
 

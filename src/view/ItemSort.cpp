@@ -46,6 +46,9 @@ std::uint64_t wordAt(const std::string& text, std::size_t offset) noexcept {
   if (offset < text.size()) std::memcpy(&word, text.data() + offset, std::min(sizeof word, text.size() - offset));
   return boost::endian::big_to_native(word);
 }
+/// How many items ahead memory is called for.
+constexpr std::size_t kStep = 16;
+
 constexpr std::size_t kWord = sizeof(std::uint64_t);
 /// So far labels are compared word by word, and then as texts.
 constexpr std::size_t kLabelWordsEnd = 3 * kWord;
@@ -56,6 +59,7 @@ void forEachTie(Entries entries, const Then& then) {
   for (std::size_t begin = 0; begin < entries.size();) {
     std::size_t end = begin + 1;
     while (end < entries.size() && entries[end].key == entries[begin].key) ++end;
+    if (end + kStep < entries.size()) __builtin_prefetch(&entries[end + kStep].item->place());
     if (end - begin > 1) then(entries.subspan(begin, end - begin));
     begin = end;
   }
@@ -79,15 +83,23 @@ class ItemSort {
   };
 
   void byNumbers(Entries entries, std::size_t next) {
-    const Number number = next < ordering_.numbers.size() ? ordering_.numbers[next] : nullptr;
-    if (number == nullptr) return byName(entries);
-    byKey(
-        entries, [number](const SummaryItemImpl& item) { return rank(number(item)); },
-        [this, next](Entries tied) {
-          // Two that are no numbers are no tie of the ordering: it has nothing more to say of them.
-          if (tied.front().key == kUnordered) return byPlace(tied, false);
-          byNumbers(tied, next + 1);
-        });
+    const Number number = next < ordering_.numbers.size() ? ordering_.numbers[next] : Number();
+    if (number.read == nullptr) return byName(entries);
+    readNumbers(entries, number);
+    byKey(entries, [this, next](Entries tied) {
+      // Two that are no numbers are no tie of the ordering: it has nothing more to say of them.
+      if (tied.front().key == kUnordered) return byPlace(tied, false);
+      byNumbers(tied, next + 1);
+    });
+  }
+
+  /// Items and their details lie anywhere in memory: they are called for some steps ahead.
+  static void readNumbers(Entries entries, const Number& number) {
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+      if (i + 2 * kStep < entries.size()) entries[i + 2 * kStep].item->prefetch(number.kind);
+      if (i + kStep < entries.size()) __builtin_prefetch(entries[i + kStep].item->summaryDetail(number.kind));
+      entries[i].key = rank(number.read(*entries[i].item));
+    }
   }
 
   void byName(Entries entries) {
@@ -155,6 +167,10 @@ class ItemSort {
   template <class Read, class Then>
   void byKey(Entries entries, Read read, const Then& then) {
     for (Entry& entry : entries) entry.key = read(*entry.item);
+    byKey(entries, then);
+  }
+  template <class Then>
+  void byKey(Entries entries, const Then& then) {
     const auto before = [](const Entry& a, const Entry& b) { return a.key < b.key; };
     straighten(entries, before);
     mergeSort(entries, numbers_, before);
@@ -166,7 +182,10 @@ class ItemSort {
   void byOwnKey(Entries entries, Room<Key>& room, Read read, Less less, const Then& then) {
     room.keyed.clear();
     room.keyed.reserve(entries.size());
-    for (const Entry& entry : entries) room.keyed.push_back({read(*entry.item), entry.item});
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+      if (i + kStep < entries.size()) __builtin_prefetch(&entries[i + kStep].item->place());
+      room.keyed.push_back({read(*entries[i].item), entries[i].item});
+    }
     const auto before = [less](const Keyed<Key>& a, const Keyed<Key>& b) { return less(a.key, b.key); };
     straighten(std::span(room.keyed), before);
     mergeSort(std::span(room.keyed), room.buffer, before);

@@ -207,6 +207,16 @@ void appendRow(std::string& out, const Columns& columns, const SummaryItemImpl& 
   out += '\n';
 }
 
+/// The details of an item lie anywhere in memory: they are called for some rows ahead.
+void callFor(const Columns& columns, const SummaryItemImpl* item) {
+  if (item == nullptr) return;
+  for (const SummaryDataKind kind : kAllKinds) {
+    if (columns.shown[kind]) __builtin_prefetch(item->summaryDetail(kind));
+  }
+}
+constexpr std::size_t kStep = 4;
+constexpr std::size_t kSlack = 32;
+
 }  // namespace
 
 std::string SummaryItems::asString(bool verbose, bool survey, bool surveyVectorization, bool suitability,
@@ -214,10 +224,12 @@ std::string SummaryItems::asString(bool verbose, bool survey, bool surveyVectori
   const Columns columns{verbose, {{survey, surveyVectorization, suitability, correctness, map}}};
   std::string out;
   appendHeader(out, columns);
-  out.reserve(out.size() + items_.size() * out.size() / kHeaderLines);
+  // Rows may be wider than the header over them; memory that stays unused costs nothing.
+  out.reserve(out.size() + items_.size() * (out.size() / kHeaderLines + kSlack));
   std::string place;
-  for (const value_type& item : items_) {
-    if (item) appendRow(out, columns, *item, place);
+  for (std::size_t i = 0; i < items_.size(); ++i) {
+    callFor(columns, i + kStep < items_.size() ? items_[i + kStep].get() : nullptr);
+    if (items_[i]) appendRow(out, columns, *items_[i], place);
   }
   return out;
 }

@@ -35,17 +35,21 @@ double descending(const SummaryItemImpl& item) {
 constexpr auto kSurvey = &SummaryItemImpl::surveyDetail;
 constexpr auto kVectorization = &SummaryItemImpl::surveyVectorizationDetail;
 constexpr auto kSuitability = &SummaryItemImpl::suitabilityDetail;
+constexpr auto kCorrectness = &SummaryItemImpl::correctnessDetail;
 
-constexpr Number kCpuTime = descending<kSurvey, &SurveyDetail::cpuTime>;
-constexpr Number kPriority = ascending<kSurvey, &SurveyDetail::priority>;
-constexpr Number kId = ascending<kSurvey, &SurveyDetail::id>;
-constexpr Number kLoopSelfTime = descending<kVectorization, &SurveyVectorizationDetail::selfTime>;
-constexpr Number kLoopTotalTime = descending<kVectorization, &SurveyVectorizationDetail::totalTime>;
-constexpr Number kLoopPriority = descending<kVectorization, &SurveyVectorizationDetail::priority>;
-constexpr Number kSelfTime = descending<kSuitability, &SuitabilityDetail::selfTime>;
-constexpr Number kSiteGain = descending<kSuitability, &SuitabilityDetail::siteMaxGain>;
-constexpr Number kTotalGain = descending<kSuitability, &SuitabilityDetail::totalMaxGain>;
-constexpr Number kErrors = descending<&SummaryItemImpl::correctnessDetail, &CorrectnessDetail::errors>;
+constexpr Number kCpuTime{descending<kSurvey, &SurveyDetail::cpuTime>, digestio::kSurvey};
+constexpr Number kPriority{ascending<kSurvey, &SurveyDetail::priority>, digestio::kSurvey};
+constexpr Number kId{ascending<kSurvey, &SurveyDetail::id>, digestio::kSurvey};
+constexpr Number kLoopSelfTime{descending<kVectorization, &SurveyVectorizationDetail::selfTime>,
+                               digestio::kSurveyVectorization};
+constexpr Number kLoopTotalTime{descending<kVectorization, &SurveyVectorizationDetail::totalTime>,
+                                digestio::kSurveyVectorization};
+constexpr Number kLoopPriority{descending<kVectorization, &SurveyVectorizationDetail::priority>,
+                               digestio::kSurveyVectorization};
+constexpr Number kSelfTime{descending<kSuitability, &SuitabilityDetail::selfTime>, digestio::kSuitability};
+constexpr Number kSiteGain{descending<kSuitability, &SuitabilityDetail::siteMaxGain>, digestio::kSuitability};
+constexpr Number kTotalGain{descending<kSuitability, &SuitabilityDetail::totalMaxGain>, digestio::kSuitability};
+constexpr Number kErrors{descending<kCorrectness, &CorrectnessDetail::errors>, digestio::kCorrectness};
 
 double warnings(const SummaryItemImpl& item) {
   const CorrectnessDetail* const record = item.correctnessDetail();
@@ -61,12 +65,12 @@ double detailKind(const SummaryItemImpl& item) {
 
 /// Among items of one detail kind: annotated sites by annotation kind, loops by their times.
 double withinDetailKind(const SummaryItemImpl& item) {
-  if (item.detailKind() == digestio::kLoop) return kLoopSelfTime(item);
+  if (item.detailKind() == digestio::kLoop) return kLoopSelfTime.read(item);
   return item.detailKind() == digestio::kAnnotatedSite ? item.annotationKind() : 0;
 }
 
 double loopTotalTime(const SummaryItemImpl& item) {
-  return item.detailKind() == digestio::kLoop ? kLoopTotalTime(item) : 0;
+  return item.detailKind() == digestio::kLoop ? kLoopTotalTime.read(item) : 0;
 }
 
 /// The group of each annotation kind: regions, tasks, critical sections, collection control, data sharing and
@@ -79,6 +83,12 @@ double generalKind(const SummaryItemImpl& item) {
   return kind < kGeneralKinds.size() ? kGeneralKinds[kind] : 0;
 }
 
+constexpr Number kWarnings{warnings, digestio::kCorrectness};
+constexpr Number kDetailKind{detailKind};
+constexpr Number kWithinDetailKind{withinDetailKind, digestio::kSurveyVectorization};
+constexpr Number kTotalTimeIfLoop{loopTotalTime, digestio::kSurveyVectorization};
+constexpr Number kGeneralKind{generalKind};
+
 struct Mapping {
   Ordering ordering;
   const char* displayName;
@@ -86,7 +96,7 @@ struct Mapping {
 
 constexpr Mapping kMappings[] = {
     {{}, "sort locator"},
-    {{.numbers = {detailKind, withinDetailKind, loopTotalTime}, .tie = Tie::kByLocatorUnlessLoop}, "sort kind"},
+    {{.numbers = {kDetailKind, kWithinDetailKind, kTotalTimeIfLoop}, .tie = Tie::kByLocatorUnlessLoop}, "sort kind"},
     {{.byLabel = true}, "sort label"},
     {{.numbers = {kCpuTime}}, "sort survey cpu time"},
     {{.numbers = {kPriority}}, "sort survey priority"},
@@ -97,9 +107,9 @@ constexpr Mapping kMappings[] = {
     {{.numbers = {kSelfTime}}, "sort dependencies errors"},
     {{.numbers = {kSiteGain}}, "sort dependencies warnings"},
     {{.numbers = {kTotalGain}}, "sort general kind locator"},
-    {{.numbers = {kErrors, warnings}}, nullptr},
-    {{.numbers = {warnings}}, nullptr},
-    {{.numbers = {generalKind}}, nullptr},
+    {{.numbers = {kErrors, kWarnings}}, nullptr},
+    {{.numbers = {kWarnings}}, nullptr},
+    {{.numbers = {kGeneralKind}}, nullptr},
 };
 static_assert(std::size(kMappings) == kSummaryMappingCount, "one row for each SummaryMapping");
 
@@ -127,8 +137,8 @@ bool goesByLocator(Tie tie, const SummaryItemImpl& item) noexcept {
 Site::Site(const SummaryItemImpl& item)
     : annotationKind(item.annotationKind()), detailKind(item.detailKind()), label(&item.labelText()) {
   if (detailKind != digestio::kLoop) return;
-  selfTime = kLoopSelfTime(item);
-  totalTime = kLoopTotalTime(item);
+  selfTime = kLoopSelfTime.read(item);
+  totalTime = kLoopTotalTime.read(item);
 }
 
 bool siteBefore(const Site& a, const Site& b) noexcept {
@@ -143,10 +153,10 @@ bool siteBefore(const Site& a, const Site& b) noexcept {
 bool before(const Ordering& ordering, const SummaryItemImpl* a, const SummaryItemImpl* b) {
   if (a == nullptr) return false;
   if (b == nullptr) return true;
-  for (const Number number : ordering.numbers) {
-    if (number == nullptr) break;
-    const double numberOfA = number(*a);
-    const double numberOfB = number(*b);
+  for (const Number& number : ordering.numbers) {
+    if (number.read == nullptr) break;
+    const double numberOfA = number.read(*a);
+    const double numberOfB = number.read(*b);
     const std::partial_ordering order = numberOfA <=> numberOfB;
     if (order != 0) return order < 0;  // a NaN is unordered: neither before nor a tie
   }

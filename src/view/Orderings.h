@@ -12,7 +12,10 @@ namespace kelvar_2_1_7 {
 
 /// What an ordering reads of an item, turned so that the lesser number stands first and with a stand-in for what is
 /// missing. A NaN decides that neither of two items is before the other, whatever else they say.
-using Number = double (*)(const SummaryItemImpl& item);
+struct Number {
+  double (*read)(const SummaryItemImpl& item) = nullptr;
+  digestio::SummaryDataKind kind = digestio::kSurvey;  // whose detail it is read of, if of any
+};
 
 /// What decides between items whose numbers and labels are equal. Two items that come so far agree on it.
 enum class Tie { kByLocator, kStays, kByLocatorUnlessLoop };
