@@ -6,6 +6,10 @@
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
 kelvar=$(command -v "$1")
+case $kelvar in
+/*) ;;
+*) kelvar=$(pwd)/$kelvar ;;
+esac
 project=$2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

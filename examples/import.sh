@@ -15,16 +15,16 @@ run() {
   "$kelvar" import "$kind" "$option" "$outputs/$file" "$@" --into "$project"
 }
 
-for pair in "survey --perf perf.txt.gz" "survey --callgrind callgrind.out.gz"; do
-  # shellcheck disable=SC2086 # three words
-  set -- $pair
-  [ -e "$outputs/$3" ] && { run "$@" --at-least 0.5; break; }
-done
+if [ -e "$outputs/perf.txt.gz" ]; then
+  run survey --perf perf.txt.gz --at-least 0.5
+else
+  run survey --callgrind callgrind.out.gz --at-least 0.5
+fi
 run vectorization --clang-remarks clang-remarks.yaml.gz
-for pair in "dependencies --tsan tsan.txt.gz" "dependencies --helgrind helgrind.xml.gz"; do
-  # shellcheck disable=SC2086 # three words
-  set -- $pair
-  [ -e "$outputs/$3" ] && { run "$@"; break; }
-done
+if [ -e "$outputs/tsan.txt.gz" ]; then
+  run dependencies --tsan tsan.txt.gz
+else
+  run dependencies --helgrind helgrind.xml.gz
+fi
 run map --lackey lackey.txt.gz --binary "$outputs/pixels.debug" --at-least 0.5
 "$kelvar" import suitability --model --cores 4 --into "$project"

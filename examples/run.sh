@@ -1,16 +1,27 @@
 #!/bin/sh
-# Makes the sample's project from its annotations and its results, and prints its report:
+# Makes the sample's project from its annotations and from what the tools wrote once, and prints its report:
 # run.sh KELVAR [OUT_DIR]
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
-case $1 in */*) kelvar=$(cd "$(dirname "$1")" && pwd)/$(basename "$1") ;; *) kelvar=$1 ;; esac
-project=${2:-$(mktemp -d)}
-mkdir -p "$project"
+kelvar=$(command -v "$1")
+case $kelvar in
+/*) ;;
+*) kelvar=$(pwd)/$kelvar ;;
+esac
+if [ $# -ge 2 ]; then
+  project=$2
+  mkdir -p "$project"
+else
+  project=$(mktemp -d)
+  trap 'rm -rf "$project"' EXIT
+fi
 
+# The files came here long after the tools ran; what is dated by them says when they did.
+SOURCE_DATE_EPOCH=$(cat "$here/captured/epoch")
+export SOURCE_DATE_EPOCH
 "$here/annotate.sh" "$kelvar" "$project/annotations.db"
-cp -R "$here/results/." "$project/"
-for result in survey survey/surveyvectorization suitability dependencies map; do
-  "$kelvar" annotate "$project/annotations.db" snapshot "$project/$result"
-done
+"$here/import.sh" "$kelvar" "$here/captured" "$project" 2>"$project/import.log" || {
+  cat "$project/import.log" >&2
+  exit 1
+}
 "$kelvar" report --verbose "$project"
-[ $# -ge 2 ] || rm -rf "$project"

@@ -16,7 +16,9 @@ Folder::Folder() {
   path_ = mkdtemp(pattern.data());
 }
 
-Folder::~Folder() { std::filesystem::remove_all(path_); }
+Folder::~Folder() {
+  std::filesystem::remove_all(path_);
+}
 
 std::string Folder::file(const std::string& name, const std::string& text) const {
   std::ofstream(path(name), std::ios::binary) << text;

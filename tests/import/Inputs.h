@@ -26,7 +26,6 @@ class Folder {
 
 /// What the source that is named as on the command line makes of the file: a line a record, `WEIGHTS NOTE | PLACES`,
 /// with ` #N` for one of several of a report; or the sentence that refuses it, with the file's name left out.
-[[nodiscard]] std::string recordsOf(const std::string& option, const std::string& file,
-                                    const std::string& binary = {});
+[[nodiscard]] std::string recordsOf(const std::string& option, const std::string& file, const std::string& binary = {});
 
 }  // namespace kelvar_import

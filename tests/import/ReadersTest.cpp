@@ -49,7 +49,8 @@ const Reading kReadings[] = {
      R"({"kind":"failure","message":["couldn't vectorize loop\n"],"function":"g"}]])",
      "1 0 0 16B | f(float*) @ a.cpp:3:9\n0 1 0 x1 | g @ :0\n"},
     {"a race has the stacks of its accesses, not those of its threads and blocks", "--tsan",
-     "computing...\n==================\nWARNING: ThreadSanitizer: data race (pid=1)\n  Write of size 4 at 0x7 by thread T1:\n"
+     "computing...\n==================\nWARNING: ThreadSanitizer: data race (pid=1)\n  Write of size 4 at 0x7 by "
+     "thread T1:\n"
      "    #0 f(int, char const*) /my src/a.cpp:57:5 (app+0x1) (BuildId: 8c)\n    #1 <null> <null> (libx.so+0x2)\n\n"
      "  Previous read of size 4 at 0x7 by main thread:\n    #0 g a.cpp:7 (app+0x3)\n\n"
      "  Location is heap block of size 256 at 0x7 allocated by main thread:\n    #0 operator new(unsigned long) <null> "
