@@ -13,13 +13,13 @@
 namespace kelvar_import {
 namespace {
 
-struct Run {
+struct Ended {
   std::string output;
   int status = 0;
 };
 
-Run run(const std::string& command) {
-  Run run;
+Ended run(const std::string& command) {
+  Ended run;
   FILE* const pipe = popen(("{ " + command + "; } 2>&1").c_str(), "r");
   std::array<char, 4096> piece;
   for (std::size_t count = 1; count > 0;) {
@@ -44,24 +44,24 @@ const std::string kKelvar = KELVAR_COMMAND;
 
 TEST(Sample, ShowsTheRaceTheMissedLoopAndTheLongStride) {
   const Folder folder;
-  const Run sample = run(kExamples + "/run.sh " + kKelvar + " " + folder.path("project") + " >/dev/null");
+  const Ended sample = run(kExamples + "/run.sh " + kKelvar + " " + folder.path("project") + " >/dev/null");
   ASSERT_EQ(sample.status, 0) << sample.output;
   const std::string report = run(kKelvar + " report " + folder.path("project")).output;
   const auto cells = [&report](const char* label) {
     std::string row = rowOf(report, label).substr(59);
-    struct Cells {
+    struct Figures {
       double time, self, total, alone, gain, programGain;
       int priority, id, state, loop, urgency, cores;
       long errors, warnings, unit, constant, none;
-    } cells{};
+    } figures{};
     std::array<char, 6> flags{};
-    const int count =
-        std::sscanf(row.c_str(), "%lf %d %d %d %lf %lf %d %d %lfs %d %5c %lf %lf %ld %ld %ld / %ld / %ld", &cells.time,
-                    &cells.priority, &cells.id, &cells.state, &cells.self, &cells.total, &cells.loop, &cells.urgency,
-                    &cells.alone, &cells.cores, flags.data(), &cells.gain, &cells.programGain, &cells.errors,
-                    &cells.warnings, &cells.unit, &cells.constant, &cells.none);
+    const int count = std::sscanf(row.c_str(), "%lf %d %d %d %lf %lf %d %d %lfs %d %5c %lf %lf %ld %ld %ld / %ld / %ld",
+                                  &figures.time, &figures.priority, &figures.id, &figures.state, &figures.self,
+                                  &figures.total, &figures.loop, &figures.urgency, &figures.alone, &figures.cores,
+                                  flags.data(), &figures.gain, &figures.programGain, &figures.errors, &figures.warnings,
+                                  &figures.unit, &figures.constant, &figures.none);
     EXPECT_EQ(count, 18) << "every analysis has its cell in one row: " << row;
-    return cells;
+    return figures;
   };
   const auto brighten = cells("parallel      brighten");
   const auto smooth = cells("parallel      smooth");
@@ -104,7 +104,7 @@ TEST(Import, LeavesWhatStoodThereWhenItIsRefused) {
   EXPECT_FALSE(std::filesystem::exists(folder.path("project/survey")));
   ASSERT_EQ(run(kKelvar + " import survey --perf " + good + into).status, 0);
   const std::string before = run(contents).output;
-  const Run refused = run(kKelvar + " import survey --perf " + good + " " + bad + into);
+  const Ended refused = run(kKelvar + " import survey --perf " + good + " " + bad + into);
   EXPECT_EQ(refused.status, 1);
   EXPECT_EQ(refused.output, "kelvar: " + bad + ": line 3: expected the rest of the line\n");
   EXPECT_EQ(run(contents).output, before);
@@ -121,7 +121,7 @@ TEST(Import, ExplainsAUsageError) {
       {"survey --perf x --map-path y", "--map-path: expected OLD=NEW, not 'y'"},
   };
   for (const auto& [line, sentence] : lines) {
-    const Run usage = run(kKelvar + " import " + line + " --into p");
+    const Ended usage = run(kKelvar + " import " + line + " --into p");
     EXPECT_EQ(usage.status, 2) << line;
     EXPECT_NE(usage.output.find(sentence), std::string::npos) << usage.output;
   }

@@ -58,7 +58,10 @@ void addSource(CLI::App& app, Line& line, const Source& source) {
     chooseSource(line, source, files);
     return true;
   };
-  app.add_option(source.option, take, source.help)->type_name("FILE...")->expected(1, -1);
+  app.add_option(source.option, take, source.help)
+      ->type_name("FILE...")
+      ->expected(-1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
 void takeMapping(Line& line, const std::string& text) {
