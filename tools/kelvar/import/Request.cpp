@@ -111,6 +111,17 @@ void writeFile(const fs::path& path, const std::string& text) {
   }
 }
 
+/// Compilers write an empty file for a unit that they have nothing to say about. Where others are named with it, it is
+/// one of these; alone, or among empty ones alone, it is more likely a mistake.
+bool isUnitWithoutRemarks(const Request& request, const std::string& file) {
+  const auto isEmpty = [](const std::string& path) {
+    std::error_code error;
+    return fs::file_size(path, error) == 0 && !error;
+  };
+  return std::string_view(request.source->kind) == "vectorization" && isEmpty(file) &&
+         !std::all_of(request.files.begin(), request.files.end(), isEmpty);
+}
+
 /// Hands the records of all files on; the reports of each file are numbered behind those of the one before.
 void readFiles(const Request& request, const ShowProgress& showProgress, Analysis& analysis) {
   std::size_t before = 0;
@@ -127,6 +138,7 @@ void readFiles(const Request& request, const ShowProgress& showProgress, Analysi
     sink(record);
   };
   for (const std::string& file : request.files) {
+    if (isUnitWithoutRemarks(request, file)) continue;
     Input input(file, showProgress);
     request.source->read(input, request.binary, counting);
     before += greatest;
