@@ -1,0 +1,149 @@
+// Whether the one sort copes with every relation, and orders what an ordering leaves undecided.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <numeric>
+
+#include "support/Faults.h"
+#include "support/Rows.h"
+#include "view/MergeSort.h"
+#include "view/PlainOrderings.h"
+#include "view/RandomItems.h"
+
+using namespace kelvar_2_1_7;
+
+namespace {
+
+struct Numbered {
+  int key;
+  int number;
+  bool operator==(const Numbered&) const = default;
+};
+
+TEST(MergeSort, SortsAsAStableSortDoes) {
+  std::mt19937 engine(3);
+  std::vector<Numbered> buffer;
+  for (int round = 0; round < 3000; ++round) {
+    const int size = static_cast<int>(engine() % (round % 100 == 0 ? 3000 : 40));
+    const auto keys = 1 + engine() % 30;
+    std::vector<Numbered> records;
+    for (int i = 0; i < size; ++i) records.push_back({static_cast<int>(engine() % keys), i});
+    const auto before = [](const Numbered& a, const Numbered& b) { return a.key < b.key; };
+    if (round % 3 == 1) std::reverse(records.begin(), records.end());
+    if (round % 3 == 2) std::stable_sort(records.rbegin(), records.rend(), before);
+    std::vector<Numbered> want = records;
+    std::stable_sort(want.begin(), want.end(), before);
+    if (round % 2 == 0) straighten(std::span(records), before);
+    mergeSort(std::span(records), buffer, before);
+    ASSERT_EQ(records, want);
+  }
+}
+
+TEST(MergeSort, KeepsAllRecordsUnderAnyRelation) {
+  std::mt19937 engine(5);
+  std::vector<int> buffer;
+  for (int round = 0; round < 1000; ++round) {
+    std::vector<int> records(engine() % 300);
+    std::iota(records.begin(), records.end(), 0);
+    std::vector<int> want = records;
+    long asked = 0;
+    mergeSort(std::span(records), buffer, [&](int a, int b) {
+      ++asked;
+      if (round % 3 == 0) return (a - b + 300) % 3 == 1;  // stone, paper, scissors
+      return round % 3 == 1 || engine() % 2 == 0;
+    });
+    EXPECT_LE(asked, 20 + 20 * static_cast<long>(records.size()));
+    std::sort(records.begin(), records.end());
+    ASSERT_EQ(records, want);
+  }
+}
+
+TEST(MergeSort, AsksOnceForEachRecordOfWhatIsSortedOrTurnedAround) {
+  std::vector<int> buffer;
+  for (const bool reversed : {false, true}) {
+    std::vector<int> records(10000);
+    std::iota(records.begin(), records.end(), 0);
+    if (reversed) std::reverse(records.begin(), records.end());
+    long asked = 0;
+    mergeSort(std::span(records), buffer, [&](int a, int b) { return ++asked, a < b; });
+    EXPECT_LT(asked, 10001);
+    EXPECT_TRUE(std::is_sorted(records.begin(), records.end()));
+  }
+}
+
+std::vector<const SummaryItemImpl*> pointers(const SummaryItems& items) {
+  std::vector<const SummaryItemImpl*> pointers;
+  for (const auto& item : items) pointers.push_back(item.get());
+  return pointers;
+}
+
+TEST(ItemSort, NoNeighbourStandsBeforeTheOneInFrontOfItAndRowsHaveNoHistory) {
+  for (unsigned int seed = 0; seed < 25; ++seed) {
+    for (int number = -1; number <= kSummaryMappingCount; ++number) {
+      const auto mapping = static_cast<SummaryMapping>(number);
+      RandomItems random(seed);
+      SummaryItems items = random.list(60 + seed);
+      items.sort(mapping);
+      for (std::size_t i = 1; i < items.size(); ++i) {
+        ASSERT_FALSE(plainlyBefore(mapping, items[i], items[i - 1])) << number << " seed " << seed;
+      }
+      const std::string rows = support::rows(items);
+      const auto sorted = pointers(items);
+      items.sort(mapping);
+      EXPECT_EQ(pointers(items), sorted);
+      std::reverse(items.begin(), items.end());
+      items.sort(mapping);
+      EXPECT_EQ(support::rows(items), rows);
+      std::shuffle(items.begin(), items.end(), random.engine());
+      items.sort(mapping);
+      ASSERT_EQ(support::rows(items), rows) << number << " seed " << seed;
+    }
+  }
+}
+
+TEST(ItemSort, EveryPairStandsInItsOrderWhereTheOrderingIsOne) {
+  for (unsigned int seed = 0; seed < 20; ++seed) {
+    for (int number = 0; number < kSummaryMappingCount; ++number) {
+      const auto mapping = static_cast<SummaryMapping>(number);
+      RandomItems random(seed, true, true);
+      SummaryItems items = random.list(50);
+      items.sort(mapping);
+      for (std::size_t i = 0; i < items.size(); ++i) {
+        for (std::size_t j = 0; j < i; ++j) ASSERT_FALSE(plainlyBefore(mapping, items[i], items[j])) << number;
+      }
+    }
+  }
+}
+
+TEST(ItemSort, WhatIsLeftUndecidedStandsByPlaceThenKindsLabelAndHandle) {
+  using support::detail;
+  std::vector<support::FakeDetail> details{
+      detail("b", "a.cpp:2"),
+      detail("b", "a.cpp:1").reports(sitenotes::annotation_t::task),
+      detail("a", "a.cpp:1").kind(digestio::kHotSpot),
+      detail("c", "a.cpp:1"),
+      detail("b", "a.cpp:1"),
+  };
+  SummaryItems items;
+  for (auto& each : details) items.append(support::itemFrom(each.vectorization({.totalTime = 2}), {}, items.size()));
+  items.append(support::itemFrom(details.back(), {}, 1));
+  items.sort(kSortSurveyVectorizationTotalTime);
+  std::string order;
+  for (const auto& item : items) order += item->label() + std::to_string(item->handle()) + ' ';
+  EXPECT_EQ(order, "b1 b4 c3 a2 b1 b0 ");
+}
+
+TEST(ItemSort, LeavesTheListAloneWhenSomethingFails) {
+  struct Fixture {
+    RandomItems random{11};
+    SummaryItems items = random.list(30);
+    std::vector<const SummaryItemImpl*> before = pointers(items);
+  };
+  const auto prepare = [] { return std::make_unique<Fixture>(); };
+  const auto sort = [](Fixture& fixture) { fixture.items.sort(kSortCorrectnessErrors); };
+  const auto check = [](Fixture& fixture) { EXPECT_EQ(pointers(fixture.items), fixture.before); };
+  EXPECT_GT(support::atEveryFault<support::CallFault>(prepare, sort, check), 20);
+  EXPECT_GT(support::atEveryFault<support::AllocationFault>(prepare, sort, check), 2);
+}
+
+}  // namespace
