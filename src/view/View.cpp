@@ -20,14 +20,18 @@ Verdict verdictOn(const ViewSettings& settings, const SummaryItemImpl* item) {
   return settings.passesDetailFilter(*item) ? kShown : kHiddenByDetail;
 }
 
+constexpr std::size_t kStep = 16;
+
 /// Decides on every item before any is moved, since details may throw when they are asked.
 struct Verdicts {
   std::vector<Verdict> each;  // of the visible list, then of the hidden one
   std::array<std::size_t, kVerdictCount> counts{};
 
   void add(const ViewSettings& settings, const SummaryItems& items) {
-    for (const SummaryItems::value_type& item : items) {
-      const Verdict verdict = verdictOn(settings, item.get());
+    for (std::size_t i = 0; i < items.size(); ++i) {
+      // Items lie anywhere in memory: they are called for some steps ahead.
+      if (i + kStep < items.size() && items[i + kStep] != nullptr) __builtin_prefetch(&items[i + kStep]->place());
+      const Verdict verdict = verdictOn(settings, items[i]);
       each.push_back(verdict);
       ++counts[verdict];
     }
@@ -45,12 +49,18 @@ void take(Verdict verdict, const std::vector<Verdict>& verdicts, SummaryItems& v
   }
 }
 
+void showAll(SummaryItems& visible, SummaryItems& hidden) {
+  visible.reserve(visible.size() + hidden.size());
+  for (SummaryItems::value_type& item : hidden) visible.append(std::move(item));
+  hidden.clear();
+}
+
 void filter(const ViewSettings& settings, SummaryItems& visible, SummaryItems& hidden) {
+  if (!settings.filtersKinds() && !settings.filtersDetails()) return showAll(visible, hidden);
   Verdicts verdicts;
   verdicts.each.reserve(visible.size() + hidden.size());
   verdicts.add(settings, visible);
   verdicts.add(settings, hidden);
-  if (hidden.empty() && verdicts.counts[kShown] == visible.size()) return;
 
   SummaryItems shown;
   SummaryItems rest;

@@ -59,6 +59,10 @@ bool ViewSettings::filtersKinds() const noexcept {
   return !allOf(kindEnabled_);
 }
 
+bool ViewSettings::filtersDetails() const noexcept {
+  return !allOf(detailKindEnabled_) || !allOf(annotationKindEnabled_);
+}
+
 bool ViewSettings::passesKindFilter(const SummaryItemImpl& item) const {
   return !filtersKinds() || std::any_of(kAskingOrder.begin(), kAskingOrder.end(),
                                         [&](SummaryDataKind kind) { return kindEnabled_[kind] && item.shows(kind); });

@@ -20,8 +20,10 @@ class ViewSettings {
                                   sitenotes::annotation_t::kind_t annotationKind);
   void setMapping(SummaryMapping mapping, bool reverse);
 
-  /// Whether some kind is off.
+  /// Whether some analysis kind is off.
   [[nodiscard]] bool filtersKinds() const noexcept;
+  /// Whether some detail kind or annotation kind is hidden.
+  [[nodiscard]] bool filtersDetails() const noexcept;
   /// Whether some kind that is on has a detail for the item; every item passes while all are on. Asks the details.
   [[nodiscard]] bool passesKindFilter(const SummaryItemImpl& item) const;
   /// Whether the item's detail kind is shown and, for annotated sites, its annotation kind. A kind that is none is
