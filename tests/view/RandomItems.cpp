@@ -1,14 +1,14 @@
 #include "view/RandomItems.h"
 
 #include <array>
-#include <cmath>
 #include <limits>
 
 using namespace kelvar_2_1_7;
 
 double RandomItems::number() {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
-  constexpr std::array kNumbers{0.0, -0.0, -1.0, -2.0, 1.5, 2.5, 1e300, kInfinity, std::nan(""), -std::nan("")};
+  constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+  constexpr std::array kNumbers{0.0, -0.0, -1.0, -2.0, 1.5, 2.5, 1e300, kInfinity, kNaN, -kNaN};
   return kNumbers[static_cast<std::size_t>(below(numbersOnly_ ? 8 : 10))];
 }
 
