@@ -28,6 +28,8 @@ constexpr Expectation kExpectations[] = {
     {SQLITE_READONLY_CANTINIT, "a folder that can be written, for what stands beside the database"},
     {SQLITE_NOTADB, "an SQLite 3 database"},
     {SQLITE_CORRUPT, "an undamaged database"},
+    // Said of tables of absurd sizes too, which a damaged file claims to have: that is no matter of the process.
+    {SQLITE_NOMEM, "a database that fits into memory"},
     {SQLITE_BUSY, "a database that nobody keeps locked"},
     {SQLITE_LOCKED, "a database that nobody keeps locked"},
     {SQLITE_PERM, "a file that may be opened"},
@@ -104,8 +106,8 @@ void Connection::requireWholePages() const {
 }
 
 void Connection::fail(const std::string& place) const {
-  const int result = database_ ? sqlite3_extended_errcode(database_.get()) : SQLITE_NOMEM;
-  if ((result & 0xFF) == SQLITE_NOMEM) throw std::bad_alloc();
+  if (!database_) throw std::bad_alloc();
+  const int result = sqlite3_extended_errcode(database_.get());
   const bool bySystem = (result & 0xFF) == SQLITE_CANTOPEN || (result & 0xFF) == SQLITE_IOERR;
   const int system = bySystem ? sqlite3_system_errno(database_.get()) : 0;
   const std::string reason = system != 0 ? std::generic_category().message(system) : sqlite3_errmsg(database_.get());

@@ -10,7 +10,7 @@
 namespace kelvar_platform {
 
 /// An open SQLite database. What SQLite refuses becomes a ReadError that names the file, and the place that the caller
-/// gave; missing memory a std::bad_alloc. One thread at a time may use it and its statements.
+/// gave; no memory for the connection itself a std::bad_alloc. One thread at a time may use it and its statements.
 class Connection {
  public:
   enum class Access { read, write, create };
