@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 
 #include "support/Faults.h"
@@ -131,6 +132,17 @@ TEST(ItemSort, WhatIsLeftUndecidedStandsByPlaceThenKindsLabelAndHandle) {
   std::string order;
   for (const auto& item : items) order += item->label() + std::to_string(item->handle()) + ' ';
   EXPECT_EQ(order, "b1 b4 c3 a2 b1 b0 ");
+}
+
+TEST(ItemSort, WhatIsNoNumberStandsLastAndTheOrderingHasNoSayInIt) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  support::FakeDetail task = support::detail("task", "a.cpp:1").reports(sitenotes::annotation_t::task);
+  support::FakeDetail spot = support::detail("spot", "a.cpp:1").kind(digestio::kHotSpot);
+  support::FakeDetail missing = support::detail("missing", "b.cpp:1").map();
+  SummaryItems items = support::listOf(support::itemFrom(task.survey({.cpuTime = nan})),
+                                       support::itemFrom(spot.survey({.cpuTime = nan})), support::itemFrom(missing));
+  items.sort(kSortSurveyCpuTime);
+  EXPECT_EQ(items[0]->label() + ' ' + items[1]->label() + ' ' + items[2]->label(), "missing spot task");
 }
 
 TEST(ItemSort, LeavesTheListAloneWhenSomethingFails) {
