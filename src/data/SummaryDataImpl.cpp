@@ -29,8 +29,7 @@ SummaryData::Impl::~Impl() {
 void SummaryData::Impl::populateAnnotations() {
   viewValid_ = false;
   forEachLiveAnnotation(database_, [&](boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle) {
-    visibleItems_.append(
-        std::make_unique<SummaryItemImpl>(this, std::move(annotation), handle, kCurrent, false, false, false, false));
+    visibleItems_.make(this, std::move(annotation), handle, kCurrent, false, false, false, false);
   });
 }
 

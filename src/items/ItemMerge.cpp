@@ -17,7 +17,8 @@ bool onOneLine(const sitenotes::locator_t& a, const sitenotes::locator_t& b) {
 
 }  // namespace
 
-void SummaryItemImpl::readAnnotationAfresh() {
+SummaryItemImpl::SummaryItemImpl(CopyOf copy) : SummaryItemImpl(copy.source) {
+  inArena_ = false;
   if (!annotation_) return;
   detailKind_ = digestio::kAnnotatedSite;
   annotationKind_ = annotation_->get_kind();
@@ -26,12 +27,7 @@ void SummaryItemImpl::readAnnotationAfresh() {
 }
 
 std::unique_ptr<SummaryItemImpl> SummaryItemImpl::copySummaryItem(const SummaryItemImpl& source) {
-  return copySummaryItem(std::unique_ptr<SummaryItemImpl>(new SummaryItemImpl(source)));
-}
-
-std::unique_ptr<SummaryItemImpl> SummaryItemImpl::copySummaryItem(std::unique_ptr<SummaryItemImpl> source) {
-  source->readAnnotationAfresh();
-  return source;
+  return std::make_unique<SummaryItemImpl>(CopyOf{source});
 }
 
 void SummaryItemImpl::merge(const SummaryItemImpl& other) {

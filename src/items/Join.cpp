@@ -18,23 +18,26 @@ SummaryItems copiesOf(const SummaryItems& list, HandleIndex& byHandle) {
   SummaryItems copies;
   copies.reserve(list.size());
   byHandle.reserve(list.size());
-  for (const SummaryItems::value_type& item : list) {
-    if (!item) continue;
-    copies.append(SummaryItemImpl::copySummaryItem(*item));
-    SummaryItemImpl* copy = copies[copies.size() - 1];
-    if (copy->hasAnnotation() && copy->handle() != 0) byHandle.insert_or_assign(copy->handle(), copy);
+  for (std::size_t index = 0; index < list.size(); ++index) {
+    list.callAhead(index);
+    const SummaryItemImpl* const item = list[index];
+    if (item == nullptr) continue;
+    SummaryItemImpl& copy = copies.make(SummaryItemImpl::CopyOf{*item});
+    if (copy.hasAnnotation() && copy.handle() != 0) byHandle.insert_or_assign(copy.handle(), &copy);
   }
   return copies;
 }
 
 /// Merges each incoming item into the one of its handle, or takes it in. Answers how well the worst of them matched.
-SummaryDataStatus matchByHandle(SummaryItems& list, const HandleIndex& byHandle, SummaryItems& incoming) {
+SummaryDataStatus matchByHandle(SummaryItems& list, const HandleIndex& byHandle, const SummaryItems& incoming) {
   SummaryDataStatus match = kExactMatchCurrent;
-  for (SummaryItems::value_type& item : incoming) {
-    if (!item) continue;
+  for (std::size_t index = 0; index < incoming.size(); ++index) {
+    incoming.callAhead(index);
+    const SummaryItemImpl* const item = incoming[index];
+    if (item == nullptr) continue;
     const auto known = item->handle() != 0 ? byHandle.find(item->handle()) : byHandle.end();
     if (known == byHandle.end()) {
-      list.append(SummaryItemImpl::copySummaryItem(std::move(item)));
+      list.make(SummaryItemImpl::CopyOf{*item});
       match = std::min(match, kNoMatchCurrent);
       continue;
     }

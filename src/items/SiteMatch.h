@@ -24,6 +24,7 @@ void foldNeighbours(SummaryItems& items, SameSite sameSite) {
   if (items.empty()) return;
   auto last = items.begin();
   for (auto next = last + 1; next != items.end(); ++next) {
+    items.callAhead(static_cast<std::size_t>(next - items.begin()));
     if (*last && *next && sameSite(**last, **next)) {
       (*last)->merge(**next);
       next->reset();

@@ -3,6 +3,8 @@
 #include <array>
 #include <utility>
 
+#include "items/ItemArena.h"
+
 namespace kelvar_2_1_7 {
 
 using digestio::SummaryDataKind;
@@ -95,6 +97,12 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, SummaryDetail* detail
 }
 
 SummaryItemImpl::~SummaryItemImpl() = default;
+
+void SummaryItemImpl::operator delete(SummaryItemImpl* item, std::destroying_delete_t) noexcept {
+  const bool inArena = item->inArena_;
+  item->~SummaryItemImpl();
+  inArena ? ItemArena::giveBack(item) : ::operator delete(item);
+}
 
 bool SummaryItemImpl::shows(SummaryDataKind kind) const {
   const SummaryDetail* detail = collections_[kind].detail;

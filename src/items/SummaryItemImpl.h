@@ -2,6 +2,7 @@
 
 #include <boost/shared_ptr.hpp>
 #include <memory>
+#include <new>
 #include <string>
 
 #include "PerKind.h"
@@ -30,13 +31,20 @@ class SummaryItemImpl final : public SummaryItem {
   /// A site that an analysis reported. `detail` may be null, `annotation` may be empty.
   SummaryItemImpl(SummaryData::Impl* owner, digestio::SummaryDetail* detail,
                   boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle);
+  /// See copySummaryItem.
+  struct CopyOf {
+    const SummaryItemImpl& source;
+  };
+  explicit SummaryItemImpl(CopyOf copy);
   SummaryItemImpl& operator=(const SummaryItemImpl&) = delete;
+
+  /// Items stand in the arena of the list that made them, or alone.
+  static void operator delete(SummaryItemImpl* item, std::destroying_delete_t) noexcept;
+  static void operator delete(void* memory) noexcept { ::operator delete(memory); }  // of one that never came to be
 
   /// An item of its own with the records of `source`. Identity is read afresh from the source's annotation where it
   /// has one: a copy forgets the detail kind, and what merges made of place, label and annotation kind.
   [[nodiscard]] static std::unique_ptr<SummaryItemImpl> copySummaryItem(const SummaryItemImpl& source);
-  /// The same where nobody needs the source any more: the copy takes its place.
-  [[nodiscard]] static std::unique_ptr<SummaryItemImpl> copySummaryItem(std::unique_ptr<SummaryItemImpl> source);
 
   /// Folds `other`, which stands for the same site, into this item. See ItemMerge.cpp for who wins what.
   void merge(const SummaryItemImpl& other);
@@ -101,9 +109,10 @@ class SummaryItemImpl final : public SummaryItem {
   static bool compareGeneralKindLocator(SummaryItemImpl* a, SummaryItemImpl* b);
 
  private:
+  friend class ItemArena;
+
   explicit SummaryItemImpl(SummaryData::Impl* owner) noexcept;  // an empty item
   SummaryItemImpl(const SummaryItemImpl&) = default;
-  void readAnnotationAfresh();
 
   SummaryData::Impl* owner_;
   digestio::SummaryDetailKind detailKind_;
@@ -115,6 +124,7 @@ class SummaryItemImpl final : public SummaryItem {
   unsigned long handle_;
   PerKind<CollectionInfo> collections_;
   bool selected_;
+  bool inArena_ = false;
 };
 
 /// The annotation database of the object that an item belongs to; empty if it has none. All that an item needs of

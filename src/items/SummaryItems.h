@@ -3,10 +3,12 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "SummaryItemImpl.h"
 #include "digestio.h"
+#include "items/ItemArena.h"
+#include "items/SummaryItemImpl.h"
 #include "kelvar/SummaryTypes.h"
 
 namespace kelvar_2_1_7 {
@@ -16,6 +18,11 @@ class SummaryItems {
  public:
   using value_type = std::unique_ptr<SummaryItemImpl>;
 
+  SummaryItems() noexcept = default;
+  SummaryItems(SummaryItems&&) noexcept = default;
+  SummaryItems& operator=(SummaryItems&&) noexcept = default;
+  ~SummaryItems() { clear(); }
+
   [[nodiscard]] std::size_t size() const noexcept { return items_.size(); }
   [[nodiscard]] bool empty() const noexcept { return items_.empty(); }
   [[nodiscard]] SummaryItemImpl* operator[](std::size_t index) const noexcept { return items_[index].get(); }
@@ -24,14 +31,39 @@ class SummaryItems {
   [[nodiscard]] auto begin() const noexcept { return items_.begin(); }
   [[nodiscard]] auto end() const noexcept { return items_.end(); }
 
+  /// Calls the item some places behind `index` into the cache, if there is one: a list is mostly walked in another
+  /// order than that of its memory.
+  void callAhead(std::size_t index) const noexcept {
+    constexpr std::size_t kStep = 8;
+    constexpr std::size_t kCacheLine = 64;
+    if (index + kStep >= items_.size()) return;
+    const char* const item = reinterpret_cast<const char*>(items_[index + kStep].get());
+    for (std::size_t line = 0; line < sizeof(SummaryItemImpl); line += kCacheLine) __builtin_prefetch(item + line);
+  }
+
   void reserve(std::size_t count) { items_.reserve(count); }
   void append(value_type item) { items_.push_back(std::move(item)); }
+  /// Makes an item of these arguments behind the others.
+  template <class... Arguments>
+  SummaryItemImpl& make(Arguments&&... arguments) {
+    items_.push_back(arena_.make(std::forward<Arguments>(arguments)...));
+    return *items_.back();
+  }
   /// Drops the entries from `count` on, with their items.
   void truncate(std::size_t count) noexcept {
     items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(count), items_.end());
   }
-  void clear() noexcept { items_.clear(); }
-  void swap(SummaryItems& other) noexcept { items_.swap(other.items_); }
+  void clear() noexcept {
+    for (std::size_t index = 0; index < items_.size(); ++index) {
+      callAhead(index);
+      items_[index].reset();
+    }
+    items_.clear();
+  }
+  void swap(SummaryItems& other) noexcept {
+    std::swap(arena_, other.arena_);
+    items_.swap(other.items_);
+  }
 
   /// Orders the list. Stable, and safe for orderings that are no strict weak order: terminates in O(n log n) with
   /// the same items. What an ordering leaves undecided stands as SummaryMapping says. Either done or, when an
@@ -47,6 +79,7 @@ class SummaryItems {
                                      bool correctness, bool map) const;
 
  private:
+  ItemArena arena_;
   std::vector<value_type> items_;
 };
 

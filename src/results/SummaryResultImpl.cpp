@@ -80,20 +80,18 @@ void SummaryResultImpl::readMetadata(resdir::IResultDirectory& directory) {
 
 void SummaryResultImpl::addDetails(SummaryData::Impl* owner) {
   for (int index = 0; index < collection_->detailCount(); ++index) {
-    auto item = std::make_unique<SummaryItemImpl>(owner, collection_->detail(index), nullptr, 0UL);
+    const SummaryItemImpl& item = items_.make(owner, collection_->detail(index), nullptr, 0UL);
     for (const digestio::SummaryDataKind kind : kAllKinds) {
-      if (item->summaryDetail(kind) != nullptr) carries_[kind] = true;
+      if (item.summaryDetail(kind) != nullptr) carries_[kind] = true;
     }
-    items_.append(std::move(item));
   }
 }
 
 void SummaryResultImpl::addAnnotations(SummaryData::Impl* owner) {
   // What the annotation item knows of vectorization follows from the survey.
   forEachLiveAnnotation(database_, [&](boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle) {
-    items_.append(std::make_unique<SummaryItemImpl>(owner, std::move(annotation), handle, kNoMatchCurrent,
-                                                    carries_[digestio::kSurvey], carries_[digestio::kSuitability],
-                                                    carries_[digestio::kCorrectness], carries_[digestio::kMap]));
+    items_.make(owner, std::move(annotation), handle, kNoMatchCurrent, carries_[digestio::kSurvey],
+                carries_[digestio::kSuitability], carries_[digestio::kCorrectness], carries_[digestio::kMap]);
   });
 }
 

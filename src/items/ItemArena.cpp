@@ -1,0 +1,89 @@
+#include "items/ItemArena.h"
+
+#include <sys/mman.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <new>
+
+namespace kelvar_2_1_7 {
+
+namespace {
+
+// The address sanitizer watches the heap: an item that is used when it is gone shall not hide among its neighbours.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kOneByOne = true;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+constexpr bool kOneByOne = true;
+#else
+constexpr bool kOneByOne = false;
+#endif
+#else
+constexpr bool kOneByOne = false;
+#endif
+
+/// A chunk is as large as a huge page and lies like one: walks over a long list then meet the limits of the address
+/// translation five hundred times less often.
+constexpr std::size_t kChunkSize = std::size_t{2} << 20;
+
+std::byte* mapAligned() {
+  void* const mapped =
+      mmap(nullptr, 2 * kChunkSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  if (mapped == MAP_FAILED) throw std::bad_alloc();
+  auto* const begin = static_cast<std::byte*>(mapped);
+  const std::size_t before = (kChunkSize - reinterpret_cast<std::uintptr_t>(begin) % kChunkSize) % kChunkSize;
+  std::byte* const chunk = begin + before;
+  if (before != 0) munmap(begin, before);
+  munmap(chunk + kChunkSize, kChunkSize - before);
+  return chunk;
+}
+
+}  // namespace
+
+struct ItemArena::Chunk {
+  std::size_t made = 0;
+  std::size_t users = 1;  // the items, and the arena that fills it
+
+  static constexpr std::size_t kHeader = 64;
+  static constexpr std::size_t kRoom = (kChunkSize - kHeader) / sizeof(SummaryItemImpl);
+
+  static Chunk* map(bool isFirst) {
+    std::byte* const memory = mapAligned();
+    // A short list stays in a few small pages. Where there are no huge pages, small ones do.
+    if (!isFirst) madvise(memory, kChunkSize, MADV_HUGEPAGE);
+    return ::new (memory) Chunk;
+  }
+  static Chunk* of(void* place) noexcept {
+    auto* const bytes = static_cast<std::byte*>(place);
+    return std::launder(reinterpret_cast<Chunk*>(bytes - reinterpret_cast<std::uintptr_t>(bytes) % kChunkSize));
+  }
+  void* next() noexcept {
+    ++users;
+    return reinterpret_cast<std::byte*>(this) + kHeader + sizeof(SummaryItemImpl) * made++;
+  }
+  void leave() noexcept {
+    if (--users == 0) munmap(this, kChunkSize);
+  }
+};
+
+void* ItemArena::take() {
+  if (kOneByOne) return nullptr;
+  if (chunk_ == nullptr || chunk_->made == Chunk::kRoom) {
+    Chunk* const next = Chunk::map(chunk_ == nullptr);
+    retire();
+    chunk_ = next;
+  }
+  return chunk_->next();
+}
+
+void ItemArena::giveBack(void* place) noexcept {
+  Chunk::of(place)->leave();
+}
+
+void ItemArena::retire() noexcept {
+  if (chunk_ != nullptr) std::exchange(chunk_, nullptr)->leave();
+}
+
+}  // namespace kelvar_2_1_7
