@@ -38,6 +38,7 @@ class SummaryItems {
     constexpr std::size_t kCacheLine = 64;
     if (index + kStep >= items_.size()) return;
     const char* const item = reinterpret_cast<const char*>(items_[index + kStep].get());
+    if (item == nullptr) return;
     for (std::size_t line = 0; line < sizeof(SummaryItemImpl); line += kCacheLine) __builtin_prefetch(item + line);
   }
 
