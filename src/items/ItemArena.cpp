@@ -2,10 +2,11 @@
 
 #include <sys/mman.h>
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <mutex>
 #include <new>
+#include <utility>
 
 namespace kelvar_2_1_7 {
 
@@ -40,6 +41,41 @@ std::byte* mapAligned() {
   return chunk;
 }
 
+/// Memory of chunks that are gone, for those to come: pages that the kernel has cleared once need not be cleared again
+/// for each join. No more of it than of chunks in use, so that it all goes with the items.
+class Spare {
+ public:
+  std::byte* take() {
+    const std::lock_guard lock(mutex_);
+    if (first_ == nullptr) return nullptr;
+    ++inUse_;
+    --count_;
+    return reinterpret_cast<std::byte*>(std::exchange(first_, first_->next));
+  }
+  void give(std::byte* memory) noexcept {
+    const std::lock_guard lock(mutex_);
+    --inUse_;
+    ++count_;
+    first_ = ::new (memory) Link{first_};
+    for (; count_ > inUse_; --count_) munmap(std::exchange(first_, first_->next), kChunkSize);
+  }
+  /// One more in use that did not come from here.
+  void count() noexcept {
+    const std::lock_guard lock(mutex_);
+    ++inUse_;
+  }
+
+ private:
+  struct Link {
+    Link* next;
+  };
+  std::mutex mutex_;  // every data object of the process shares it
+  Link* first_ = nullptr;
+  std::size_t count_ = 0;
+  std::size_t inUse_ = 0;
+};
+Spare spare;
+
 }  // namespace
 
 struct ItemArena::Chunk {
@@ -49,10 +85,14 @@ struct ItemArena::Chunk {
   static constexpr std::size_t kHeader = 64;
   static constexpr std::size_t kRoom = (kChunkSize - kHeader) / sizeof(SummaryItemImpl);
 
-  static Chunk* map(bool isFirst) {
-    std::byte* const memory = mapAligned();
-    // A short list stays in a few small pages. Where there are no huge pages, small ones do.
-    if (!isFirst) madvise(memory, kChunkSize, MADV_HUGEPAGE);
+  static Chunk* open(bool isFirst) {
+    std::byte* memory = spare.take();
+    if (memory == nullptr) {
+      memory = mapAligned();
+      // A short list stays in a few small pages. Where there are no huge pages, small ones do.
+      if (!isFirst) madvise(memory, kChunkSize, MADV_HUGEPAGE);
+      spare.count();
+    }
     return ::new (memory) Chunk;
   }
   static Chunk* of(void* place) noexcept {
@@ -64,14 +104,14 @@ struct ItemArena::Chunk {
     return reinterpret_cast<std::byte*>(this) + kHeader + sizeof(SummaryItemImpl) * made++;
   }
   void leave() noexcept {
-    if (--users == 0) munmap(this, kChunkSize);
+    if (--users == 0) spare.give(reinterpret_cast<std::byte*>(this));
   }
 };
 
 void* ItemArena::take() {
   if (kOneByOne) return nullptr;
   if (chunk_ == nullptr || chunk_->made == Chunk::kRoom) {
-    Chunk* const next = Chunk::map(chunk_ == nullptr);
+    Chunk* const next = Chunk::open(chunk_ == nullptr);
     retire();
     chunk_ = next;
   }

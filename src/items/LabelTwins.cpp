@@ -41,6 +41,7 @@ class Twins {
     groups.reserve(items.size());
     // Back to front, so that each list comes out in ascending order. The last item takes no part.
     for (std::size_t slot = items.size() - 1; slot-- > 0;) {
+      items.callBehind(slot);
       if (!takesPart(items[slot])) continue;
       const Name name{items[slot]->labelText(), items[slot]->annotationKind()};
       const auto [group, isNew] = groups.try_emplace(name, static_cast<Slot>(first_.size()));
@@ -122,7 +123,7 @@ void foldLabelTwins(SummaryItems& items) {
 
   const Slot end = static_cast<Slot>(items.size() - 1);
   for (Slot slot = 0; slot < end; ++slot) {
-    if (!at(slot) || !twins.takesPart(slot)) continue;
+    if (!twins.takesPart(slot) || !at(slot)) continue;
     const Slot twin = twins.twinOf(slot);
     const Slot taker = twins.takerOf(slot);
     if (twin < taker) {

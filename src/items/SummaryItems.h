@@ -31,15 +31,13 @@ class SummaryItems {
   [[nodiscard]] auto begin() const noexcept { return items_.begin(); }
   [[nodiscard]] auto end() const noexcept { return items_.end(); }
 
-  /// Calls the item some places behind `index` into the cache, if there is one: a list is mostly walked in another
-  /// order than that of its memory.
+  /// Calls an item into the cache that a walk over the list is about to come to, forwards or backwards: a list is
+  /// mostly walked in another order than that of its memory.
   void callAhead(std::size_t index) const noexcept {
-    constexpr std::size_t kStep = 8;
-    constexpr std::size_t kCacheLine = 64;
-    if (index + kStep >= items_.size()) return;
-    const char* const item = reinterpret_cast<const char*>(items_[index + kStep].get());
-    if (item == nullptr) return;
-    for (std::size_t line = 0; line < sizeof(SummaryItemImpl); line += kCacheLine) __builtin_prefetch(item + line);
+    if (index + kStep < items_.size()) call(items_[index + kStep].get());
+  }
+  void callBehind(std::size_t index) const noexcept {
+    if (index >= kStep) call(items_[index - kStep].get());
   }
 
   void reserve(std::size_t count) { items_.reserve(count); }
@@ -80,6 +78,15 @@ class SummaryItems {
                                      bool correctness, bool map) const;
 
  private:
+  static constexpr std::size_t kStep = 8;
+
+  static void call(const SummaryItemImpl* item) noexcept {
+    constexpr std::size_t kCacheLine = 64;
+    if (item == nullptr) return;
+    const char* const bytes = reinterpret_cast<const char*>(item);
+    for (std::size_t line = 0; line < sizeof(SummaryItemImpl); line += kCacheLine) __builtin_prefetch(bytes + line);
+  }
+
   ItemArena arena_;
   std::vector<value_type> items_;
 };
