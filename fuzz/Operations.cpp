@@ -256,14 +256,16 @@ class Run {
   }
   void select() {
     const int count = data_->num_items();
+    SummaryItems& items = plain_->view();  // a read decides what the next join finds
     if (count == 0) return;
     const int index = bytes_.below(count);
     const bool selected = bytes_.flag();
     data_->item(index)->setSelected(selected);
-    plain_->view()[static_cast<std::size_t>(index)]->setSelected(selected);
+    items[static_cast<std::size_t>(index)]->setSelected(selected);
   }
 
   void readLocators() {
+    static_cast<void>(plain_->view());
     for (int i = 0; i < data_->num_items(); ++i) {
       SummaryItem& item = *data_->item(i);
       sitenotes::locator_t now = item.locator();
