@@ -60,13 +60,15 @@ void AnnotationHistory::append(const EditRow& row) {
     if (file_.get_text() != row.file) file_ = toolbelt::path_t(row.file);
     annotation = &annotations_.emplace_back(sitenotes::locator_t(file_, row.line, row.column), row);
   }
+  // cppcheck-suppress danglingTemporaryLifetime; the annotation is the deque's
   edits_.push_back({row.revision, static_cast<unsigned long>(row.sequence), annotation});
 }
 
 AnnotationState::AnnotationState(boost::shared_ptr<const AnnotationHistory> history, std::int64_t revision)
     : history_(std::move(history)), sequences_(sequencesOf(editsUpTo(*history_, revision))) {
   newest_.resize(sequences_.all().size());
-  for (const AnnotationHistory::Edit& edit : editsUpTo(*history_, revision)) {
+  const Edits edits = editsUpTo(*history_, revision);
+  for (const AnnotationHistory::Edit& edit : edits) {
     newest_[sequences_.find(edit.sequence)] = edit.annotation;
   }
 }

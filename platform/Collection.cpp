@@ -16,6 +16,7 @@ std::string_view Collection::keep(std::string_view text) {
 
 }  // namespace kelvar_platform
 
+// cppcheck-suppress passedByValue; the interface has it so
 digestio::SummaryCollection* digestio::SummaryCollection::load(std::string path) {
   try {
     return kelvar_platform::readCollection(path + "/collection.json").release();

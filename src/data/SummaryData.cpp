@@ -11,6 +11,7 @@ SummaryData::SummaryData(boost::shared_ptr<sitenotes::database_t> database)
 SummaryData::SummaryData(Impl* impl) : impl_(impl) {}
 SummaryData::~SummaryData() = default;
 
+// cppcheck-suppress passedByValue; the interface has it so
 void SummaryData::addSummaryData(std::string path, boost::shared_ptr<sitenotes::database_t>) {
   impl_->addSummaryData(path);
 }

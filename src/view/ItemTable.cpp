@@ -214,7 +214,6 @@ void callFor(const Columns& columns, const SummaryItemImpl* item) {
     if (columns.shown[kind]) __builtin_prefetch(item->summaryDetail(kind));
   }
 }
-constexpr std::size_t kStep = 4;
 constexpr std::size_t kSlack = 32;
 
 }  // namespace

@@ -147,7 +147,7 @@ bool siteBefore(const Site& a, const Site& b) noexcept {
   if (a.detailKind == digestio::kAnnotatedSite) return a.annotationKind < b.annotationKind;
   if (a.detailKind != digestio::kLoop) return false;  // nothing else tells two hot spots of one place apart
   const std::partial_ordering order = a.selfTime <=> b.selfTime;
-  return order != 0 ? order < 0 : a.totalTime < b.totalTime;
+  return std::is_neq(order) ? std::is_lt(order) : a.totalTime < b.totalTime;
 }
 
 bool before(const Ordering& ordering, const SummaryItemImpl* a, const SummaryItemImpl* b) {
@@ -158,11 +158,11 @@ bool before(const Ordering& ordering, const SummaryItemImpl* a, const SummaryIte
     const double numberOfA = number.read(*a);
     const double numberOfB = number.read(*b);
     const std::partial_ordering order = numberOfA <=> numberOfB;
-    if (order != 0) return order < 0;  // a NaN is unordered: neither before nor a tie
+    if (std::is_neq(order)) return std::is_lt(order);  // a NaN is unordered: neither before nor a tie
   }
   if (ordering.byLabel) {
     const std::strong_ordering order = a->labelText() <=> b->labelText();
-    if (order != 0) return order < 0;
+    if (std::is_neq(order)) return std::is_lt(order);
   }
   if (!goesByLocator(ordering.tie, *a)) return false;
   const int order = a->place().display_order(b->place());

@@ -11,7 +11,7 @@ namespace kelvar_import {
 namespace {
 
 struct Free {
-  void operator()(char* text) const noexcept { std::free(text); }
+  void operator()(char* text) const noexcept { std::free(text); }  // NOLINT(cppcoreguidelines-no-malloc)
 };
 
 /// The bracket that closes the one at `open`; npos where none does.

@@ -137,11 +137,9 @@ class PerfReader {
     if (takeSample(text, sample)) {
       give();
       begin(sample, trimmed(text));
-    } else if (!any_) {
-      refuse();
-    } else if (Place place; takeFrame(line, place)) {
+    } else if (Place place; any_ && takeFrame(line, place)) {
       record_.stack.push_back(std::move(place));
-    } else if (line.starts_with("  ") && !record_.stack.empty()) {
+    } else if (any_ && line.starts_with("  ") && !record_.stack.empty()) {
       readSourceLine(line, record_.stack.back());
       sawSource_ = true;
     } else {

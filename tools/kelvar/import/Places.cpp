@@ -65,6 +65,7 @@ void Places::pairUp(const std::vector<kelvar_platform::Site>& sites) {
   std::sort(ordered.begin(), ordered.end(), [key](const auto* a, const auto* b) { return key(a) < key(b); });
   std::map<std::pair<std::string_view, std::string_view>, std::vector<std::size_t>> open;  // by leaf and label
   for (const kelvar_platform::Site* site : ordered) {
+    // cppcheck-suppress iterators3; one list, found once
     std::vector<std::size_t>& waiting = open[{leafOf(site->file), site->label}];
     if (begins(site->kind)) {
       waiting.push_back(regions_.size());

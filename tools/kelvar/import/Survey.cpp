@@ -85,7 +85,8 @@ class SurveyAnalysis final : public Analysis {
     }
     std::vector<FunctionRow> functions = tally_.functions();
     outcome.lineTimes = lineTimes(functions);
-    for (const FunctionRow& function : weighty(std::move(functions), wishes_.atLeast, outcome.remarks)) {
+    functions = weighty(std::move(functions), wishes_.atLeast, outcome.remarks);
+    for (const FunctionRow& function : functions) {
       addRow(outcome, functionDetail(function), function.weights[0]);
     }
     rank(outcome.details);

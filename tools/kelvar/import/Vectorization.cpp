@@ -91,7 +91,7 @@ class VectorizationAnalysis final : public Analysis {
   Outcome finish() override {
     std::vector<Loop> loops = takeLoops();
     Outcome outcome;
-    for (const Loop& loop : loops) outcome.details.push_back(loopDetail(loop));
+    for (const Loop& loop : loops) outcome.details.emplace_back(loopDetail(loop));
     addSites(loops, outcome);
     if (!times_.known()) {
       outcome.remarks.push_back("the project has no survey of its lines, so the loops have no times: import one first");
