@@ -37,4 +37,14 @@ void print(std::string_view text) {
   if (error != 0 && error != EPIPE) throw OutputError("standard output: " + std::generic_category().message(error));
 }
 
+void PrintedPieces::pass() {
+  constexpr std::size_t kWorthIt = std::size_t{1} << 16;
+  if (text_.size() >= kWorthIt) finish();
+}
+
+void PrintedPieces::finish() {
+  print(text_);
+  text_.clear();
+}
+
 }  // namespace kelvar_tool

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
 namespace kelvar_tool {
@@ -22,5 +23,19 @@ void holdStandardDescriptors() noexcept;
 /// Writes `text` to standard output as it is. A reader who has gone away has seen enough: that is no error.
 /// Throws OutputError for any other.
 void print(std::string_view text);
+
+/// Gathers small pieces of standard output, so that a report of any length takes little memory and few writes.
+class PrintedPieces {
+ public:
+  /// Where the next piece is appended.
+  [[nodiscard]] std::string& text() noexcept { return text_; }
+  /// Prints what has gathered, once that is worth it. Called between pieces.
+  void pass();
+  /// Prints the rest.
+  void finish();
+
+ private:
+  std::string text_;
+};
 
 }  // namespace kelvar_tool

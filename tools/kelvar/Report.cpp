@@ -1,82 +1,42 @@
 #include "Report.h"
 
+#include <array>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "Loading.h"
+#include "Formats.h"
 #include "Messages.h"
 #include "Names.h"
 #include "Options.h"
 #include "Output.h"
-#include "Project.h"
-#include "kelvar/SummaryData.h"
+#include "ProjectOptions.h"
 
 namespace kelvar_tool {
 
 namespace {
 
-using Setting = std::function<void(kelvar::SummaryData&)>;
+struct Format {
+  std::string_view name;
+  PrintFormat print;
+};
+void printText(const Loaded& loaded, const Selection& selection);
+constexpr std::array kFormats{Format{"text", printText}, Format{"json", printJson}, Format{"csv", printCsv}};
+constexpr const Format& kText = kFormats[0];
 
 struct Request {
-  std::optional<std::string> project;
-  Pieces named;
-  kelvar::SummaryMapping ordering = kelvar::kSortLocator;
-  bool reverse = false;
-  bool verbose = false;
-  std::vector<Setting> hidings;  // of all three options, as they stand on the command line
+  ProjectRequest project;
+  Selection selection;
+  const Format* format = &kText;
+  bool wide = false;
 };
 
-struct ResultOption {
-  const char* name;
-  digestio::SummaryDataKind kind;
-  const char* help;
-};
-constexpr ResultOption kResultOptions[] = {
-    {"--survey", digestio::kSurvey, "Survey result, instead of PROJECT/survey"},
-    {"--survey-vectorization", digestio::kSurveyVectorization,
-     "Vectorization sub-result, instead of PROJECT/survey/surveyvectorization"},
-    {"--suitability", digestio::kSuitability, "Suitability result, instead of PROJECT/suitability"},
-    {"--dependencies", digestio::kCorrectness, "Dependencies result, instead of PROJECT/dependencies"},
-    {"--map", digestio::kMap, "Result of the memory access patterns, instead of PROJECT/map"},
-};
-static_assert(std::size(kResultOptions) == digestio::kSummaryDataKindCount);
-
-Setting hideKind(const std::string& option, const std::string& text) {
-  const auto kind = dataKindNamed(option, text);
-  return [kind](kelvar::SummaryData& data) { data.setSummaryKindEnable(kind, false); };
+void printText(const Loaded& loaded, const Selection& selection) {
+  print(loaded.data->asString(selection.verbose));
 }
-
-Setting hideDetailKind(const std::string& option, const std::string& text) {
-  const auto kind = detailKindNamed(option, text);
-  return [kind](kelvar::SummaryData& data) {
-    data.setSummaryDetailKindFilter(false, kind, sitenotes::annotation_t::all_kinds);
-  };
-}
-
-Setting hideAnnotationKind(const std::string& option, const std::string& text) {
-  const auto kind = annotationKindOrAllNamed(option, text);
-  return [kind](kelvar::SummaryData& data) { data.setSummaryDetailKindFilter(false, digestio::kAnnotatedSite, kind); };
-}
-
-struct HideOption {
-  const char* name;
-  const char* value;
-  const char* help;
-  Setting (*read)(const std::string& option, const std::string& text);
-};
-constexpr HideOption kHideOptions[] = {
-    {"--hide-kind", "KIND",
-     "Leave this analysis out of the question: sites that no other speaks of are hidden; survey,\n"
-     "surveyvectorization, suitability, dependencies or map; may be repeated",
-     hideKind},
-    {"--hide-detail-kind", "N", "Hide hot spots (1) or loops (2); may be repeated", hideDetailKind},
-    {"--hide-annotation-kind", "KIND",
-     "Hide the annotated sites of a kind, given by name (end-task) or number (3), or of all kinds (all);\n"
-     "may be repeated",
-     hideAnnotationKind},
-};
 
 constexpr const char* kExamples =
     "Examples:\n"
@@ -89,52 +49,73 @@ constexpr const char* kExamples =
     "  kelvar report --annotations notes.db --suitability s --dependencies d --map m\n"
     "                                                   pieces from anywhere, no project\n"
     "  kelvar report my-project --hide-kind map --hide-detail-kind 2 --hide-annotation-kind end-task\n"
+    "  kelvar report my-project --wide --match '^src/.*solver' --sort survey-cpu-time --top 10\n"
+    "  kelvar report my-project --columns label,currentPlace,survey.cpuTime\n"
+    "  kelvar report my-project --format csv >sites.csv\n"
+    "  kelvar report my-project --format json | jq '.items[] | select(.survey.cpuTime > 1) | .label'\n"
     "\n"
     "The report goes to standard output, and everything else to standard error.\n"
     "Exit status: 0 all was read; 1 something could not be read or written, and is named with its reason;\n"
     "2 a usage error; 3 out of memory, or the system failed.";
 
-void addPieces(CLI::App& report, Request& request) {
-  addText(report, "PROJECT", "Project directory: what stands in it is reported",
-          [&](const std::string& text) { request.project = normalPath(text); });
-  addPath(report, "--annotations", "FILE", "Annotation database, instead of PROJECT/annotations.db",
-          request.named.annotations);
-  for (const ResultOption& option : kResultOptions) {
-    addPath(report, option.name, "DIR", option.help, request.named.results[option.kind]);
+const Format* formatNamed(const std::string& text) {
+  std::vector<std::string> names;
+  for (const Format& format : kFormats) {
+    if (format.name == text) return &format;
+    names.emplace_back(format.name);
   }
+  throw UsageError("--format: expected text, json or csv, not " + inQuotes(text) + proposal(text, names));
+}
+
+int topIn(const std::string& text) {
+  const auto top = decimal(text, std::numeric_limits<int>::max());
+  if (!top || *top == 0) throw UsageError("--top: expected a number of rows from 1, not " + inQuotes(text));
+  return static_cast<int>(*top);
 }
 
 void addView(CLI::App& report, Request& request) {
+  Selection& selection = request.selection;
   addText(report, "--sort", "Order of the rows, by name or number:" + numbered(orderingNames()),
-          [&](const std::string& text) { request.ordering = orderingNamed("--sort", text); })
+          [&](const std::string& text) { selection.ordering = orderingNamed("--sort", text); })
       ->type_name("ORDER");
-  report.add_flag("--reverse", request.reverse, "Turn the ordered rows around");
-  report.add_flag("--verbose", request.verbose, "Say too how well results and rows match, and the settings");
-  for (const HideOption& option : kHideOptions) {
-    addText(report, option.name, option.help,
-            [&](const std::string& text) { request.hidings.push_back(option.read(option.name, text)); })
-        ->type_name(option.value)
-        ->trigger_on_parse();  // at each occurrence, which keeps their order across options
-  }
+  report.add_flag("--reverse", selection.reverse, "Turn the ordered rows around");
+  report.add_flag("--verbose", selection.verbose, "Say too how well results and rows match, and the settings");
 }
 
-Pieces piecesOf(const Request& request) {
-  if (request.project && !isDirectory(*request.project)) {
-    throw UsageError("PROJECT: expected a directory, not " + inQuotes(*request.project));
+void addRows(CLI::App& report, Request& request) {
+  Selection& selection = request.selection;
+  addText(report, "--format", "text, json or csv: the report as it is, one object, or a line for each row",
+          [&](const std::string& text) { request.format = formatNamed(text); })
+      ->type_name("FORMAT");
+  report.add_flag("--wide", request.wide, "As text, the rows alone, with nothing cut");
+  addText(report, "--match", "Only the rows whose label or file this regular expression (RE2) finds",
+          [&](const std::string& text) { selection.rows.pattern.emplace("--match", text); })
+      ->type_name("REGEX");
+  addText(report, "--top", "Only the first N of the rows", [&](const std::string& text) {
+    selection.rows.top = topIn(text);
+  })->type_name("N");
+  addText(report, "--columns",
+          "Only these columns, with commas between them, named as csv names them (survey.cpuTime) or\n"
+          "several at once (survey). The text that this, --match and --top are given for is that of --wide",
+          [&](const std::string& text) { selection.columns = columnsNamed("--columns", text); })
+      ->type_name("NAMES");
+}
+
+// The fixed table is cut by position elsewhere: what chooses rows or columns is for the other ones.
+PrintFormat printing(const Request& request) {
+  if (request.format != &kText) {
+    if (request.wide) throw UsageError("--wide: expected with the text format only");
+    return request.format->print;
   }
-  const Pieces pieces = overlaid(request.project ? standingIn(*request.project) : Pieces(), request.named);
-  if (!pieces.none()) return pieces;
-  if (request.project) throw UsageError("nothing to report stands in " + inQuotes(*request.project));
-  throw UsageError("nothing to report: expected a PROJECT, or options that name its pieces");
+  const bool chosen = !request.selection.rows.all() || !request.selection.columns.empty();
+  return request.wide || chosen ? printWide : printText;
 }
 
 ExitStatus report(const Request& request) {
-  const Loaded loaded = load(piecesOf(request));
-  for (const std::string& complaint : loaded.complaints) say(complaint);
-
-  loaded.data->setMapping(request.ordering, request.reverse);
-  for (const Setting& hide : request.hidings) hide(*loaded.data);
-  print(loaded.data->asString(request.verbose));
+  const PrintFormat printReport = printing(request);
+  const Loaded loaded = loadSaying(piecesOf(request.project), request.project);
+  loaded.data->setMapping(request.selection.ordering, request.selection.reverse);
+  printReport(loaded, request.selection);
   return loaded.complaints.empty() ? kDone : kUnreadable;
 }
 
@@ -143,8 +124,10 @@ ExitStatus report(const Request& request) {
 void addReport(CLI::App& kelvar, Action& chosen) {
   CLI::App& app = *kelvar.add_subcommand("report", "Print the report of a project");
   const auto request = std::make_shared<Request>();
-  addPieces(app, *request);
+  addPieces(app, request->project);
   addView(app, *request);
+  addHidings(app, request->project);
+  addRows(app, *request);
   app.footer(kExamples);
   app.callback([request, &chosen] { chosen = [request] { return report(*request); }; });
 }

@@ -10,6 +10,7 @@
 #include "Messages.h"
 #include "Output.h"
 #include "Report.h"
+#include "Status.h"
 #include "Subcommand.h"
 #include "import/Import.h"
 
@@ -17,7 +18,7 @@ namespace kelvar_tool {
 
 namespace {
 
-constexpr AddSubcommand kSubcommands[] = {addReport, addAnnotate, addImport};
+constexpr AddSubcommand kSubcommands[] = {addReport, addStatus, addAnnotate, addImport};
 
 constexpr const char* kExamples =
     "Examples:\n"

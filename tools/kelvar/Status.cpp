@@ -1,0 +1,189 @@
+#include "Status.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <iomanip>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "Columns.h"
+#include "Messages.h"
+#include "Names.h"
+#include "Options.h"
+#include "Output.h"
+#include "Place.h"
+#include "ProjectOptions.h"
+#include "Rows.h"
+#include "SharedLeaves.h"
+#include "names.h"
+
+namespace kelvar_tool {
+
+namespace {
+
+using digestio::SummaryDataKind;
+using kelvar_2_1_7::PerKind;
+
+struct Threshold {
+  std::string_view name;
+  kelvar::SummaryDataStatus worst;  // what is not asked to fail
+};
+constexpr std::array kThresholds{Threshold{"approximate", kelvar::kExactMatchCurrent},
+                                 Threshold{"none", kelvar::kApproximateMatchCurrent}};
+
+struct Request {
+  ProjectRequest project;
+  const Threshold* failOn = nullptr;
+};
+
+/// How many sites of an analysis match how well, by SummaryDataStatus.
+using Counts = std::array<std::int64_t, kelvar::kSummaryDataStatusCount>;
+
+/// What a walk over the sites finds.
+struct Freshness {
+  PerKind<Counts> counts{};
+  std::vector<std::string> moved;  // a line each
+  SharedLeaves leaves;
+};
+
+std::string placeText(const sitenotes::locator_t& at) {
+  return text(Place{.file = at.get_file().get_text(), .line = at.get_line(), .column = at.get_column()});
+}
+
+// A move along a line is none: nothing matches by columns. Nor is one of the directory alone: the leaf decides.
+bool hasMoved(const sitenotes::locator_t& from, const sitenotes::locator_t& to) {
+  return from.get_line() != to.get_line() || from.get_file().compare_leaf(to.get_file()) != 0;
+}
+
+std::string distance(const sitenotes::locator_t& from, const sitenotes::locator_t& to) {
+  if (from.get_file().compare_leaf(to.get_file()) != 0) return "another file";
+  const std::int64_t lines = std::int64_t{to.get_line()} - from.get_line();
+  return (lines > 0 ? "+" : "") + std::to_string(lines) + (lines == 1 || lines == -1 ? " line" : " lines");
+}
+
+// One line for each place that the site was seen at, with all analyses that saw it there.
+void noteMoves(const Row& row, std::vector<std::string>& moved) {
+  if (!row.item.annotation() || row.current.is_null()) return;
+  std::vector<std::pair<std::string, std::string>> seenAt;  // the line's beginning, and who saw it there
+  for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
+    const sitenotes::locator_t& seen = row.seen[kind];
+    if (seen.is_null() || !hasMoved(seen, row.current)) continue;
+    const std::string line = escaped(row.item.label()) + '\t' + escaped(placeText(seen)) + "\t" +
+                             escaped(placeText(row.current)) + '\t' + distance(seen, row.current) + '\t';
+    const auto same =
+        std::find_if(seenAt.begin(), seenAt.end(), [&](const auto& entry) { return entry.first == line; });
+    if (same == seenAt.end()) {
+      seenAt.emplace_back(line, dataKindName(kind));
+    } else {
+      same->second += "," + dataKindName(kind);
+    }
+  }
+  for (const auto& [line, kinds] : seenAt) moved.push_back(line + kinds + '\n');
+}
+
+Freshness lookAt(const kelvar::SummaryData& data) {
+  Freshness found;
+  forEachRow(data, {}, [&](const Row& row) {
+    for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
+      const auto status = static_cast<std::size_t>(row.item.summaryDataStatus(kind));
+      if (status < found.counts[kind].size()) ++found.counts[kind][status];
+    }
+    noteMoves(row, found.moved);
+    found.leaves.look(row);
+  });
+  return found;
+}
+
+void appendKind(std::ostream& out, const kelvar::SummaryData& data, const Pieces& pieces, SummaryDataKind kind,
+                const Counts& counts) {
+  out << std::left << std::setw(20) << dataKindName(kind) << std::right;
+  if (data.summaryDataStatus(kind) != kelvar::kNotPresent) {
+    out << std::setw(10) << counts[kelvar::kExactMatchCurrent] << std::setw(14)
+        << counts[kelvar::kApproximateMatchCurrent] << std::setw(10) << counts[kelvar::kNoMatchCurrent] << "  "
+        << kelvar::kStatusNames[static_cast<std::size_t>(data.summaryDataStatus(kind))];
+  } else {
+    out << std::setw(10) << '-' << std::setw(14) << '-' << std::setw(10) << '-' << "  "
+        << (pieces.results[kind].empty() ? "not there" : "could not be read: " + escaped(pieces.results[kind]));
+  }
+  out << '\n';
+}
+
+std::string tableOf(const kelvar::SummaryData& data, const Pieces& pieces, const Freshness& found) {
+  std::ostringstream out;
+  out << "Analysis                 exact   approximate      none  as a whole\n";
+  for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
+    appendKind(out, data, pieces, kind, found.counts[kind]);
+  }
+  return out.str();
+}
+
+bool isStale(const Freshness& found, const Threshold& threshold) {
+  return std::any_of(found.counts.begin(), found.counts.end(), [&](const Counts& counts) {
+    return std::any_of(counts.begin() + kelvar::kNoMatchCurrent, counts.begin() + threshold.worst,
+                       [](std::int64_t count) { return count != 0; });
+  });
+}
+
+ExitStatus status(const Request& request) {
+  const Pieces pieces = piecesOf(request.project);
+  const Loaded loaded = loadSaying(pieces, request.project);
+  const Freshness found = lookAt(*loaded.data);
+  for (const std::string& warning : found.leaves.warnings()) say(warning);
+
+  PrintedPieces out;
+  out.text() = tableOf(*loaded.data, pieces, found);
+  if (!found.moved.empty()) out.text() += "\nMoved since: label, from, to, by, seen by\n";
+  for (const std::string& line : found.moved) {
+    out.text() += line;
+    out.pass();
+  }
+  out.finish();
+  if (!loaded.complaints.empty()) return kUnreadable;
+  return request.failOn && isStale(found, *request.failOn) ? kStale : kDone;
+}
+
+const Threshold* thresholdNamed(const std::string& text) {
+  std::vector<std::string> names;
+  for (const Threshold& threshold : kThresholds) {
+    if (threshold.name == text) return &threshold;
+    names.emplace_back(threshold.name);
+  }
+  throw UsageError("--fail-on: expected approximate or none, not " + inQuotes(text) + proposal(text, names));
+}
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  kelvar status my-project\n"
+    "  kelvar status my-project --fail-on approximate   for a build that wants every site on its line\n"
+    "  kelvar status my-project --fail-on none --hide-detail-kind 1 --hide-detail-kind 2\n"
+    "                                                   hot spots and loops never match: nobody annotates them\n"
+    "\n"
+    "Fields of a line about a site that moved, a tab between each two: label, where an analysis saw it, where it is\n"
+    "now, by how many lines, and which analyses saw it there. In labels and files \\t, \\n, \\r, \\\\ and \\xHH stand\n"
+    "for the bytes that would break a line.\n"
+    "Exit status: 0 all was read; 1 something could not be read or written, and is named with its reason;\n"
+    "2 a usage error; 3 out of memory, or the system failed; 4 all was read, and --fail-on applies.";
+
+}  // namespace
+
+void addStatus(CLI::App& kelvar, Action& chosen) {
+  CLI::App& app = *kelvar.add_subcommand("status", "Tell how well results still match the annotations");
+  const auto request = std::make_shared<Request>();
+  addPieces(app, request->project);
+  addHidings(app, request->project);
+  addText(app, "--fail-on",
+          "End with status 4 where a site matches approximately or not at all (approximate), or where\n"
+          "one matches not at all (none)",
+          [&target = *request](const std::string& text) { target.failOn = thresholdNamed(text); })
+      ->type_name("MATCH");
+  app.footer(kExamples);
+  app.callback([request, &chosen] { chosen = [request] { return status(*request); }; });
+}
+
+}  // namespace kelvar_tool

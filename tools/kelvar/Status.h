@@ -1,0 +1,10 @@
+#pragma once
+
+#include "Subcommand.h"
+
+namespace kelvar_tool {
+
+/// `kelvar status`: how well results still match the annotations, and what moved since.
+void addStatus(CLI::App& kelvar, Action& chosen);
+
+}  // namespace kelvar_tool

@@ -1,0 +1,127 @@
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Formats.h"
+#include "Messages.h"
+#include "Output.h"
+#include "Unicode.h"
+
+namespace kelvar_tool {
+
+namespace {
+
+constexpr std::size_t kGap = 2;
+
+struct TableColumn {
+  const Column* column;
+  std::size_t width;
+  bool numbers = false;  // stand at the right
+};
+
+std::string textOf(const Column& column, const Row& row) {
+  std::string text;
+  append(text, column.value(row, column.kind));
+  return escaped(wellFormed(text));
+}
+
+bool sameGroup(const TableColumn& a, const TableColumn& b) {
+  return a.column->group == b.column->group && a.column->kind == b.column->kind;
+}
+
+// Where the columns from `first` on that stand under one name end.
+std::size_t endOfGroup(const std::vector<TableColumn>& table, std::size_t first) {
+  std::size_t end = first + 1;
+  while (end < table.size() && sameGroup(table[first], table[end])) ++end;
+  return end;
+}
+
+std::size_t widthOfGroup(const std::vector<TableColumn>& table, std::size_t first, std::size_t end) {
+  std::size_t width = (end - first - 1) * kGap;
+  for (std::size_t at = first; at < end; ++at) width += table[at].width;
+  return width;
+}
+
+// The first of the two passes: what the rows need.
+void measure(std::vector<TableColumn>& table, const Loaded& loaded, const RowChoice& choice) {
+  std::string text;
+  forEachRow(*loaded.data, choice, [&](const Row& row) {
+    for (TableColumn& entry : table) {
+      const Cell cell = entry.column->value(row, entry.column->kind);
+      if (isMissing(cell)) continue;
+      entry.numbers = !isText(cell);
+      text.clear();
+      append(text, cell);
+      entry.width = std::max(entry.width, displayWidth(escaped(wellFormed(text))));
+    }
+  });
+  for (std::size_t first = 0; first < table.size();) {
+    const std::size_t end = endOfGroup(table, first);
+    const std::size_t width = widthOfGroup(table, first, end);
+    table[end - 1].width += std::max(table[first].column->group.size(), width) - width;
+    first = end;
+  }
+}
+
+void appendPadded(std::string& line, std::string_view text, std::size_t width, bool right) {
+  const std::size_t taken = displayWidth(text);
+  const std::size_t filler = width > taken ? width - taken : 0;
+  if (right) line.append(filler, ' ');
+  line += text;
+  if (!right) line.append(filler, ' ');
+  line.append(kGap, ' ');
+}
+
+void endLine(std::string& line) {
+  while (!line.empty() && line.back() == ' ') line.pop_back();
+  line += '\n';
+}
+
+void appendHeader(std::string& out, const std::vector<TableColumn>& table) {
+  std::string groups;
+  std::string headings;
+  std::string rule;
+  for (std::size_t first = 0; first < table.size();) {
+    const std::size_t end = endOfGroup(table, first);
+    appendPadded(groups, table[first].column->group, widthOfGroup(table, first, end), false);
+    first = end;
+  }
+  for (const TableColumn& entry : table) {
+    appendPadded(headings, entry.column->heading, entry.width, entry.numbers);
+    rule.append(entry.width, '_');
+    rule.append(kGap, ' ');
+  }
+  for (std::string* const line : {&groups, &headings, &rule}) {
+    endLine(*line);
+    out += *line;
+  }
+}
+
+}  // namespace
+
+void printWide(const Loaded& loaded, const Selection& selection) {
+  std::vector<TableColumn> table;
+  for (const Column* const column :
+       selection.columns.empty() ? columnsOfTable(*loaded.data, selection.verbose) : selection.columns) {
+    table.push_back({.column = column, .width = column->heading.size()});
+  }
+  measure(table, loaded, selection.rows);
+
+  PrintedPieces pieces;
+  appendHeader(pieces.text(), table);
+  std::string line;
+  forEachRow(*loaded.data, selection.rows, [&](const Row& row) {
+    line.clear();
+    for (const TableColumn& entry : table) {
+      appendPadded(line, textOf(*entry.column, row), entry.width, entry.numbers);
+    }
+    endLine(line);
+    pieces.text() += line;
+    pieces.pass();
+  });
+  pieces.finish();
+}
+
+}  // namespace kelvar_tool
