@@ -22,8 +22,8 @@ namespace kelvar_2_1_7 {
 ///
 /// It owns all it hands out. An item lives until the next addSummaryData that accepts a result; a result, its
 /// collection and its details live as long as this object. Nothing here fails of its own: an unreadable result
-/// leaves no trace but its missing status. Exceptions of the collaborators and of memory pass through, and leave the
-/// object as it was before the call, and usable.
+/// leaves no trace but its missing status. Exceptions of the collaborators and of memory pass through and leave the
+/// object usable: what was to be added is not in it, and a view that could not be rebuilt is rebuilt by the next read.
 ///
 /// A `kind` argument is in the range of its enumeration; that is the caller's promise.
 class KELVAR_EXPORT SummaryData {
@@ -38,9 +38,9 @@ class KELVAR_EXPORT SummaryData {
   SummaryData(const SummaryData&) = delete;  // items and results point back to their one owner
   SummaryData& operator=(const SummaryData&) = delete;
 
-  /// Loads the analysis result at `path` and joins it with the items. A path with nothing readable behind it changes
-  /// nothing; summaryDataStatus tells. Annotations are seen as they were for the first path added: that state comes
-  /// from the process-wide scanner's database, and `database` is not looked at.
+  /// Loads the analysis result at `path` and joins it with the items. A path with nothing readable behind it adds
+  /// nothing; summaryDataStatus tells. Annotations are seen as they were for the first path, readable or not, that the
+  /// process-wide scanner's database has or makes a state for; `database` is not looked at.
   /// After an accepted result, item pointers are invalid; results stay.
   void addSummaryData(std::string path, boost::shared_ptr<sitenotes::database_t> database);
 

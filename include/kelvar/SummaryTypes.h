@@ -19,8 +19,9 @@ enum SummaryDataStatus : std::int32_t {
 };
 inline constexpr int kSummaryDataStatusCount = 6;
 
-/// The orderings of the view. Items without the value that an ordering reads stand last; what two items leave
-/// undecided is decided by place, then annotation kind, detail kind, label and handle.
+/// The orderings of the view. Items without the value that an ordering reads stand last; figures that are no number
+/// stand behind even those. What an ordering leaves undecided is decided by place, then annotation kind, detail kind,
+/// label, handle and what the analyses say: rows that differ have one order.
 enum SummaryMapping : std::int32_t {
   kSortLocator = 0,                       ///< file leaf, line, column, path
   kSortKind = 1,                          ///< detail kind, then annotation kind or time

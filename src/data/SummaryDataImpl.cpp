@@ -118,7 +118,8 @@ std::string SummaryData::Impl::asString(bool verbose) {
                        .programMaxGain = programMaxGain(),
                        .aggregate = aggregate_,
                        .results = {}};
-  for (const SummaryDataKind kind : kAllKinds) {
+  for (const SummaryDataKind kind :
+       {digestio::kSurvey, digestio::kSuitability, digestio::kCorrectness, digestio::kMap}) {
     if (hasData(kind)) report.results[kind] = &kindResults_[kind];
   }
   return report.asString(verbose);

@@ -14,9 +14,10 @@ constexpr std::array kExclusiveKinds{digestio::kSurvey, digestio::kSuitability, 
 }  // namespace
 
 bool sameLeaf(const SummaryItemImpl& a, const SummaryItemImpl& b) {
-  const auto& ours = a.place().get_file().get_leaf();
-  const auto& theirs = b.place().get_file().get_leaf();
-  return ours == theirs;
+  // A suite's own locator may hand out its file, and a file its leaf, by value.
+  const toolbelt::path_t ours = a.place().get_file();
+  const toolbelt::path_t theirs = b.place().get_file();
+  return ours.get_leaf() == theirs.get_leaf();
 }
 
 bool sameSortOfSite(const SummaryItemImpl& a, const SummaryItemImpl& b) {

@@ -36,7 +36,7 @@ auto typed(const SummaryDetail* detail) -> decltype((detail->*view)()) {
 
 }  // namespace
 
-SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner) noexcept
+SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner)
     : owner_(owner),
       detailKind_(digestio::kAnnotatedSite),
       annotationKind_(sitenotes::annotation_t::parallel),

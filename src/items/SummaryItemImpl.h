@@ -111,7 +111,7 @@ class SummaryItemImpl final : public SummaryItem {
  private:
   friend class ItemArena;
 
-  explicit SummaryItemImpl(SummaryData::Impl* owner) noexcept;  // an empty item
+  explicit SummaryItemImpl(SummaryData::Impl* owner);  // an empty item
   SummaryItemImpl(const SummaryItemImpl&) = default;
 
   SummaryData::Impl* owner_;

@@ -64,7 +64,7 @@ class SummaryItems {
     items_.swap(other.items_);
   }
 
-  /// Orders the list. Stable, and safe for orderings that are no strict weak order: terminates in O(n log n) with
+  /// Orders the list. Safe for orderings that are no strict weak order: terminates in O(n log n) with
   /// the same items. What an ordering leaves undecided stands as SummaryMapping says. Either done or, when an
   /// exception passes, not begun. Defined with the view.
   void sort(SummaryMapping mapping);

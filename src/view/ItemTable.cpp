@@ -183,7 +183,8 @@ const char* kindText(const SummaryItemImpl& item) {
 /// The leaf, the line and, where there is one, the column.
 void readPlace(std::string& text, const sitenotes::locator_t& place) {
   text.clear();
-  const std::string& leaf = place.get_file().get_leaf();
+  const toolbelt::path_t file = place.get_file();
+  const std::string& leaf = file.get_leaf();
   if (leaf.empty()) return;
   const long line = place.get_line();
   const long column = place.get_column();

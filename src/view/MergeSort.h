@@ -136,7 +136,8 @@ void straighten(std::span<Record> records, Before before) {
   if (std::adjacent_find(records.begin(), records.end(), ascends) != records.end()) return;
   std::reverse(records.begin(), records.end());
   for (auto group = records.begin(); group != records.end();) {
-    const auto next = std::find_if(group, records.end(), [&](const Record& record) { return before(*group, record); });
+    const auto next =
+        std::find_if(group + 1, records.end(), [&](const Record& record) { return before(*group, record); });
     std::reverse(group, next);
     group = next;
   }

@@ -25,7 +25,7 @@ TimeText timeText(std::uint64_t time) {
   const auto seconds = static_cast<std::time_t>(time);
   std::tm parts{};
   if (seconds == 0 || gmtime_r(&seconds, &parts) == nullptr) return kNone;
-  TimeText text;
+  TimeText text{};
   return std::strftime(text.data(), text.size(), "%a %b %d %H:%M:%S %Y", &parts) != 0 ? text : kNone;
 }
 
