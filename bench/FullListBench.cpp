@@ -30,8 +30,7 @@ class FullList {
         if (details_.size() < sites) details_.emplace_back(project_, detail, kEveryKind);
       }
     }
-    for (MemoryDetail& detail : details_)
-      visible.append(std::make_unique<SummaryItemImpl>(nullptr, &detail, nullptr, visible.size() + 1));
+    for (MemoryDetail& detail : details_) visible.make(nullptr, &detail, nullptr, visible.size() + 1);
   }
 
   FullList* shuffled() {

@@ -28,21 +28,18 @@ Program::Program(std::size_t sites)
 SummaryItems Program::annotated() const {
   SummaryItems items;
   kelvar_2_1_7::forEachLiveAnnotation(annotations_, [&](auto annotation, unsigned long handle) {
-    items.append(std::make_unique<SummaryItemImpl>(nullptr, std::move(annotation), handle, kelvar_2_1_7::kCurrent,
-                                                   false, false, false, false));
+    items.make(nullptr, std::move(annotation), handle, kelvar_2_1_7::kCurrent, false, false, false, false);
   });
   return items;
 }
 
 SummaryItems Program::collected(SummaryDataKind kind) {
   SummaryItems items;
-  for (MemoryDetail& detail : details_[kind])
-    items.append(std::make_unique<SummaryItemImpl>(nullptr, &detail, nullptr, 0UL));
+  for (MemoryDetail& detail : details_[kind]) items.make(nullptr, &detail, nullptr, 0UL);
   const bool survey = kind == digestio::kSurvey;
   kelvar_2_1_7::forEachLiveAnnotation(state_, [&](auto annotation, unsigned long handle) {
-    items.append(std::make_unique<SummaryItemImpl>(
-        nullptr, std::move(annotation), handle, kelvar_2_1_7::kNoMatchCurrent, survey, kind == digestio::kSuitability,
-        kind == digestio::kCorrectness, kind == digestio::kMap));
+    items.make(nullptr, std::move(annotation), handle, kelvar_2_1_7::kNoMatchCurrent, survey,
+               kind == digestio::kSuitability, kind == digestio::kCorrectness, kind == digestio::kMap);
   });
   return items;
 }
