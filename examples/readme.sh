@@ -1,0 +1,46 @@
+#!/bin/bash
+# Runs the commands that README.md shows, and writes what they print behind them: readme.sh KELVAR [--check]
+# A line of a console block that begins with "$ " is a command, all others there are output. With --check, README.md
+# stays as it is, and what differs is shown.
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+kelvar=$(realpath "$(command -v "$1")")
+readme=$here/../README.md
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+
+# A folder like that of someone who cloned this and gave `./dev run`.
+mkdir -p "$folder/clone/build/release/tools/kelvar"
+ln -s "$kelvar" "$folder/clone/build/release/tools/kelvar/kelvar"
+ln -s "$here" "$folder/clone/examples"
+"$here/run.sh" "$kelvar" "$folder/clone/build/sample" >/dev/null
+
+# A reader has the command within reach, and sees errors and output alike. `| head` is no failure.
+replay() {
+  local line inside=
+  set +o pipefail
+  cd "$folder/clone"
+  PATH=$PWD/build/release/tools/kelvar:$PATH
+  while IFS= read -r line; do
+    case $inside$line in
+      '```console') inside=1 ;;
+      '1```') inside= ;;
+    esac
+    case $inside$line in
+      '1$ '*)
+        printf '%s\n' "$line"
+        eval "${line#\$ }" 2>&1 </dev/null
+        ;;
+      1 | 1[!\`]*) ;;
+      *) printf '%s\n' "$line" ;;
+    esac
+  done
+}
+replay <"$readme" | sed 's/ *$//' >"$folder/README.md"
+
+if [ "${2-}" = --check ]; then
+  grep -q '^\$ kelvar annotate' "$readme" || { echo "README.md walks nowhere" >&2 && exit 1; }
+  diff "$readme" "$folder/README.md" || { echo "README.md shows other output: examples/readme.sh KELVAR" >&2 && exit 1; }
+else
+  cp "$folder/README.md" "$readme"
+fi
