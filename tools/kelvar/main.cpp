@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <cstdlib>
 #include <exception>
 #include <new>
 #include <string>
@@ -61,6 +62,27 @@ ExitStatus run(int count, char** arguments) {
   return run(kelvar, count, arguments);
 }
 
+/// There is no memory to build a sentence in.
+void sayOutOfMemory() noexcept {
+  static_cast<void>(writeAll(STDERR_FILENO, "kelvar: out of memory\n"));
+}
+
+bool memoryRanOut = false;
+
+/// Libraries that we use allocate where they promise not to throw: what would then end the program without a word is
+/// said like everywhere else.
+void sayWhyItEnds() {
+  std::set_new_handler([] {
+    memoryRanOut = true;
+    throw std::bad_alloc();
+  });
+  std::set_terminate([] {
+    if (!memoryRanOut) std::abort();
+    sayOutOfMemory();
+    ::_exit(kExhausted);
+  });
+}
+
 }  // namespace
 
 }  // namespace kelvar_tool
@@ -68,6 +90,7 @@ ExitStatus run(int count, char** arguments) {
 int main(int count, char** arguments) {
   using namespace kelvar_tool;
   holdStandardDescriptors();
+  sayWhyItEnds();
   try {
     return run(count, arguments);
   } catch (const kelvar_platform::ReadError& error) {
@@ -77,7 +100,7 @@ int main(int count, char** arguments) {
     say(error.what());
     return kUnreadable;
   } catch (const std::bad_alloc&) {
-    static_cast<void>(writeAll(STDERR_FILENO, "kelvar: out of memory\n"));  // there is none to build a sentence in
+    sayOutOfMemory();
   } catch (const std::exception& error) {
     say(escaped(error.what()));
   }
