@@ -11,13 +11,17 @@ case $kelvar in
 *) kelvar=$(pwd)/$kelvar ;;
 esac
 project=$2
+for tool in clang++ valgrind objcopy; do
+  command -v "$tool" >/dev/null || { echo "collect.sh: $tool is missing" >&2 && exit 1; }
+done
 work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+# Tools speak into logs; whoever ends early has its last words shown.
+trap 'status=$?; [ $status -eq 0 ] || tail -n 5 "$work"/*.log >&2; rm -rf "$work"' EXIT
 outputs=${3:-$work/outputs}
 mkdir -p "$project" "$outputs"
 outputs=$(cd "$outputs" && pwd)
 project=$(cd "$project" && pwd)
-rm -f "$outputs"/*
+(cd "$outputs" && rm -f perf.txt.gz callgrind.out.gz tsan.txt.gz helgrind.xml.gz) # the others come anew
 
 # Nothing of where this stands gets into what is kept.
 cp -R "$here/sample" "$work/sample"
