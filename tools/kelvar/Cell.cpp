@@ -17,6 +17,8 @@ struct Appending {
   void operator()(double value) const {
     if (std::isnan(value)) {
       out += "nan";  // the sign of one means nothing
+    } else if (value == 0 && std::signbit(value)) {
+      out += "-0.0";  // without its fraction, most readers would take it for an integer, which has no sign
     } else {
       number(value);
     }
