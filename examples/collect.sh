@@ -15,8 +15,12 @@ for tool in clang++ valgrind objcopy; do
   command -v "$tool" >/dev/null || { echo "collect.sh: $tool is missing" >&2 && exit 1; }
 done
 work=$(mktemp -d)
-# Tools speak into logs; whoever ends early has its last words shown.
-trap 'status=$?; [ $status -eq 0 ] || tail -n 5 "$work"/*.log >&2; rm -rf "$work"' EXIT
+# Tools speak into logs; the last words of one that failed are shown.
+leave() {
+  [ "$1" -eq 0 ] || tail -n 5 "$work"/*.log >&2 2>/dev/null || true
+  rm -rf "$work"
+}
+trap 'leave $?' EXIT
 outputs=${3:-$work/outputs}
 mkdir -p "$project" "$outputs"
 outputs=$(cd "$outputs" && pwd)
