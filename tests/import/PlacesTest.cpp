@@ -30,31 +30,29 @@ std::string labelsAt(Places& places, const std::vector<Place>& stack) {
 
 TEST(Places, AreEnclosedFromTheInnermostSiteOut) {
   Places places(sites(), {});
-  const std::pair<Place, const char*> wants[] = {
-      {{.file = "/build/a.cpp", .line = 9}, ""},
-      {{.file = "/build/a.cpp", .line = 10}, "outer "},
-      {{.file = "a.cpp", .line = 25}, "sum inner outer "},
-      {{.file = "./x/a.cpp", .line = 30}, "inner outer "},
-      {{.file = "a.cpp", .line = 41}, ""},
-      {{.file = "a.cpp", .line = 55}, ""},
-      {{.file = "a.cpp", .line = 0}, ""},
-      {{.file = "b.cpp", .line = 25}, ""},
-      {{.file = "/usr/include/a.cpp", .line = 25}, ""},
-      {{.file = "a.cpp", .line = 2147483647}, ""},
-  };
-  for (const auto& [place, want] : wants) EXPECT_EQ(labelsAt(places, {place}), want) << place.file << place.line;
+  const struct {
+    const char* file;
+    int line;
+    const char* want;
+  } kCases[] = {{"/build/a.cpp", 9, ""},  {"/build/a.cpp", 10, "outer "},    {"a.cpp", 25, "sum inner outer "},
+                {"a.cpp", 41, ""},        {"./x/a.cpp", 30, "inner outer "}, {"a.cpp", 55, ""},
+                {"a.cpp", 0, ""},         {"/usr/include/a.cpp", 25, ""},    {"b.cpp", 25, ""},
+                {"a.cpp", 2147483647, ""}};
+  for (const auto& [file, line, want] : kCases) {
+    EXPECT_EQ(labelsAt(places, {{.function = "", .file = file, .line = line}}), want) << file << line;
+  }
 }
 
 TEST(Places, OfAStackAreTheFirstThatLiesInASite) {
   Places places(sites(), {});
   const Place library{.function = "memcpy", .file = "/usr/lib/s.h", .line = 3};
-  const Place bare{.function = "start"};
+  const Place bare{.function = "start", .file = ""};
   const Place within{.function = "work", .file = "a.cpp", .line = 12};
   const Place outside{.function = "main", .file = "m.cpp", .line = 5};
   EXPECT_EQ(labelsAt(places, {library, bare, within, outside}), "outer ");
   EXPECT_EQ(places.ownPlace({library, outside})->function, "main");
   EXPECT_EQ(places.ownPlace({library, bare})->function, "memcpy");
-  EXPECT_EQ(places.ownPlace({Place{.file = "m.cpp"}}), nullptr);
+  EXPECT_EQ(places.ownPlace({Place{.function = "", .file = "m.cpp"}}), nullptr);
 }
 
 TEST(Places, FollowTheRulesForPaths) {

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include "ResultFiles.h"
+#include "support/Damages.h"
 
 namespace kelvar_platform::test {
 namespace {
@@ -32,6 +33,14 @@ std::string detailWith(const std::string& key, const std::string& value) {
   const std::size_t begin = found + key.size() + 3;
   const std::size_t end = text[begin] == '[' ? text.find(']', begin) + 1 : text.find_first_of(",}", begin);
   return text.replace(begin, end - begin, value);
+}
+
+/// A damaged collection: `whole DOCUMENT`, `keys KEYS` for one with these, `detail KEY VALUE` for a detail's.
+std::string document(const std::string& damage) {
+  const std::string rest = damage.substr(damage.find(' ') + 1);
+  if (damage.starts_with("whole ")) return rest;
+  if (damage.starts_with("keys ")) return with(rest);
+  return detailWith(rest.substr(0, rest.find(' ')), rest.substr(rest.find(' ') + 1));
 }
 
 TEST_F(CollectionFile, GivesWhatStandsThere) {
@@ -79,94 +88,19 @@ TEST_F(CollectionFile, TakesWhatIsUnusualButFits) {
 }
 
 TEST_F(CollectionFile, IsRefusedWithThePlaceOfTheFirstBadValue) {
-  const std::string int32 = "an integer from -2147483648 to 2147483647";
-  const std::string natural = "an integer from 0 to 2147483647";
-  const std::string int64 = "an integer from -9223372036854775808 to 9223372036854775807";
-  const std::string survey = "details[0].survey.";
-  struct Damage {
-    std::string text;
-    std::string want;
-  };
-  const Damage damages[] = {
-      {"{}", "formatVersion: expected a value"},
-      {R"({"dataKind":"map"})", "formatVersion: expected a value"},
-      {R"({"formatVersion":1})", "dataKind: expected a value"},
-      {R"({"formatVersion":2})", "formatVersion: expected an integer from 1 to 1"},
-      {R"({"formatVersion":1.0})", "formatVersion: expected an integer from 1 to 1"},
-      {R"({"formatVersion":"1"})", "formatVersion: expected an integer from 1 to 1"},
-      {R"({"dataKind":"Survey"})", "dataKind: expected survey, surveyvectorization, suitability, dependencies or map"},
-      {R"({"dataKind":0})", "dataKind: expected a text"},
-      {R"({"dataKind":null})", "dataKind: expected a text"},
-      {"[]", "expected an object"},
-      {"null", "expected an object"},
-      {with(R"("processors":2147483648)"), "processors: expected " + int32},
-      {with(R"("kovaThreads":1e2)"), "kovaThreads: expected " + int32},
-      {with(R"("targetSystem":99999999999999999999)"), "targetSystem: expected " + int32},
-      {with(R"("threadingParadigm":null)"), "threadingParadigm: expected " + int32},
-      {with(R"("programMaxGain":1e400)"), "programMaxGain: expected a finite number"},
-      {with(R"("programMaxGain":NaN)"), "programMaxGain: expected a finite number"},
-      {with(R"("details":{})"), "details: expected a list"},
-      {with(R"("details":null)"), "details: expected a list"},
-      {with(R"("details":[{},[]])"), "details[1]: expected an object"},
-      {with(R"("details":[{"survey":null}])"), "details[0].survey: expected an object"},
-      {with(R"("details":[{"map":{}}])"), "details[0].map.strides: expected a value"},
-      {detailWith("detailKind", "3"), "details[0].detailKind: expected an integer from 0 to 2"},
-      {detailWith("annotationKind", "-1"), "details[0].annotationKind: expected an integer from 0 to 18"},
-      {detailWith("label", "7"), "details[0].label: expected a text"},
-      {detailWith("file", R"("\ud800x")"), "details[0].file: expected a text whose escapes are characters"},
-      {detailWith("file", R"("\udc00")"), "details[0].file: expected a text whose escapes are characters"},
-      {detailWith("file", R"("\x")"), "details[0].file: expected a text whose escapes are characters"},
-      {detailWith("line", "2147483648"), "details[0].line: expected " + natural},
-      {detailWith("column", "-1"), "details[0].column: expected " + natural},
-      {detailWith("cpuTime", "\"1\""), survey + "cpuTime: expected a finite number"},
-      {detailWith("cpuTime", "01"), survey + "cpuTime: expected a finite number"},
-      {detailWith("cpuTime", "1."), survey + "cpuTime: expected a finite number"},
-      {detailWith("totalTime", "-1e309"), "details[0].surveyVectorization.totalTime: expected a finite number"},
-      {detailWith("state", "true"), "details[0].surveyVectorization.state: expected " + int32},
-      {detailWith("cores", "-2147483649"), "details[0].suitability.cores: expected " + int32},
-      {detailWith("flags", "4294967296"), "details[0].suitability.flags: expected an integer from 0 to 4294967295"},
-      {detailWith("flags", "-1"), "details[0].suitability.flags: expected an integer from 0 to 4294967295"},
-      {detailWith("warnings", "[1]"), "details[0].dependencies.warnings: expected a list of 2"},
-      {detailWith("warnings", "[1,2,3]"), "details[0].dependencies.warnings[2]: expected the end of a list of 2"},
-      {detailWith("warnings", "[1,2.0]"), "details[0].dependencies.warnings[1]: expected " + int32},
-      {detailWith("strides", "[1,2,9223372036854775808]"), "details[0].map.strides[2]: expected " + int64},
-      {detailWith("strides", "[]"), "details[0].map.strides: expected a list of 3"},
-      {with(R"("formatVersion":1)"), "formatVersion: expected a key that stands once"},
-      {with(R"("details":[{"line":1,"l\u0069ne":1}])"), "details[0].line: expected a key that stands once"},
-      {with(R"("x":[0,{"a":1,"b":2,"\u0061":3}])"), "x[1].a: expected a key that stands once"},
-      {with(R"("y":1,"x":{"b":{"z":0}},"y":2)"), "y: expected a key that stands once"},
-      {with(R"("details":[{"survey":{"q":{"":1,"":2}}}])"), "details[0].survey.q.: expected a key that stands once"},
-      {with("\"x\":\"\\ud800\""), "x: expected a text whose escapes are characters"},
-      {"", "byte 0: expected the rest of the JSON"},
-      {" \n", "byte 2: expected the rest of the JSON"},
-      {"\xEF\xBB\xBF{}", "byte 0: expected JSON"},
-      {"hello", "byte 0: expected JSON"},
-      {R"({"x":1)", "byte 6: expected the rest of the JSON"},
-      {R"({"x":"a)", "byte 7: expected the rest of the JSON"},
-      {R"({"x":{"y":1})", "byte 12: expected JSON"},
-      {with("\"x\":1") + " x", "byte 43: expected the end of the file"},
-      {with("\"x\":1") + "{}", "byte 42: expected the end of the file"},
-      {"{\"x\":\"\xC3\x28\"}", "byte 6: expected UTF-8"},
-      {"{\"x\":\"\xED\xA0\x80\"}", "byte 6: expected UTF-8"},
-      {"{\"x\":\"a\nb\"}", "byte 7: expected a text without control characters"},
-      {R"({"x":1,})", "byte 7: expected JSON"},
-      {R"({"x" 1})", "byte 5: expected JSON"},
-      {R"({"x":1 "y":2})", "byte 7: expected JSON"},
-      {R"({x:1})", "byte 1: expected JSON"},
-      {R"({"x":[1,]})", "byte 8: expected JSON"},
-      {R"({"x":[1 2]})", "byte 8: expected JSON"},
-      {R"({"x":[1}})", "byte 7: expected JSON"},
-      {R"({"x":tru})", "byte 5: expected JSON"},
-      {R"({"x":nullx})", "byte 5: expected JSON"},
-      {R"({"x":-})", "byte 5: expected JSON"},
-      {R"({"x":1.e5})", "byte 5: expected JSON"},
-      {R"({"x":+1})", "byte 5: expected JSON"},
-      {R"({"x":[007]})", "byte 6: expected JSON"},
-      {R"({"\ud800":1})", "byte 2: expected a key whose escapes are characters"},
-  };
-  for (const Damage& damage : damages) {
-    EXPECT_FALSE(load(damage.text)) << damage.text;
-    EXPECT_EQ(refusal(), "collection.json: " + damage.want) << damage.text;
+  auto damages = support::damages("collection.txt");
+  EXPECT_GE(damages.size(), 50U);
+  for (auto& [text, want] : damages) text = document(text);
+  // What a line of text cannot hold.
+  damages.insert(damages.end(), {{"", "byte 0: expected the rest of the JSON"},
+                                 {" \n", "byte 2: expected the rest of the JSON"},
+                                 {"\xEF\xBB\xBF{}", "byte 0: expected JSON"},
+                                 {"{\"x\":\"\xC3\x28\"}", "byte 6: expected UTF-8"},
+                                 {"{\"x\":\"\xED\xA0\x80\"}", "byte 6: expected UTF-8"},
+                                 {"{\"x\":\"a\nb\"}", "byte 7: expected a text without control characters"}});
+  for (const auto& [text, want] : damages) {
+    EXPECT_FALSE(load(text)) << text;
+    EXPECT_EQ(refusal(), "collection.json: " + want) << text;
   }
 }
 

@@ -1,4 +1,5 @@
 #include "ResultFiles.h"
+#include "support/Damages.h"
 
 namespace kelvar_platform::test {
 namespace {
@@ -36,33 +37,9 @@ TEST_F(ResultDirectory, GivesWhatStandsThere) {
 }
 
 TEST_F(ResultDirectory, IsRefusedWithThePlaceOfTheFirstBadValue) {
-  const std::string uint64 = "an integer from 0 to 18446744073709551615";
-  struct Damage {
-    std::string text;
-    std::string want;
-  };
-  const Damage damages[] = {
-      {"{}", "formatVersion: expected a value"},
-      {R"({"formatVersion":0})", "formatVersion: expected an integer from 1 to 1"},
-      {R"({"hostName":null})", "hostName: expected a text"},
-      {R"({"operatingSystem":["Linux"]})", "operatingSystem: expected a text"},
-      {R"({"hostName":"\udfff"})", "hostName: expected a text whose escapes are characters"},
-      {R"({"collectionStartTime":-1})", "collectionStartTime: expected " + uint64},
-      {R"({"collectionEndTime":18446744073709551616})", "collectionEndTime: expected " + uint64},
-      {R"({"finalizationStartTime":1.5})", "finalizationStartTime: expected " + uint64},
-      {R"({"finalizationEndTime":"1"})", "finalizationEndTime: expected " + uint64},
-      {R"({"cpuFrequency":2e9})", "cpuFrequency: expected " + uint64},
-      {R"({"cpuCount":-1})", "cpuCount: expected an integer from 0 to 2147483647"},
-      {R"({"cpuCount":2147483648})", "cpuCount: expected an integer from 0 to 2147483647"},
-      {R"({"applicationLog":false})", "applicationLog: expected a text"},
-      {R"({"collectorLog":{}})", "collectorLog: expected a text"},
-      {R"({"commandLog":1})", "commandLog: expected a text"},
-      {R"({"hostName":"a","hostName":"a"})", "hostName: expected a key that stands once"},
-      {R"({"formatVersion":1}])", "byte 19: expected the end of the file"},
-  };
-  for (const Damage& damage : damages) {
-    EXPECT_FALSE(open(damage.text)) << damage.text;
-    EXPECT_EQ(refusal(), "result.json: " + damage.want) << damage.text;
+  for (const auto& [text, want] : support::damages("result.txt")) {
+    EXPECT_FALSE(open(text)) << text;
+    EXPECT_EQ(refusal(), "result.json: " + want) << text;
   }
   EXPECT_FALSE(resdir::ResultDirectoryManager::open((folder_ + "/none").c_str(), false, nullptr));
   EXPECT_EQ(refusal(), "none/result.json: expected a file that can be read (No such file or directory)");

@@ -12,6 +12,7 @@
 #include "items/SummaryItems.h"
 #include "resdir.h"
 #include "sitenotes.h"
+#include "support/FakeDetail.h"
 
 /// Collaborators that answer what a test tells them, note each call in the CallLog and throw where a CallFault says.
 /// A test builds what it is about and leaves the rest to defaults:
@@ -27,26 +28,6 @@
 ///     EXPECT_EQ(rows(data), "+ solver solver.cpp:120 | survey ~ 2.50\n");
 namespace support {
 
-using Kind = sitenotes::annotation_t::kind_t;
-
-/// `file:line` or `file:line:column`; the null locator for an empty text.
-[[nodiscard]] sitenotes::locator_t at(const std::string& place);
-
-class FakeAnnotation final : public sitenotes::annotation_t {
- public:
-  FakeAnnotation(std::string label, const std::string& place, Kind kind, bool disabled);
-  [[nodiscard]] const sitenotes::locator_t& get_locator() const override;
-  [[nodiscard]] const std::string& get_label() const override;
-  [[nodiscard]] kind_t get_kind() const override;
-  [[nodiscard]] bool disabled() const override;
-
- private:
-  std::string label_;
-  sitenotes::locator_t place_;
-  Kind kind_;
-  bool disabled_;
-};
-
 [[nodiscard]] boost::shared_ptr<sitenotes::annotation_t> annotation(std::string label, const std::string& place,
                                                                     Kind kind = sitenotes::annotation_t::parallel,
                                                                     bool disabled = false);
@@ -55,24 +36,38 @@ class FakeAnnotation final : public sitenotes::annotation_t {
 class FakeDatabase final : public sitenotes::database_t {
  public:
   explicit FakeDatabase(std::string name = "database") : name_(std::move(name)) {}
-  ~FakeDatabase() override;
+  ~FakeDatabase() override { note(name_, "deleted"); }
 
   FakeDatabase& site(unsigned long handle, boost::shared_ptr<sitenotes::annotation_t> latest, bool alive = true);
   /// What get_state and make_state answer for `path`; empty for any other.
   FakeDatabase& state(const std::string& path, boost::shared_ptr<sitenotes::database_t> database);
   FakeDatabase& makes(const std::string& path, boost::shared_ptr<sitenotes::database_t> database);
 
-  std::vector<unsigned long> get_sequences() override;
-  bool is_sequence_alive(unsigned long id) override;
-  boost::shared_ptr<sitenotes::annotation_t> get_latest_annotation(unsigned long id) override;
-  boost::shared_ptr<sitenotes::database_t> get_state(const std::string& path) override;
-  boost::shared_ptr<sitenotes::database_t> make_state(const std::string& path, bool flag) override;
+  std::vector<unsigned long> get_sequences() override { return answer(name_, "get_sequences", sequences_); }
+  bool is_sequence_alive(unsigned long id) override {
+    return answer(name_, "is_sequence_alive", found(sites_, id).alive, std::to_string(id));
+  }
+  boost::shared_ptr<sitenotes::annotation_t> get_latest_annotation(unsigned long id) override {
+    return answer(name_, "get_latest_annotation", found(sites_, id).latest, std::to_string(id));
+  }
+  boost::shared_ptr<sitenotes::database_t> get_state(const std::string& path) override {
+    return answer(name_, "get_state", found(states_, path), path);
+  }
+  boost::shared_ptr<sitenotes::database_t> make_state(const std::string& path, bool flag) override {
+    return answer(name_, flag ? "make_state true" : "make_state false", found(makes_, path), path);
+  }
 
  private:
   struct Site {
     boost::shared_ptr<sitenotes::annotation_t> latest;
     bool alive = false;
   };
+  /// What stands there, or nothing in particular.
+  template <class Key, class Value>
+  static Value found(const std::map<Key, Value>& known, const Key& key) {
+    const auto place = known.find(key);
+    return place != known.end() ? place->second : Value();
+  }
   using States = std::map<std::string, boost::shared_ptr<sitenotes::database_t>>;
 
   std::string name_;
@@ -81,74 +76,6 @@ class FakeDatabase final : public sitenotes::database_t {
   States states_;
   States makes_;
 };
-
-struct Survey {
-  double cpuTime = 0;
-  int priority = 0;
-  int id = 0;
-};
-struct Vectorization {
-  int state = 0;
-  double selfTime = 0;
-  double totalTime = 0;
-  int id = 0;
-  int priority = 0;
-};
-struct Suitability {
-  double selfTime = 0;
-  int cores = 0;
-  std::uint32_t flags = 0;
-  double siteMaxGain = 0;
-  double totalMaxGain = 0;
-};
-struct Correctness {
-  int errors = 0;
-  int warnings[2] = {0, 0};
-};
-struct Strides {
-  std::int64_t strides[3] = {0, 0, 0};
-};
-
-/// What an analysis says of a site: any of the five records, each with any values.
-class FakeDetail final : public digestio::SummaryDetail {
- public:
-  FakeDetail(std::string label, const std::string& place) : label_(std::move(label)), place_(at(place)) {}
-
-  FakeDetail& kind(digestio::SummaryDetailKind kind);
-  FakeDetail& reports(Kind kind);  ///< the annotation kind that the analysis reports
-  FakeDetail& survey(Survey values = {});
-  FakeDetail& vectorization(Vectorization values = {});
-  FakeDetail& suitability(Suitability values = {});
-  FakeDetail& correctness(Correctness values = {});
-  FakeDetail& map(Strides values = {});
-  FakeDetail& missing();  ///< the collection answers null in its place
-  [[nodiscard]] bool isMissing() const noexcept { return missing_; }
-
-  [[nodiscard]] digestio::SummaryDetailKind detailKind() const override;
-  [[nodiscard]] Kind annotationKind() const override;
-  [[nodiscard]] sitenotes::locator_t locator() const override;
-  [[nodiscard]] std::string label() const override;
-  [[nodiscard]] digestio::SurveyDetail* surveyView() const override;
-  [[nodiscard]] digestio::SurveyVectorizationDetail* surveyVectorizationView() const override;
-  [[nodiscard]] digestio::SuitabilityDetail* suitabilityView() const override;
-  [[nodiscard]] digestio::CorrectnessDetail* correctnessView() const override;
-  [[nodiscard]] digestio::MapDetail* mapView() const override;
-
- private:
-  std::string label_;
-  sitenotes::locator_t place_;
-  digestio::SummaryDetailKind kind_ = digestio::kAnnotatedSite;
-  Kind reported_ = sitenotes::annotation_t::parallel;
-  bool missing_ = false;
-  // Shared by the copies that a builder leaves behind: nobody writes to them.
-  std::shared_ptr<digestio::SurveyDetail> survey_;
-  std::shared_ptr<digestio::SurveyVectorizationDetail> vectorization_;
-  std::shared_ptr<digestio::SuitabilityDetail> suitability_;
-  std::shared_ptr<digestio::CorrectnessDetail> correctness_;
-  std::shared_ptr<digestio::MapDetail> map_;
-};
-
-[[nodiscard]] FakeDetail detail(std::string label = {}, const std::string& place = {});
 
 /// What a loaded result answers.
 struct Collection {

@@ -1,6 +1,5 @@
 #include "support/Faults.h"
 
-#include <atomic>
 #include <cstddef>
 #include <cstdlib>
 #include <new>
@@ -10,36 +9,9 @@ namespace support {
 
 namespace {
 
-std::atomic<long> callsLeft = 0;
-std::atomic<long> allocationsLeft = 0;
 CallLog* currentLog = nullptr;
 
-/// Whether this is the one that fails. Counts on below 0, so that each count strikes once.
-bool strikes(std::atomic<long>& left) noexcept {
-  return left.load() > 0 && left.fetch_sub(1) == 1;
-}
-
 }  // namespace
-
-CallFault::CallFault(long call) {
-  callsLeft = call;
-}
-CallFault::~CallFault() {
-  callsLeft = 0;
-}
-bool CallFault::struck() const {
-  return callsLeft == 0;
-}
-
-AllocationFault::AllocationFault(long allocation) {
-  allocationsLeft = allocation;
-}
-AllocationFault::~AllocationFault() {
-  allocationsLeft = 0;
-}
-bool AllocationFault::struck() const {
-  return allocationsLeft == 0;
-}
 
 CallLog::CallLog() {
   currentLog = this;
@@ -58,22 +30,22 @@ std::string CallLog::text(std::string_view prefix) const {
 
 void note(std::string_view subject, std::string_view operation, std::string_view argument) {
   if (currentLog == nullptr) return;
-  const long paused = allocationsLeft.exchange(0);
+  const long paused = AllocationFault::left.exchange(0);
   std::string line = std::string(subject).append(" ").append(operation);
   if (!argument.empty()) line.append(" ").append(argument);
   currentLog->lines_.push_back(std::move(line));
-  allocationsLeft = paused;
+  AllocationFault::left = paused;
 }
 
 void called(std::string_view subject, std::string_view operation, std::string_view argument) {
   note(subject, operation, argument);
-  if (strikes(callsLeft)) throw Fault(std::string(subject).append(" ").append(operation));
+  if (CallFault::strikes()) throw Fault(std::string(subject).append(" ").append(operation));
 }
 
 namespace {
 
 void* allocate(std::size_t size, std::size_t alignment) noexcept {
-  if (strikes(allocationsLeft)) return nullptr;
+  if (AllocationFault::strikes()) return nullptr;
   if (alignment <= alignof(std::max_align_t)) return std::malloc(size == 0 ? 1 : size);
   return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -20,30 +22,25 @@ struct Fault : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// While it lives, the `call`-th call to any fake, counted from 1, throws Fault. 0: none does.
-class CallFault {
+/// While it lives, the `count`-th of what it counts fails, counted from 1; 0: none does.
+template <class What>
+class FaultAt {
  public:
-  explicit CallFault(long call);
-  ~CallFault();
-  CallFault(const CallFault&) = delete;  // there is one count
-  CallFault& operator=(const CallFault&) = delete;
-  [[nodiscard]] bool struck() const;
+  using Thrown = What;
+  explicit FaultAt(long count) { left = count; }
+  ~FaultAt() { left = 0; }
+  FaultAt(const FaultAt&) = delete;  // there is one count
+  FaultAt& operator=(const FaultAt&) = delete;
+  [[nodiscard]] bool struck() const { return left == 0; }
 
-  using Thrown = Fault;
+  /// Whether this is the one that fails. Counts on below 0, so that each count strikes once.
+  static bool strikes() noexcept { return left.load() > 0 && left.fetch_sub(1) == 1; }
+  static inline std::atomic<long> left = 0;
 };
-
-/// While it lives, the `allocation`-th allocation of the process throws std::bad_alloc, or answers null where the
-/// caller asked for that.
-class AllocationFault {
- public:
-  explicit AllocationFault(long allocation);
-  ~AllocationFault();
-  AllocationFault(const AllocationFault&) = delete;  // there is one count
-  AllocationFault& operator=(const AllocationFault&) = delete;
-  [[nodiscard]] bool struck() const;
-
-  using Thrown = std::bad_alloc;
-};
+/// Calls to any fake: one throws Fault.
+using CallFault = FaultAt<Fault>;
+/// Allocations of the process: one throws std::bad_alloc, or answers null where the caller asked for that.
+using AllocationFault = FaultAt<std::bad_alloc>;
 
 /// While it lives, keeps a line for each call to a fake: `database is_sequence_alive 7`.
 class CallLog {
@@ -65,6 +62,13 @@ class CallLog {
 void note(std::string_view subject, std::string_view operation, std::string_view argument = {});
 /// For fakes: a call, which may have to throw. Allocates nothing that an AllocationFault would count.
 void called(std::string_view subject, std::string_view operation, std::string_view argument = {});
+
+/// For fakes: a call, and what it answers.
+template <class T>
+T answer(std::string_view subject, std::string_view operation, T value, std::string_view argument = {}) {
+  called(subject, operation, argument);
+  return value;
+}
 
 /// See above. Answers how many faults struck before `attempt` got through without one.
 template <class Plan, class Prepare, class Attempt, class Check>
