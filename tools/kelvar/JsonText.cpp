@@ -20,7 +20,7 @@ void appendEscape(std::string& out, char c) {
 
 void appendText(std::string& out, std::string_view text) {
   out += '"';
-  for (const char c : wellFormed(text)) {
+  for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
     if (byte < 0x20 || byte == 0x7f || c == '"' || c == '\\') {
       appendEscape(out, c);
@@ -44,8 +44,9 @@ void JsonText::start(std::string_view key) {
   first_ = false;
   if (depth_ > 0 && depth_ <= kBroken) out_ += '\n';
   if (key.empty()) return;
-  appendText(out_, key);
-  out_ += ':';
+  out_ += '"';
+  out_ += key;
+  out_ += "\":";
 }
 
 void JsonText::begin(std::string_view key, char bracket) {
@@ -66,7 +67,7 @@ void JsonText::value(std::string_view key, const Cell& cell) {
   if (isNull(cell)) {
     out_ += "null";
   } else if (isText(cell)) {
-    appendText(out_, std::get<std::string>(cell));
+    appendText(out_, wellFormed(std::get<std::string>(cell)));
   } else {
     append(out_, cell);
   }

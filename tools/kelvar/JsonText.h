@@ -13,8 +13,8 @@ class JsonText {
  public:
   explicit JsonText(std::string& out) noexcept : out_(out) {}
 
-  /// A key is empty for the outermost value and for an element of a list. What stands directly in the outermost
-  /// object, and in what stands there, begins a line.
+  /// A key is plain, and empty for the outermost value and for an element of a list. What stands directly in the
+  /// outermost object, and in what stands there, begins a line.
   void beginObject(std::string_view key) { begin(key, '{'); }
   void beginList(std::string_view key) { begin(key, '['); }
   void endObject() { end('}'); }

@@ -28,8 +28,9 @@ Character firstOf(std::string_view text) noexcept {
 
 std::string wellFormed(std::string_view text) {
   constexpr std::string_view kReplacement = "\xef\xbf\xbd";
+  const auto plain = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+  if (std::all_of(text.begin(), text.end(), plain)) return std::string(text);
   std::string out;
-  out.reserve(text.size());
   while (!text.empty()) {
     const Character character = firstOf(text);
     out += character.code < 0 ? kReplacement : text.substr(0, character.size);
