@@ -12,51 +12,12 @@ using namespace kelvar_2_1_7;
 
 namespace {
 
-struct FoldCase {
-  const char* rule;
-  const char* before;
-  const char* after;
-  digestio::SummaryDataKind kind = digestio::kSurvey;
-};
-
-constexpr FoldCase kFolds[] = {
-    {"neighbours in files of one leaf are one site, whatever their directories and lines",
-     "- a p/x.cpp:1 survey\n- b q/x.cpp:9 map\n", "- a p/x.cpp:1 | survey - 1.00 | map - 2+0+0\n"},
-    {"all that match fold into the first", "- a x.cpp:1 survey\n- b x.cpp:2 map\n- c x.cpp:3 corr\n",
-     "- a x.cpp:1 | survey - 1.00 | correctness - 3 0+0 | map - 2+0+0\n"},
-    {"two details of one analysis are two sites", "- a x.cpp:1 survey\n- a x.cpp:1 survey\n",
-     "- a x.cpp:1 | survey - 1.00\n- a x.cpp:1 | survey - 2.00\n"},
-    {"vectorization may come twice", "- a x.cpp:1 vec\n- a x.cpp:1 vec\n", "- a x.cpp:1 | vectorization - 1.00/0.00\n"},
-    {"other leaves, annotation kinds and detail kinds stand apart",
-     "- a x.cpp:1 survey\n- a x.cpp:2 k2 map\n- a y.cpp:1 corr\n- a z.cpp:1 d1 survey\n- a z.cpp:2 d1 map\n",
-     "- a x.cpp:1 | survey - 1.00\n- a x.cpp:2 task | map - 2+0+0\n- a y.cpp:1 | correctness - 3 0+0\n"
-     "- a z.cpp:1, hot spot | survey - 4.00\n- a z.cpp:2, hot spot | map - 5+0+0\n"},
-    {"label twins fold into the one that stands first", "@1 a x.cpp:1\n@2 a y.cpp:1\n@3 b z.cpp:1\n",
-     "+ a x.cpp:1\n+ b z.cpp:1\n"},
-    {"a twin that stands last stays apart", "@1 a x.cpp:1\n@2 b y.cpp:1\n@3 a z.cpp:1\n",
-     "+ a x.cpp:1\n+ b y.cpp:1\n+ a z.cpp:1\n"},
-    {"a task goes into the task loop of its label, which takes its place",
-     "@1 a x.cpp:1 k2 s2\n@2 b y.cpp:1 k4\n@3 a z.cpp:1 k4\n@4 c zz.cpp:1\n",
-     "+ a z.cpp:1 taskloop\n+ b y.cpp:1 taskloop\n+ c zz.cpp:1\n"},
-    {"never a task loop into a task", "@1 a x.cpp:1 k4\n@2 a y.cpp:1 k1\n@3 a z.cpp:1 k2\n",
-     "+ a x.cpp:1 taskloop\n+ a y.cpp:1 end parallel\n+ a z.cpp:1 task\n"},
-    {"empty labels are no twins", "@1 _ x.cpp:1\n@2 _ y.cpp:1\n@3 a z.cpp:1\n",
-     "+  x.cpp:1\n+  y.cpp:1\n+ a z.cpp:1\n"},
-    {"sites without an annotation are no twins", "- a x.cpp:1 survey\n@2 a y.cpp:1\n@3 b z.cpp:1\n",
-     "- a x.cpp:1 | survey - 1.00\n+ a y.cpp:1\n+ b z.cpp:1\n"},
-    {"a vectorization survey looks at the slowest first",
-     "- a x.cpp:1 d2 vec\n- a y.cpp:1 d2 vec\n- a z.cpp:1 survey\n",
-     "- a y.cpp:1, loop | vectorization - 2.00/0.00\n- a x.cpp:1, loop | vectorization - 1.00/0.00\n"
-     "- a z.cpp:1 | survey - 3.00\n",
-     digestio::kSurveyVectorization},
-};
-
 TEST(Fold, FollowsEachRule) {
-  for (const FoldCase& c : kFolds) {
+  for (const auto& [rule, parts] : rules("fold.txt")) {
     ItemText text;
-    SummaryItems items = text.list(c.before);
-    items.exactMerge(c.kind);
-    EXPECT_EQ(support::rows(items), c.after) << c.rule;
+    SummaryItems items = text.list(parts[0]);
+    items.exactMerge(static_cast<digestio::SummaryDataKind>(parts.size() > 2 ? std::stoi(parts[2]) : 0));
+    EXPECT_EQ(support::rows(items), parts.at(1)) << rule;
   }
 }
 

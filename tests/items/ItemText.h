@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <string>
+#include <vector>
 
 #include "items/SummaryItems.h"
 #include "support/Fakes.h"
@@ -21,3 +22,12 @@ class ItemText {
  private:
   std::deque<support::FakeDetail> details_;  // the items point to them
 };
+
+/// A rule and the items that show it.
+struct Rule {
+  std::string name;
+  std::vector<std::string> parts;  ///< each a list as text
+};
+
+/// The rules of a file in rules/: `# NAME`, then parts that a line `+` or `=>` keeps apart.
+[[nodiscard]] std::vector<Rule> rules(const std::string& file);

@@ -8,35 +8,6 @@ using namespace kelvar_2_1_7;
 
 namespace {
 
-struct MergeCase {
-  const char* rule;
-  const char* into;
-  const char* other;
-  const char* want;
-};
-
-constexpr MergeCase kMerges[] = {
-    {"a current annotation on the same line makes an exact match", "@7 s x.cpp:12", "- s y.cpp:12 survey",
-     "+ s x.cpp:12 @7 | survey = 2.00"},
-    {"on another line an approximate one", "@7 s x.cpp:12", "- s x.cpp:13 survey", "+ s x.cpp:12 @7 | survey ~ 2.00"},
-    {"without a place an approximate one", "@7 s _", "- s x.cpp:12 survey", "+ s x.cpp:12 @7 | survey ~ 2.00"},
-    {"it does so from either side", "- s x.cpp:12 survey", "@7 s x.cpp:12", "+ s x.cpp:12 @7 | survey = 1.00"},
-    {"two sites that are not current stay unmatched", "@7 s x.cpp:12 s2", "- s x.cpp:12 survey",
-     "- s x.cpp:12 @7 | survey - 2.00"},
-    {"a detail that is there stays", "- s x.cpp:1 survey", "- s x.cpp:1 survey map",
-     "- s x.cpp:1 | survey - 1.00 | map - 2+0+0"},
-    {"what lacks an annotation takes it with its handle", "- s x.cpp:1 survey", "@7 t x.cpp:2 s2",
-     "- s x.cpp:1 @7 | survey - 1.00"},
-    {"an annotation that is there stays", "@6 s x.cpp:1 s2", "@7 t x.cpp:2 s2", "- s x.cpp:1 @6"},
-    {"place and label are filled in", "- _ _ survey", "- s x.cpp:1 map", "- s x.cpp:1 | survey - 1.00 | map - 2+0+0"},
-    {"a greater status brings its identity", "@6 s x.cpp:1 s2", "@7 t y.cpp:2", "+ t y.cpp:2 @7"},
-    {"as far as it has one", "@6 s x.cpp:1 s2", "@7 _ _ s5", "+ s x.cpp:1 @7"},
-    {"a status no greater brings none", "@6 s x.cpp:1", "@7 t y.cpp:2 s4", "+ s x.cpp:1 @6"},
-    {"what was too deep stays so", "@6 s x.cpp:1", "- __too_deep__ x.cpp:1", "+ s x.cpp:1 @6"},
-    {"kinds stay", "- s x.cpp:1 k2 d1 survey", "@7 s x.cpp:1 k4", "+ s x.cpp:1 @7 task, hot spot | survey = 1.00"},
-    {"either selects both", "@6 s x.cpp:1", "- s x.cpp:1 selected", "+ s x.cpp:1, @6 selected"},
-};
-
 std::string rowWithHandle(const SummaryItemImpl& item) {
   std::string text = support::row(item);
   if (item.annotation()) {
@@ -47,14 +18,14 @@ std::string rowWithHandle(const SummaryItemImpl& item) {
 }
 
 TEST(Merge, FollowsEachRule) {
-  for (const MergeCase& c : kMerges) {
+  for (const auto& [rule, parts] : rules("merge.txt")) {
     ItemText text;
-    const auto item = text.item(c.into);
-    const auto other = text.item(c.other);
+    const auto item = text.item(parts[0]);
+    const auto other = text.item(parts.at(1));
     const std::string before = rowWithHandle(*other);
     item->merge(*other);
-    EXPECT_EQ(rowWithHandle(*item), c.want) << c.rule;
-    EXPECT_EQ(rowWithHandle(*other), before) << c.rule;
+    EXPECT_EQ(rowWithHandle(*item) + '\n', parts.at(2)) << rule;
+    EXPECT_EQ(rowWithHandle(*other), before) << rule;
   }
 }
 
