@@ -43,7 +43,8 @@ void SharedLeaves::look(const Row& row) {
   }
   const toolbelt::path_t& file = row.stored.get_file();
   if (file.empty()) return;
-  std::vector<std::string_view>& files = files_[{row.item.annotationKind(), file.get_leaf()}];
+  const Sort sort(row.item.annotationKind(), file.get_leaf());
+  std::vector<std::string_view>& files = files_[sort];
   if (std::find(files.begin(), files.end(), file.get_text()) == files.end()) files.emplace_back(file.get_text());
 }
 
