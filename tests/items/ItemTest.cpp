@@ -72,36 +72,35 @@ TEST(Item, KeepsADetailWhoseRecordWentAway) {
   EXPECT_EQ(item->summaryDetail(digestio::kMap), nullptr);
 }
 
-TEST(Item, SaysWhereAnAnalysisSawIt) {
-  auto found = detail("s", "x.cpp:3").correctness();
+/// `FOUND LINE HANDLE` of what `ask` tells.
+template <class Ask>
+std::string told(Ask ask) {
   sitenotes::locator_t place = support::at("old.cpp:1");
   unsigned long handle = 99;
-  const auto bare = itemFrom(found);
-  EXPECT_TRUE(bare->getCollectionLocator(digestio::kCorrectness, place, handle));
-  EXPECT_EQ(place.get_line(), 3);
-  EXPECT_EQ(handle, 0U);
+  const bool found = ask(place, handle);
+  EXPECT_EQ(place.is_null(), place.get_line() == 0);
+  return (found ? "found " : "none ") + std::to_string(place.get_line()) + ' ' + std::to_string(handle);
+}
+
+TEST(Item, SaysWhereAnAnalysisSawIt) {
+  auto found = detail("s", "x.cpp:3").correctness();
+  const auto seen = [](SummaryItemImpl& item, digestio::SummaryDataKind kind) {
+    return told([&](auto& place, auto& handle) { return item.getCollectionLocator(kind, place, handle); });
+  };
+  EXPECT_EQ(seen(*itemFrom(found), digestio::kCorrectness), "found 3 0");
   const auto annotated = itemFrom(found, annotation("t", "y.cpp:9"), 5);
-  EXPECT_TRUE(annotated->getCollectionLocator(digestio::kCorrectness, place, handle));
-  EXPECT_EQ(place.get_line(), 3);
-  EXPECT_EQ(handle, 5U);
-  EXPECT_FALSE(annotated->getCollectionLocator(digestio::kMap, place, handle));
-  EXPECT_TRUE(place.is_null());
-  EXPECT_EQ(handle, 5U) << "told by its handle all the same";
+  EXPECT_EQ(seen(*annotated, digestio::kCorrectness), "found 3 5");
+  EXPECT_EQ(seen(*annotated, digestio::kMap), "none 0 5") << "told by its handle all the same";
 }
 
 TEST(Item, WithoutAnOwnerStandsWhereItsAnnotationOrItselfDoes) {
-  sitenotes::locator_t place = support::at("old.cpp:1");
-  unsigned long handle = 99;
   auto found = detail("s", "x.cpp:3").map();
-  EXPECT_TRUE(itemFrom(found)->getCurrentLocator(place, handle));
-  EXPECT_EQ(place.get_line(), 3);
-  EXPECT_EQ(handle, 0U);
-  EXPECT_TRUE(itemFrom(annotation("t", "y.cpp:9"), 0)->getCurrentLocator(place, handle));
-  EXPECT_EQ(place.get_line(), 9);
-  EXPECT_EQ(handle, 0U);
-  EXPECT_FALSE(itemFrom(annotation("t", ""), 5)->getCurrentLocator(place, handle));
-  EXPECT_TRUE(place.is_null());
-  EXPECT_EQ(handle, 5U);
+  const auto stands = [](SummaryItemImpl& item) {
+    return told([&](auto& place, auto& handle) { return item.getCurrentLocator(place, handle); });
+  };
+  EXPECT_EQ(stands(*itemFrom(found)), "found 3 0");
+  EXPECT_EQ(stands(*itemFrom(annotation("t", "y.cpp:9"), 0)), "found 9 0");
+  EXPECT_EQ(stands(*itemFrom(annotation("t", ""), 5)), "none 0 5");
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "kelvar/SummaryData.h"
 #include "kelvar/SummaryDataLoader.h"
 #include "resdir.h"
+#include "support/FakeResult.h"
 
 // A suite and this library are built apart: both sides find an operation by its place in the dispatch table alone.
 // A pointer to a virtual member holds that place, as the C++ ABI of x86-64 has it.
@@ -66,28 +67,8 @@ struct AnyCollector final : Collector {
   Guard guard;
 };
 
-struct AnyResult final : SummaryResult {
+struct AnyResult final : support::FakeResult {
   explicit AnyResult(bool* gone) : guard{gone} {}
-  int resultCount() const override { return 0; }
-  SummaryResult* result(int) const override { return nullptr; }
-  SummaryCollection* summaryCollection() const override { return nullptr; }
-  std::uint64_t collectionTime() const override { return 0; }
-  std::uint64_t collectionDuration() const override { return 0; }
-  std::uint64_t finalizationTime() const override { return 0; }
-  std::uint64_t finalizationDuration() const override { return 0; }
-  std::string hostName() const override { return {}; }
-  int cpuCount() const override { return 0; }
-  std::uint64_t cpuFrequency() const override { return 0; }
-  std::string operatingSystem() const override { return {}; }
-  std::string applicationLog() const override { return {}; }
-  std::string collectorLog() const override { return {}; }
-  std::string commandLog() const override { return {}; }
-  bool likelyDebugInfoMissing() const override { return false; }
-  int threading_paradigm() const override { return 0; }
-  int num_processors() const override { return 0; }
-  int num_kova_threads() const override { return 0; }
-  int target_system() const override { return 0; }
-  double programMaxGain() const override { return 0; }
   Guard guard;
 };
 

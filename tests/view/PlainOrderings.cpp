@@ -8,26 +8,19 @@ namespace {
 const SummaryItem* left = nullptr;
 const SummaryItem* right = nullptr;
 
-double cpuTime(const SummaryItem& i) {
-  return i.surveyDetail() ? i.surveyDetail()->cpuTime() : -1.0;
+template <class View, class Value>
+double of(const View* view, Value (View::*value)() const) {
+  return view != nullptr ? (view->*value)() : -1.0;
 }
 double selfTime(const SummaryItem& i) {
-  return i.surveyVectorizationDetail() ? i.surveyVectorizationDetail()->selfTime() : -1.0;
+  return of(i.surveyVectorizationDetail(), &digestio::SurveyVectorizationDetail::selfTime);
 }
 double totalTime(const SummaryItem& i) {
-  return i.surveyVectorizationDetail() ? i.surveyVectorizationDetail()->totalTime() : -1.0;
+  return of(i.surveyVectorizationDetail(), &digestio::SurveyVectorizationDetail::totalTime);
 }
-double loopPriority(const SummaryItem& i) {
-  return i.surveyVectorizationDetail() ? i.surveyVectorizationDetail()->priority() : -1.0;
-}
-double gain(const SummaryItem& i, double (digestio::SuitabilityDetail::*value)() const) {
-  return i.suitabilityDetail() ? (i.suitabilityDetail()->*value)() : -1.0;
-}
-long errors(const SummaryItem& i) {
-  return i.correctnessDetail() ? i.correctnessDetail()->errors() : -1;
-}
-long warnings(const SummaryItem& i) {
-  return i.correctnessDetail() ? long{i.correctnessDetail()->warnings(0)} + i.correctnessDetail()->warnings(1) : -1;
+double warnings(const SummaryItem& i) {
+  const auto* view = i.correctnessDetail();
+  return view != nullptr ? double(view->warnings(0)) + view->warnings(1) : -1.0;
 }
 
 bool byLocator() {
@@ -42,8 +35,7 @@ bool byLocator() {
   return selfTime(b) < selfTime(a) || (selfTime(a) == selfTime(b) && totalTime(b) < totalTime(a));
 }
 
-template <class Value>
-bool descending(Value a, Value b, bool (*then)()) {
+bool descending(double a, double b, bool (*then)()) {
   if (a == b) return then();
   return a > b;
 }
@@ -80,50 +72,39 @@ int group(int annotationKind) {
 
 bool plainlyBefore(SummaryMapping mapping, const SummaryItem* first, const SummaryItem* second) {
   using namespace kelvar_2_1_7;
-  using Suitability = digestio::SuitabilityDetail;
+  using digestio::CorrectnessDetail, digestio::SuitabilityDetail, digestio::SurveyDetail;
+  using Loop = digestio::SurveyVectorizationDetail;
   if (first == nullptr) return false;
   if (second == nullptr) return true;
   left = first;
   right = second;
   const SummaryItem& a = *first;
   const SummaryItem& b = *second;
-  const auto priority = [](const SummaryItem& i) {
-    return i.surveyDetail() ? i.surveyDetail()->priority() : 2147483647;
+  const auto lowest = [&](int (digestio::SurveyDetail::*value)() const) {
+    const auto key = [&](const SummaryItem& i) { return i.surveyDetail() ? (i.surveyDetail()->*value)() : 2147483647; };
+    return ascending(key(a), key(b));
   };
-  const auto id = [](const SummaryItem& i) { return i.surveyDetail() ? i.surveyDetail()->id() : 2147483647; };
-  const auto byGain = [&](double (Suitability::*value)() const) {
-    return descending(gain(a, value), gain(b, value), byLocator);
+  const auto highest = [&](auto* (SummaryItem::*view)() const, auto value, bool (*then)()) {
+    return descending(of((a.*view)(), value), of((b.*view)(), value), then);
   };
-  switch (mapping) {
-    case kSortKind:
-      return byKind();
-    case kSortLabel:
-      return a.label() == b.label() ? byLocator() : a.label() < b.label();
-    case kSortSurveyCpuTime:
-      return descending(cpuTime(a), cpuTime(b), byLocator);
-    case kSortSurveyPriority:
-      return ascending(priority(a), priority(b));
-    case kSortSurveyId:
-      return ascending(id(a), id(b));
-    case kSortSurveyVectorizationSelfTime:
-      return descending(selfTime(a), selfTime(b), byTotalTime);
-    case kSortSurveyVectorizationTotalTime:
-      return descending(totalTime(a), totalTime(b), never);
-    case kSortSurveyVectorizationPriority:
-      return descending(loopPriority(a), loopPriority(b), never);
-    case kSortSuitabilitySelfTime:
-      return byGain(&Suitability::selfTime);
-    case kSortSuitabilitySelfMaxGain:
-      return byGain(&Suitability::siteMaxGain);
-    case kSortSuitabilityTotalMaxGain:
-      return byGain(&Suitability::totalMaxGain);
-    case kSortCorrectnessErrors:
-      return descending(errors(a), errors(b), byWarnings);
-    case kSortCorrectnessWarnings:
-      return byWarnings();
-    case kSortGeneralKindLocator:
-      return ascending(group(a.annotationKind()), group(b.annotationKind()));
-    default:
-      return byLocator();
-  }
+  if (mapping == kSortKind) return byKind();
+  if (mapping == kSortLabel) return a.label() == b.label() ? byLocator() : a.label() < b.label();
+  if (mapping == kSortSurveyCpuTime) return highest(&SummaryItem::surveyDetail, &SurveyDetail::cpuTime, byLocator);
+  if (mapping == kSortSurveyPriority) return lowest(&SurveyDetail::priority);
+  if (mapping == kSortSurveyId) return lowest(&SurveyDetail::id);
+  if (mapping == kSortSurveyVectorizationSelfTime) return descending(selfTime(a), selfTime(b), byTotalTime);
+  if (mapping == kSortSurveyVectorizationTotalTime) return descending(totalTime(a), totalTime(b), never);
+  if (mapping == kSortSurveyVectorizationPriority)
+    return highest(&SummaryItem::surveyVectorizationDetail, &Loop::priority, never);
+  if (mapping == kSortSuitabilitySelfTime)
+    return highest(&SummaryItem::suitabilityDetail, &SuitabilityDetail::selfTime, byLocator);
+  if (mapping == kSortSuitabilitySelfMaxGain)
+    return highest(&SummaryItem::suitabilityDetail, &SuitabilityDetail::siteMaxGain, byLocator);
+  if (mapping == kSortSuitabilityTotalMaxGain)
+    return highest(&SummaryItem::suitabilityDetail, &SuitabilityDetail::totalMaxGain, byLocator);
+  if (mapping == kSortCorrectnessErrors)
+    return highest(&SummaryItem::correctnessDetail, &CorrectnessDetail::errors, byWarnings);
+  if (mapping == kSortCorrectnessWarnings) return byWarnings();
+  if (mapping == kSortGeneralKindLocator) return ascending(group(a.annotationKind()), group(b.annotationKind()));
+  return byLocator();
 }

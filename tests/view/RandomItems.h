@@ -30,3 +30,10 @@ class RandomItems {
   bool oneKind_;
   std::deque<support::FakeDetail> details_;
 };
+
+/// The items of a list, to tell later which stood where.
+inline std::vector<const kelvar_2_1_7::SummaryItemImpl*> pointers(const kelvar_2_1_7::SummaryItems& items) {
+  std::vector<const kelvar_2_1_7::SummaryItemImpl*> pointers;
+  for (const auto& item : items) pointers.push_back(item.get());
+  return pointers;
+}

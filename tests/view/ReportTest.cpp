@@ -4,18 +4,20 @@
 #include <cmath>
 #include <string>
 
+#include "support/FakeResult.h"
 #include "support/Fakes.h"
 #include "view/SummaryReport.h"
 
 using namespace kelvar_2_1_7;
 using support::detail;
 using support::FakeDetail;
+using support::FakeResult;
 
 namespace {
 
 // The last line of a table of one item, without its newline.
-std::string row(FakeDetail detail, bool verbose = false) {
-  const std::string text = support::listOf(support::itemFrom(detail)).asString(verbose, true, true, true, true, true);
+std::string row(FakeDetail detail) {
+  const std::string text = support::listOf(support::itemFrom(detail)).asString(false, true, true, true, true, true);
   const std::size_t begin = text.rfind('\n', text.size() - 2) + 1;
   return text.substr(begin, text.size() - 1 - begin);
 }
@@ -78,12 +80,6 @@ TEST(ItemTable, SourcePart) {
   }
 }
 
-TEST(ItemTable, VerboseRowsSayHowItemsMatched) {
-  const std::string want = "? 2 " + kPlain + "? 1    0.00 0  0 - 0 " + blanks(20) + "- 0 " + blanks(33) + "- 0 " +
-                           blanks(16) + "? 1       0 /       0 /       0 ";
-  EXPECT_EQ(row(detail("l", "a.cpp:1").survey().map(), true), want);
-}
-
 TEST(ItemTable, HeaderOfSomeKinds) {
   EXPECT_EQ(
       SummaryItems().asString(true, false, true, false, false, true),
@@ -93,35 +89,6 @@ TEST(ItemTable, HeaderOfSomeKinds) {
       "S #     Kind           Label               File/line           |S #  Time   Time Id r|S # Strides\n"
       "_ _ _____________ ________________ ____________________________|_ _ _______ _______ ______ _|_ _ _______\n");
 }
-
-// A result that states what a test tells it.
-struct FakeResult final : SummaryResult {
-  int count = 0;
-  std::uint64_t time = 0;
-  std::uint64_t duration = 0;
-  std::string text;
-
-  int resultCount() const override { return count; }
-  SummaryResult* result(int) const override { return nullptr; }
-  digestio::SummaryCollection* summaryCollection() const override { return nullptr; }
-  std::uint64_t collectionTime() const override { return time; }
-  std::uint64_t collectionDuration() const override { return duration; }
-  std::uint64_t finalizationTime() const override { return 0; }
-  std::uint64_t finalizationDuration() const override { return 2; }
-  std::string hostName() const override { return text; }
-  int cpuCount() const override { return 4; }
-  std::uint64_t cpuFrequency() const override { return UINT64_MAX; }
-  std::string operatingSystem() const override { return text; }
-  std::string applicationLog() const override { return "a.log"; }
-  std::string collectorLog() const override { return ""; }
-  std::string commandLog() const override { return "c.log"; }
-  bool likelyDebugInfoMissing() const override { return true; }
-  int threading_paradigm() const override { return 7; }
-  int num_processors() const override { return 0; }
-  int num_kova_threads() const override { return 0; }
-  int target_system() const override { return 3; }
-  double programMaxGain() const override { return 0; }
-};
 
 struct Report {
   ViewSettings settings;
@@ -174,14 +141,6 @@ TEST(SummaryReport, PiecesAreCutAtTheirBuffer) {
   const std::string text = report.text(false);
   EXPECT_EQ(text.substr(text.find("\nhostname")), "\nhostname: " + std::string(1023 - 11, 'h') +
                                                       "\nos: " + std::string(1023 - 5, 'h') + "\nCollection Details\n");
-}
-
-TEST(SummaryReport, NamesNoOrderingThatHasNoName) {
-  for (const int mapping : {12, 13, 14, 99}) {
-    Report report;
-    report.settings.setMapping(static_cast<SummaryMapping>(mapping), true);
-    EXPECT_NE(report.text(true).find("display:  (reverse)\n\n"), std::string::npos) << mapping;
-  }
 }
 
 TEST(SummaryReport, TimesOnTheCalendar) {

@@ -72,12 +72,6 @@ TEST(MergeSort, AsksOnceForEachRecordOfWhatIsSortedOrTurnedAround) {
   }
 }
 
-std::vector<const SummaryItemImpl*> pointers(const SummaryItems& items) {
-  std::vector<const SummaryItemImpl*> pointers;
-  for (const auto& item : items) pointers.push_back(item.get());
-  return pointers;
-}
-
 TEST(ItemSort, NoNeighbourStandsBeforeTheOneInFrontOfItAndRowsHaveNoHistory) {
   for (unsigned int seed = 0; seed < 25; ++seed) {
     for (int number = -1; number <= kSummaryMappingCount; ++number) {

@@ -14,12 +14,6 @@ namespace {
 
 using List = std::vector<const SummaryItemImpl*>;
 
-List pointers(const SummaryItems& items) {
-  List pointers;
-  for (const auto& item : items) pointers.push_back(item.get());
-  return pointers;
-}
-
 // The settings and the two filters, written out plainly: items are taken out one by one.
 struct PlainView {
   bool kinds[5] = {true, true, true, true, true};
