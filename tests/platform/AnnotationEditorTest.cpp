@@ -1,4 +1,4 @@
-#include <fstream>
+#include <functional>
 
 #include "AnnotationFile.h"
 

@@ -1,30 +1,18 @@
 #pragma once
 
-#include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <sstream>
-#include <string>
+#include <algorithm>
 
 #include "Annotations.h"
-#include "Diagnosis.h"
+#include "OwnFolder.h"
 
 namespace kelvar_platform::test {
 
 /// An annotation database in a folder of its own: `a` (sequence 1), `b` (2) and `c` (3), and a state of `survey` as of
 /// then. Goes with the test.
-class AnnotationFile : public testing::Test {
+class AnnotationFile : public OwnFolder {
  protected:
-  AnnotationFile() {
-    std::string pattern = testing::TempDir() + "annotations-XXXXXX";
-    folder_ = mkdtemp(pattern.data());
-    path_ = folder_ + "/annotations.db";
-  }
-  ~AnnotationFile() override { std::filesystem::remove_all(folder_); }
-
   void makeThree() const {
     AnnotationEditor editor(path_, AnnotationEditor::Open::createIfMissing);
     editor.add(sitenotes::annotation_t::parallel, "a", "/src/a.cpp", 1, 0);
@@ -44,24 +32,15 @@ class AnnotationFile : public testing::Test {
   [[nodiscard]] AnnotationEditor editor() const { return {path_, AnnotationEditor::Open::existing}; }
 
   /// What `operation` was refused for, without the file; empty where it was not.
-  [[nodiscard]] std::string refusal(const std::function<void()>& operation) const {
-    try {
-      operation();
-    } catch (const ReadError& error) {
-      EXPECT_EQ(std::string(error.what()).rfind(path_ + ": ", 0), 0U) << error.what();
-      return std::string(error.what()).substr(path_.size() + 2);
-    }
-    return {};
+  template <class Operation>
+  [[nodiscard]] std::string refusal(Operation operation) const {
+    const std::string sentence = refused(operation);
+    EXPECT_TRUE(sentence.empty() || sentence.starts_with("annotations.db: ")) << sentence;
+    return sentence.substr(std::min(sentence.size(), std::string("annotations.db: ").size()));
   }
+  [[nodiscard]] std::string contents() const { return OwnFolder::contents("annotations.db"); }
 
-  [[nodiscard]] std::string contents() const {
-    std::ostringstream out;
-    out << std::ifstream(path_, std::ios::binary).rdbuf();
-    return out.str();
-  }
-
-  std::string folder_;
-  std::string path_;
+  const std::string path_ = path("annotations.db");
 };
 
 /// `SEQUENCE KIND LABEL FILE:LINE:COLUMN` for each living site, `SEQUENCE dead` for the others.

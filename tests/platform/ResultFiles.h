@@ -1,32 +1,18 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
+#include <functional>
 #include <memory>
-#include <sstream>
-#include <string>
 
-#include "Diagnosis.h"
+#include "OwnFolder.h"
 #include "digestio.h"
 #include "resdir.h"
 
 namespace kelvar_platform::test {
 
-/// A result directory of its own for each test; goes with it.
-class ResultFiles : public testing::Test {
+/// A result directory in a folder of its own.
+class ResultFiles : public OwnFolder {
  protected:
-  ResultFiles() {
-    std::string pattern = testing::TempDir() + "results-XXXXXX";
-    folder_ = mkdtemp(pattern.data());
-    static_cast<void>(takeRefusals());
-  }
-  ~ResultFiles() override { std::filesystem::remove_all(folder_); }
-
-  void write(const std::string& name, const std::string& text) const {
-    std::ofstream(folder_ + '/' + name, std::ios::binary) << text;
-  }
+  ResultFiles() { static_cast<void>(takeRefusals()); }
 
   [[nodiscard]] std::unique_ptr<digestio::SummaryCollection> load(const std::string& text) const {
     write("collection.json", text);
@@ -40,15 +26,9 @@ class ResultFiles : public testing::Test {
   /// The one refusal since the last call, without the folder; empty where there was none.
   [[nodiscard]] std::string refusal() const {
     std::string all;
-    for (const Refusal& refusal : takeRefusals()) {
-      const std::string sentence = refusal.sentence();
-      EXPECT_EQ(sentence.rfind(folder_ + '/', 0), 0U) << sentence;
-      all += sentence.substr(folder_.size() + 1);
-    }
+    for (const Refusal& refusal : takeRefusals()) all += local(refusal.sentence());
     return all;
   }
-
-  std::string folder_;
 };
 
 /// A line for each detail: kinds, label, place, then each record that stands there.
@@ -60,23 +40,24 @@ inline std::string rows(const digestio::SummaryCollection& collection) {
     const sitenotes::locator_t place = detail.locator();
     out << detail.detailKind() << ' ' << detail.annotationKind() << " '" << detail.label() << "' "
         << place.get_file().get_text() << ':' << place.get_line() << ':' << place.get_column();
-    if (const auto* view = detail.surveyView()) {
-      out << " | survey " << view->cpuTime() << ' ' << view->priority() << ' ' << view->id();
-    }
-    if (const auto* view = detail.surveyVectorizationView()) {
-      out << " | vectorization " << view->state() << ' ' << view->selfTime() << ' ' << view->totalTime() << ' '
-          << view->id() << ' ' << view->priority();
-    }
-    if (const auto* view = detail.suitabilityView()) {
-      out << " | suitability " << view->selfTime() << ' ' << view->cores() << ' ' << view->flags() << ' '
-          << view->siteMaxGain() << ' ' << view->totalMaxGain();
-    }
-    if (const auto* view = detail.correctnessView()) {
-      out << " | dependencies " << view->errors() << ' ' << view->warnings(0) << ' ' << view->warnings(1);
-    }
-    if (const auto* view = detail.mapView()) {
-      out << " | map " << view->strides(0) << ' ' << view->strides(1) << ' ' << view->strides(2);
-    }
+    // The values that a record gives, unless the detail has none.
+    const auto record = [&out](const char* name, const auto* view, auto... values) {
+      if (view == nullptr) return;
+      out << " | " << name;
+      ((out << ' ' << std::invoke(values, view)), ...);
+    };
+    const auto warnings = [](int index) { return [index](const auto* view) { return view->warnings(index); }; };
+    const auto strides = [](int index) { return [index](const auto* view) { return view->strides(index); }; };
+    using Survey = digestio::SurveyDetail;
+    record("survey", detail.surveyView(), &Survey::cpuTime, &Survey::priority, &Survey::id);
+    using Loop = digestio::SurveyVectorizationDetail;
+    record("vectorization", detail.surveyVectorizationView(), &Loop::state, &Loop::selfTime, &Loop::totalTime,
+           &Loop::id, &Loop::priority);
+    using Gain = digestio::SuitabilityDetail;
+    record("suitability", detail.suitabilityView(), &Gain::selfTime, &Gain::cores, &Gain::flags, &Gain::siteMaxGain,
+           &Gain::totalMaxGain);
+    record("dependencies", detail.correctnessView(), &digestio::CorrectnessDetail::errors, warnings(0), warnings(1));
+    record("map", detail.mapView(), strides(0), strides(1), strides(2));
     out << '\n';
   }
   return out.str();

@@ -22,19 +22,6 @@ class ResultWriting : public ResultFiles {
     return all;
   }
 
-  /// What an operation was refused for, without the folder.
-  template <class Operation>
-  [[nodiscard]] std::string refused(Operation operation) const {
-    try {
-      operation();
-    } catch (const ReadError& error) {
-      return std::string(error.what()).substr(folder_.size() + 1);
-    }
-    return {};
-  }
-
-  [[nodiscard]] std::string path(const std::string& name) const { return folder_ + '/' + name; }
-
   [[nodiscard]] std::string rowsOf(const std::string& name) const {
     const std::unique_ptr<digestio::SummaryCollection> collection(digestio::SummaryCollection::load(path(name)));
     return collection ? rows(*collection) : refusal();
