@@ -84,15 +84,6 @@ std::string row(const SummaryItem& item) {
   return text;
 }
 
-std::string rows(const kelvar_2_1_7::SummaryItems& items) {
-  std::string text;
-  for (std::size_t index = 0; index < items.size(); ++index) {
-    const SummaryItem* item = items[index];
-    text += (item != nullptr ? row(*item) : "null") + '\n';
-  }
-  return text;
-}
-
 std::string rows(kelvar_2_1_7::SummaryData& data) {
   std::string text;
   const int count = data.num_items();

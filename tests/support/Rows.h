@@ -2,9 +2,12 @@
 
 #include <string>
 
-#include "items/SummaryItems.h"
 #include "kelvar/SummaryData.h"
 #include "kelvar/SummaryItem.h"
+
+namespace kelvar_2_1_7 {
+class SummaryItems;
+}
 
 namespace support {
 

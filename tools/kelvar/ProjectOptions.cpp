@@ -87,7 +87,7 @@ Pieces piecesOf(const ProjectRequest& request) {
   if (request.project && !isDirectory(*request.project)) {
     throw UsageError("PROJECT: expected a directory, not " + inQuotes(*request.project));
   }
-  const Pieces pieces = overlaid(request.project ? standingIn(*request.project) : Pieces(), request.named);
+  Pieces pieces = overlaid(request.project ? standingIn(*request.project) : Pieces(), request.named);
   if (!pieces.none()) return pieces;
   if (request.project) throw UsageError("nothing to report stands in " + inQuotes(*request.project));
   throw UsageError("nothing to report: expected a PROJECT, or options that name its pieces");

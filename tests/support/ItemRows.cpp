@@ -1,0 +1,15 @@
+#include "items/SummaryItems.h"
+#include "support/Rows.h"
+
+namespace support {
+
+std::string rows(const kelvar_2_1_7::SummaryItems& items) {
+  std::string text;
+  for (std::size_t index = 0; index < items.size(); ++index) {
+    const SummaryItem* item = items[index];
+    text += (item != nullptr ? row(*item) : "null") + '\n';
+  }
+  return text;
+}
+
+}  // namespace support
