@@ -6,7 +6,7 @@ namespace support {
 std::string rows(const kelvar_2_1_7::SummaryItems& items) {
   std::string text;
   for (std::size_t index = 0; index < items.size(); ++index) {
-    const SummaryItem* item = items[index];
+    const auto* item = items[index];
     text += (item != nullptr ? row(*item) : "null") + '\n';
   }
   return text;
