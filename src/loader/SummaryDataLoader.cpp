@@ -23,10 +23,12 @@ boost::shared_ptr<SummaryDataLoader> SummaryDataLoader::Create() {
 void SummaryDataLoader::DoTask(IFinalizeTaskContext* context) {
   const boost::shared_ptr<IDataFromCollector> collector = context->dataFromCollector();
   if (!collector) return;
-  summaryData_.reset(new SummaryData(collector->annotationDatabase()));
+  const boost::shared_ptr<SummaryData> data(new SummaryData(collector->annotationDatabase()));
+  summaryData_ = data;
   for (const auto path : kPathsInOrder) {
     std::string resultPath = (*collector.*path)();
-    summaryData_->addSummaryData(std::move(resultPath), collector->annotationDatabase());
+    boost::shared_ptr<sitenotes::database_t> database = collector->annotationDatabase();
+    data->addSummaryData(std::move(resultPath), std::move(database));
   }
 }
 

@@ -33,8 +33,10 @@ std::uint64_t duration(std::uint64_t start, std::uint64_t end) {
 
 /// The path of a log, if the file is there. A path that cannot even be tested is that of no file.
 std::string existingLog(resdir::IResultDirectory& directory, std::string (resdir::IResultDirectory::*logPath)()) {
+  const std::string path = (directory.*logPath)();
   boost::system::error_code untestable;
-  const bool exists = boost::filesystem::exists((directory.*logPath)(), untestable);
+  // The file system would stop at a zero byte, and test another name.
+  const bool exists = path.find('\0') == std::string::npos && boost::filesystem::exists(path, untestable);
   return exists ? (directory.*logPath)() : std::string();
 }
 

@@ -127,7 +127,7 @@ TEST(SummaryData, LeavesHiddenItemsOutOfAJoin) {
   support::Suite suite;
   const auto database = twoSites();
   suite.scanner(database);
-  database->makes("r", database);
+  database->makes("r", twoSites());
   suite.result("r", {.details = {detail("s", "x.cpp:12").survey()}});
   SummaryData data(database);
   data.setSummaryDetailKindFilter(false, digestio::kAnnotatedSite, sitenotes::annotation_t::task);
@@ -145,7 +145,7 @@ struct Program {
   Program() {
     const auto database = twoSites();
     suite.scanner(database);
-    database->makes("survey", database);
+    database->makes("survey", twoSites());
     suite.result("survey", {.details = {detail("s", "x.cpp:12").survey(),
                                         detail("h", "y.cpp:1").kind(digestio::kHotSpot).survey()}});
     suite.result("map", {.kind = digestio::kMap, .details = {detail("a label that needs memory", "x.cpp:12").map()}});
