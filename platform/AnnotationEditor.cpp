@@ -82,6 +82,10 @@ std::int64_t AnnotationEditor::add(sitenotes::annotation_t::kind_t kind, const s
   Transaction transaction(connection, Transaction::Kind::write);
   if (hasNoTables(connection)) createTables(connection);
   requireAnnotationDatabase(connection);
+  // Where rules were off while a file was written, the greatest may be no number, and the next one somebody's.
+  if (connection.number("SELECT count(*) FROM edit WHERE typeof(sequence) <> 'integer' OR sequence < 1", "edit") != 0) {
+    connection.refuse("edit", "sequence from 1 up in every row");
+  }
   const std::int64_t greatest = connection.number("SELECT max(sequence) FROM edit", "edit");
   if (greatest == std::numeric_limits<std::int64_t>::max()) connection.refuse("edit", "room for another sequence");
   site.sequence = greatest + 1;

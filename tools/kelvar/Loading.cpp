@@ -71,17 +71,16 @@ Database openAnnotations(const std::string& path, std::vector<Refusal>& refusals
   }
 }
 
-bool concerns(const Refusal& refusal, std::string_view directory) {
-  const std::string_view file = refusal.file;
-  if (!file.starts_with(directory)) return false;
-  return file.size() == directory.size() || directory.ends_with('/') || file[directory.size()] == '/';
+// A sub-result is opened through the directory around it, so that its refusal may lie there.
+std::string openedDirectory(const std::string& path, digestio::SummaryDataKind kind) {
+  const std::size_t slash = path.rfind('/');
+  const bool around = kind == digestio::kSurveyVectorization && slash != std::string::npos;
+  return around ? path.substr(0, slash) : path;
 }
 
-// A sub-result is opened through the directory around it, so that its refusal may lie there.
-std::string_view openedDirectory(std::string_view path, digestio::SummaryDataKind kind) {
-  const std::size_t slash = path.rfind('/');
-  const bool around = kind == digestio::kSurveyVectorization && slash != std::string_view::npos && slash > 0;
-  return around ? path.substr(0, slash) : path;
+// Whether the refusal is of one of the two files that the result is read from.
+bool concerns(const Refusal& refusal, const std::string& path, digestio::SummaryDataKind kind) {
+  return refusal.file == openedDirectory(path, kind) + "/result.json" || refusal.file == path + "/collection.json";
 }
 
 // A result that was read, but as something other than what it was named as, leaves no refusal.
@@ -89,7 +88,7 @@ void refuseStrangers(const kelvar::SummaryData& data, const Results& results, st
   for (const digestio::SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
     const std::string& path = results[kind];
     if (path.empty() || data.summaryDataStatus(kind) != kelvar::kNotPresent) continue;
-    const auto explains = [&](const Refusal& refusal) { return concerns(refusal, openedDirectory(path, kind)); };
+    const auto explains = [&](const Refusal& refusal) { return concerns(refusal, path, kind); };
     if (std::any_of(refusals.begin(), refusals.end(), explains)) continue;
     append(refusals, {.file = path, .place = "", .expected = "a result of kind " + dataKindName(kind)});
   }
