@@ -41,7 +41,7 @@ pkgconfig_caller() {
   local libdir flags
   libdir=$(dirname "$(find "$prefix" -name kelvar_summary.pc)")
   flags=$(PKG_CONFIG_PATH=$libdir pkg-config --cflags --libs "kelvar_summary >= 2.1")
-  eval "${CXX:-c++} -o '$work/caller' '$source/examples/api/SummaryData.cpp' $flags" || fail "building with pkg-config"
+  eval "${CXX:-c++} -std=c++17 -o '$work/caller' '$source/examples/api/SummaryData.cpp' $flags" || fail "building with pkg-config"
   [ "$(LD_LIBRARY_PATH=$(dirname "$libdir") "$work/caller" "$project")" = "$expected" ] ||
     fail "the caller built with pkg-config"
 }

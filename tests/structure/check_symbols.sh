@@ -6,8 +6,8 @@ export LC_ALL=C
 library=$1 update=${2-}
 here=$(cd "$(dirname "$0")" && pwd)
 
-# Weak symbols are vtables and type information, whose presence is the compiler's choice; they have to be ours.
-exported() { nm -DC --defined-only "$library" | sed -n 's/^[0-9a-f]* [TBDR] //p' | sort -u; }
+# Vtables and type information are there by the compiler's choice, as weak symbols or others; they have to be ours.
+exported() { nm -DC --defined-only "$library" | sed -n 's/^[0-9a-f]* [TBDR] //p' | grep -vE '^(vtable|typeinfo)' | sort -u; }
 foreign() { nm -DC --defined-only "$library" | cut -d' ' -f2- | grep -vE '^. (typeinfo (name )?for |vtable for )?kelvar_2_1_7::'; }
 # What has a version belongs to the C and C++ libraries; lower-case w is looked for and not needed.
 undefined() { nm -DC --undefined-only "$library" | sed -n 's/^ *U //p' | grep -vE '@|^boost::' | sort -u; }
