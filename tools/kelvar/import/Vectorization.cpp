@@ -94,7 +94,8 @@ class VectorizationAnalysis final : public Analysis {
     for (const Loop& loop : loops) outcome.details.emplace_back(loopDetail(loop));
     addSites(loops, outcome);
     if (!times_.known()) {
-      outcome.remarks.emplace_back("the project has no survey of its lines, so the loops have no times: import one first");
+      outcome.remarks.emplace_back(
+          "the project has no survey of its lines, so the loops have no times: import one first");
     }
     if (placeless_ > 0) {
       outcome.remarks.push_back(std::to_string(placeless_) + " of " + std::to_string(records_) +
