@@ -71,7 +71,7 @@ class CallgrindReader {
     if (separator == std::string_view::npos) input_.refuse("a line of a callgrind.out");
     const std::string_view key = line.substr(0, separator);
     const std::string_view value = trimmed(line.substr(separator + 1));
-    line[separator] == '=' ? readSpecification(key, value) : readHeader(key, value);
+    line[separator] == '=' ? readAssignment(key, value) : readHeader(key, value);
   }
 
   void readHeader(std::string_view key, std::string_view value) {
@@ -88,7 +88,7 @@ class CallgrindReader {
     }
   }
 
-  void readSpecification(std::string_view key, std::string_view value) {
+  void readAssignment(std::string_view key, std::string_view value) {
     Place& place = record_.stack.front();
     if (key == "fn") {
       place.function = functions_.take(value, input_);
