@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
+#include <limits>
 
 #include "names.h"
 #include "view/FormattedPiece.h"
@@ -22,6 +23,7 @@ using TimeText = std::array<char, 32>;
 /// A time as UTC; "N/A" for none, and for one that the calendar cannot express.
 TimeText timeText(std::uint64_t time) {
   constexpr TimeText kNone{"N/A"};
+  if (time > static_cast<std::uint64_t>(std::numeric_limits<std::time_t>::max())) return kNone;
   const auto seconds = static_cast<std::time_t>(time);
   std::tm parts{};
   if (seconds == 0 || gmtime_r(&seconds, &parts) == nullptr) return kNone;
