@@ -6,33 +6,25 @@
 
 #include "Annotations.h"
 #include "kelvar/SummaryData.h"
+#include "support/Command.h"
 #include "support/Rows.h"
-#include "tools/Command.h"
 
-namespace kelvar_test {
+namespace support {
 namespace {
 
 TEST(Concurrency, TwoObjectsShareADatabaseInTwoThreads) {
   const Scratch scratch;
-  const std::string file = scratch.path() / "annotations.db";
-  kelvar_platform::AnnotationEditor editor(file, kelvar_platform::AnnotationEditor::Open::createIfMissing);
-  for (int line = 1; line <= 40; ++line) {
-    editor.add(static_cast<sitenotes::annotation_t::kind_t>(line % 19), "site " + std::to_string(line / 2),
-               "/src/f.cpp", line, 0);
-  }
-  scratch.write("survey/result.json", R"({"formatVersion":1})");
-  scratch.write("survey/collection.json",
-                R"({"formatVersion":1,"dataKind":"survey","details":[{"file":"/src/f.cpp","line":7,"label":"hot",)"
-                R"("detailKind":1,"survey":{"cpuTime":1.5,"priority":1,"id":1}}]})");
-  const auto database = kelvar_platform::openAnnotationDatabase(file);
+  std::filesystem::copy(KELVAR_TEST_FOLDER "/inputs", scratch.path(), std::filesystem::copy_options::recursive);
+  ASSERT_EQ(shellIn(scratch.path(), "sh project/annotate.sh \"$1\"").err, "");
+  const auto database = kelvar_platform::openAnnotationDatabase(scratch.path("project/annotations.db"));
   kelvar_platform::installDatabase(database);
 
   const auto use = [&](std::string& seen) {
     kelvar_2_1_7::SummaryData data(database);
-    data.addSummaryData(scratch.path() / "survey", {});
+    data.addSummaryData(scratch.path("project/survey"), {});
     for (int mapping = 0; mapping < 15; ++mapping) {
       data.setMapping(static_cast<kelvar_2_1_7::SummaryMapping>(mapping), mapping % 2 != 0);
-      seen += support::rows(data) + data.asString(true);
+      seen += rows(data) + data.asString(true);
       sitenotes::locator_t place = data.item(0)->locator();
       unsigned long handle = 0;
       seen += data.item(0)->getCurrentLocator(place, handle) ? std::to_string(handle) : "nowhere";
@@ -44,8 +36,8 @@ TEST(Concurrency, TwoObjectsShareADatabaseInTwoThreads) {
   other.join();
   kelvar_platform::removeScanner();
   EXPECT_EQ(seen[0], seen[1]);
-  EXPECT_NE(seen[0].find("hot"), std::string::npos);
+  EXPECT_NE(seen[0].find("solver"), std::string::npos);
 }
 
 }  // namespace
-}  // namespace kelvar_test
+}  // namespace support

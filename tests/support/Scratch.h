@@ -1,0 +1,46 @@
+#pragma once
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+
+namespace support {
+
+[[nodiscard]] inline std::string contentOf(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+/// A folder of a test's own, gone when it ends.
+class Scratch {
+ public:
+  Scratch() {
+    std::string name = (std::filesystem::temp_directory_path() / "kelvar-XXXXXX").native();
+    if (!::mkdtemp(name.data())) throw std::runtime_error("no scratch folder");
+    path_ = name;
+  }
+  ~Scratch() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  Scratch(const Scratch&) = delete;
+  Scratch& operator=(const Scratch&) = delete;
+
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+  [[nodiscard]] std::string path(const std::string& name) const { return path_ / name; }
+  /// The path of a file that now holds `text`, in folders that are made for it.
+  std::string write(const std::string& name, const std::string& text) const {
+    std::filesystem::create_directories((path_ / name).parent_path());
+    std::ofstream(path_ / name, std::ios::binary) << text;
+    return path(name);
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace support
