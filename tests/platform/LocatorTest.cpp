@@ -1,8 +1,11 @@
+#include <gtest/gtest.h>
+
 #include <string_view>
 #include <thread>
 #include <vector>
 
-#include "AnnotationFile.h"
+#include "Diagnosis.h"
+#include "sitenotes.h"
 
 namespace kelvar_platform::test {
 namespace {
@@ -22,7 +25,7 @@ int plainOrder(const locator_t& a, const locator_t& b) {
   return (key(a) > key(b)) - (key(a) < key(b));
 }
 
-TEST(AnnotationLocator, DisplayOrderIsLeafLineColumnPathByteByByte) {
+TEST(Locator, DisplayOrderIsLeafLineColumnPathByteByByte) {
   std::vector<locator_t> places;
   for (const std::string_view path :
        {""sv, "a"sv, "x/a"sv, "y/a"sv, "a/"sv, "a\0"sv, "\0"sv, "/b/abcdefgh"sv, "/b/abcdefghi"sv, "/b/abcdefgha"sv,
@@ -36,7 +39,7 @@ TEST(AnnotationLocator, DisplayOrderIsLeafLineColumnPathByteByByte) {
   EXPECT_FALSE(locator_t({}, 0, 1).is_null() || locator_t({}, 1, 0).is_null() || locator_t({"a"}, 0, 0).is_null());
 }
 
-TEST(AnnotationLocator, ThreadsThatNameOneFileMeanOnePath) {
+TEST(Locator, ThreadsThatNameOneFileMeanOnePath) {
   std::vector<std::vector<toolbelt::path_t>> paths(4);
   std::vector<std::thread> threads;
   for (auto& mine : paths) {
@@ -50,14 +53,14 @@ TEST(AnnotationLocator, ThreadsThatNameOneFileMeanOnePath) {
   }
 }
 
-TEST(AnnotationLocator, AKindOutsideTheTableHasNoName) {
+TEST(Locator, AKindOutsideTheTableHasNoName) {
   using sitenotes::annotation_t;
   EXPECT_STREQ(annotation_t::display(annotation_t::end_task), "end task");
   EXPECT_STREQ(annotation_t::display(annotation_t::teams), "teams");
   for (const int kind : {-1, 19, 1 << 30}) EXPECT_STREQ(annotation_t::display(annotation_t::kind_t(kind)), "");
 }
 
-TEST(AnnotationLocator, ARefusalMovesNoCursor) {
+TEST(Locator, ARefusalMovesNoCursor) {
   const Refusal refusal{"a\x1B[2J\xC2\x9B\xFF.db", "caf\xC3\xA9", "x\ny"};
   EXPECT_EQ(refusal.sentence(), "a\\x1b[2J\\xc2\\x9b\\xff.db: caf\xC3\xA9: expected x\\x0ay");
   note(refusal);
