@@ -26,16 +26,6 @@ boost::shared_ptr<support::FakeDatabase> twoSites() {
   return database;
 }
 
-TEST(SummaryData, ListsLivingEnabledAnnotations) {
-  const auto database = twoSites();
-  database->site(1, annotation("dead", "a.cpp:1"), false)
-      .site(2, nullptr)
-      .site(3, annotation("off", "a.cpp:2", sitenotes::annotation_t::parallel, true));
-  SummaryData data(database);
-  EXPECT_EQ(support::rows(data), "+ s x.cpp:12\n+ t x.cpp:20 task\n");
-  EXPECT_EQ(data.annotationDatabase(), database);
-}
-
 TEST(SummaryData, WithoutAnythingAnswersNeutrally) {
   SummaryData data(boost::shared_ptr<sitenotes::database_t>{});
   EXPECT_EQ(data.num_items(), 0);

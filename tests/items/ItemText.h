@@ -2,7 +2,6 @@
 
 #include <deque>
 #include <string>
-#include <vector>
 
 #include "items/SummaryItems.h"
 #include "support/Fakes.h"
@@ -13,7 +12,7 @@
 ///     @7 solver a/x.cpp:12 survey map   an annotated site with details
 ///     - solver a/x.cpp:12 k2 d1 survey  a site that only an analysis knows, with its detail kind
 ///
-/// `_` stands for an empty label or place, `selected` for the user's mark.
+/// `_` stands for an empty label or place, `__too_deep__` for the label with blanks, `selected` for the user's mark.
 class ItemText {
  public:
   [[nodiscard]] kelvar_2_1_7::SummaryItems list(const std::string& text);
@@ -22,12 +21,3 @@ class ItemText {
  private:
   std::deque<support::FakeDetail> details_;  // the items point to them
 };
-
-/// A rule and the items that show it.
-struct Rule {
-  std::string name;
-  std::vector<std::string> parts;  ///< each a list as text
-};
-
-/// The rules of a file in rules/: `# NAME`, then parts that a line `+` or `=>` keeps apart.
-[[nodiscard]] std::vector<Rule> rules(const std::string& file);

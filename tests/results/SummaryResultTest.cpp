@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <boost/make_shared.hpp>
-#include <filesystem>
-#include <fstream>
-#include <limits>
 
 #include "results/AggregateSummaryResultImpl.h"
 #include "results/SummaryResultImpl.h"
@@ -17,13 +14,8 @@ using support::detail;
 
 namespace {
 
-struct PathCase {
-  const char* path;
-  const char* directory;
-};
-
 TEST(Result, OpensTheDirectoryThatHoldsIt) {
-  constexpr PathCase kPaths[] = {
+  constexpr std::pair<const char*, const char*> kPaths[] = {
       {"r/survey", "r/survey"},
       {"r/surveyvectorization", "r"},
       {"r/survey/surveyvectorization", "r/survey"},
@@ -57,48 +49,6 @@ TEST(Result, StopsWhereThereIsNothingToRead) {
   }
 }
 
-TEST(Result, ReadsWhenWhereAndOnWhat) {
-  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "kelvar-result-test";
-  std::filesystem::create_directories(folder);
-  std::ofstream(folder / "there.log") << "log\n";
-  const std::string there = (folder / "there.log").string();
-
-  support::Suite suite;
-  suite.result("r", {.kind = digestio::kMap, .processors = 3, .threads = 4, .paradigm = 5, .target = 6, .gain = 7.5},
-               {.operatingSystem = "os",
-                .collectionStart = 100,
-                .collectionEnd = 90,
-                .finalizationStart = 7,
-                .finalizationEnd = 0,
-                .cpuCount = 16,
-                .cpuFrequency = 17,
-                .applicationLog = there,
-                .collectorLog = (folder / "gone.log").string(),
-                .commandLog = std::string(5000, 'x')});  // longer than a name may be: cannot even be tested
-  const SummaryResultImpl result(nullptr, "r", nullptr);
-  ASSERT_TRUE(result.loaded());
-  EXPECT_EQ(result.collectionTime(), 100U);
-  EXPECT_EQ(result.collectionDuration(), std::numeric_limits<std::uint64_t>::max() - 9) << "wraps around";
-  EXPECT_EQ(result.finalizationTime(), 7U);
-  EXPECT_EQ(result.finalizationDuration(), 0U) << "no end, no duration";
-  EXPECT_EQ(result.hostName(), "") << "unknown";
-  EXPECT_EQ(result.operatingSystem(), "os");
-  EXPECT_EQ(result.cpuCount(), 16);
-  EXPECT_EQ(result.cpuFrequency(), 17U);
-  EXPECT_EQ(result.applicationLog(), there);
-  EXPECT_EQ(result.collectorLog(), "");
-  EXPECT_EQ(result.commandLog(), "");
-  EXPECT_FALSE(result.likelyDebugInfoMissing());
-  EXPECT_EQ(result.num_processors() * 1000 + result.num_kova_threads() * 100 + result.threading_paradigm() * 10 +
-                result.target_system(),
-            3456);
-  EXPECT_EQ(result.programMaxGain(), 7.5);
-  EXPECT_EQ(result.resultCount(), 0);
-  EXPECT_EQ(result.result(0), nullptr);
-  EXPECT_NE(result.summaryCollection(), nullptr);
-  std::filesystem::remove_all(folder);
-}
-
 std::string kindsOf(const SummaryResultImpl& result) {
   std::string text;
   for (const auto kind : kAllKinds) text += result.carries(kind) ? std::to_string(kind) : "";
@@ -128,18 +78,6 @@ TEST(Result, ListsLivingAnnotationsBesideItsDetailsAndFoldsThem) {
   SummaryResultImpl result(nullptr, "r", database);
   EXPECT_EQ(support::rows(result.items()),
             "- s x.cpp:2 | survey - 2.50\n- t z.cpp:1 task | survey - | vectorization -\n");
-}
-
-TEST(Result, LeavesNothingBehindWhereItFails) {
-  support::Suite suite;
-  suite.result("r", {.details = {detail("s", "x.cpp:2").survey(), detail("t", "x.cpp:3").map()}},
-               {.hostName = "a name that is too long to stand in place"});
-  const auto database = boost::make_shared<support::FakeDatabase>();
-  database->site(1, annotation("s", "x.cpp:3")).site(2, annotation("t", "x.cpp:9"));
-  const auto build = [&](int&) { static_cast<void>(SummaryResultImpl(nullptr, "r", database).loaded()); };
-  const auto nothing = [] { return std::make_unique<int>(); };
-  EXPECT_GT(support::atEveryFault<support::CallFault>(nothing, build, [](int&) {}), 20);
-  EXPECT_GT(support::atEveryFault<support::AllocationFault>(nothing, build, [](int&) {}), 10);
 }
 
 /// Aggregates over results that differ in what a case is about.

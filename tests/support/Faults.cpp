@@ -42,72 +42,20 @@ void called(std::string_view subject, std::string_view operation, std::string_vi
   if (CallFault::strikes()) throw Fault(std::string(subject).append(" ").append(operation));
 }
 
-namespace {
-
-void* allocate(std::size_t size, std::size_t alignment) noexcept {
-  if (AllocationFault::strikes()) return nullptr;
-  if (alignment <= alignof(std::max_align_t)) return std::malloc(size == 0 ? 1 : size);
-  return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
-}
-
-void* allocateOrThrow(std::size_t size, std::size_t alignment) {
-  void* const memory = allocate(size, alignment);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-}  // namespace
-
 }  // namespace support
 
-// All forms, since a sanitizer brings its own of each and tells them from malloc.
-using support::allocate;
-using support::allocateOrThrow;
-void* operator new(std::size_t size) {
-  return allocateOrThrow(size, 0);
-}
-void* operator new[](std::size_t size) {
-  return allocateOrThrow(size, 0);
-}
+// All forms that end in malloc and free, since a sanitizer brings its own of each and tells them from these.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return allocate(size, 0);
+  return support::AllocationFault::strikes() ? nullptr : std::malloc(size);
 }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return allocate(size, 0);
-}
-void* operator new(std::size_t size, std::align_val_t to) {
-  return allocateOrThrow(size, static_cast<std::size_t>(to));
-}
-void* operator new[](std::size_t size, std::align_val_t to) {
-  return allocateOrThrow(size, static_cast<std::size_t>(to));
+void* operator new(std::size_t size) {
+  void* const memory = operator new(size, std::nothrow);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
 }
 void operator delete(void* memory) noexcept {
   std::free(memory);
 }
-void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
 void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, const std::nothrow_t&) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, const std::nothrow_t&) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::align_val_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::align_val_t) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept {
   std::free(memory);
 }

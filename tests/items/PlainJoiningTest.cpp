@@ -1,3 +1,4 @@
+// Whether the fast passes join as the plain ones do.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -11,27 +12,6 @@
 using namespace kelvar_2_1_7;
 
 namespace {
-
-TEST(Fold, FollowsEachRule) {
-  for (const auto& [rule, parts] : rules("fold.txt")) {
-    ItemText text;
-    SummaryItems items = text.list(parts[0]);
-    items.exactMerge(static_cast<digestio::SummaryDataKind>(parts.size() > 2 ? std::stoi(parts[2]) : 0));
-    EXPECT_EQ(support::rows(items), parts.at(1)) << rule;
-  }
-}
-
-TEST(Fold, SurvivesListsThatAreEmptyOrHoldNothing) {
-  SummaryItems items;
-  items.exactMerge(digestio::kMap);
-  EXPECT_EQ(items.size(), 0U);
-  ItemText text;
-  items.append(nullptr);
-  items.append(text.item("@1 a x.cpp:1"));
-  items.append(nullptr);
-  items.exactMerge(digestio::kMap);
-  EXPECT_NE(support::rows(items).find("+ a x.cpp:1"), std::string::npos);
-}
 
 /// Runs both and compares what is left: which details each item kept tells who was merged into whom, and when.
 template <class Fast, class Plain>
