@@ -148,37 +148,33 @@ struct Program {
   std::string before;
 };
 
-template <class Fault>
-int faultsThatLeaveItAsItWas() {
-  return support::atEveryFault<Fault>([] { return std::make_unique<Program>(); },
-                                      [](Program& p) {
-                                        p.data->setMapping(kSortSurveyCpuTime, false);
-                                        p.data->addSummaryData("map", {});
-                                        static_cast<void>(p.data->num_items());
-                                      },
-                                      [](Program& p) {
-                                        p.data->setMapping(kSortLocator, false);
-                                        if (statuses(*p.data)[4] == '0') {
-                                          EXPECT_EQ(support::rows(*p.data), p.before);
-                                          EXPECT_EQ(p.data->aggregateResult()->resultCount(), 1);
-                                          p.data->addSummaryData("map", {});
-                                        }
-                                        EXPECT_EQ(statuses(*p.data), "20004");
-                                        EXPECT_EQ(p.data->aggregateResult()->resultCount(), 2);
-                                      });
-}
-
 TEST(SummaryData, AddsAResultWholeOrNotAtAll) {
-  EXPECT_GT(faultsThatLeaveItAsItWas<support::CallFault>(), 30);
-  EXPECT_GT(faultsThatLeaveItAsItWas<support::AllocationFault>(), 20);
+  const auto add = [](Program& p) {
+    p.data->setMapping(kSortSurveyCpuTime, false);
+    p.data->addSummaryData("map", {});
+    static_cast<void>(p.data->num_items());
+  };
+  const auto check = [](Program& p) {
+    p.data->setMapping(kSortLocator, false);
+    if (statuses(*p.data)[4] == '0') {
+      EXPECT_EQ(support::rows(*p.data), p.before);
+      EXPECT_EQ(p.data->aggregateResult()->resultCount(), 1);
+      p.data->addSummaryData("map", {});
+    }
+    EXPECT_EQ(statuses(*p.data), "20004");
+    EXPECT_EQ(p.data->aggregateResult()->resultCount(), 2);
+  };
+  const auto [calls, allocations] = support::atEveryFault<Program>(add, check);
+  EXPECT_GT(calls, 30);
+  EXPECT_GT(allocations, 20);
 }
 
 TEST(SummaryData, IsBuiltWholeOrNotAtAll) {
   const auto database = twoSites();
-  const auto nothing = [] { return std::make_unique<int>(); };
   const auto build = [&](int&) { SummaryData data(database); };
-  EXPECT_GT(support::atEveryFault<support::CallFault>(nothing, build, [](int&) {}), 5);
-  EXPECT_GT(support::atEveryFault<support::AllocationFault>(nothing, build, [](int&) {}), 3);
+  const auto [calls, allocations] = support::atEveryFault<int>(build, [](int&) {});
+  EXPECT_GT(calls, 5);
+  EXPECT_GT(allocations, 3);
 }
 
 }  // namespace

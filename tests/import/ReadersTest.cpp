@@ -43,7 +43,7 @@ std::string recordsOf(const std::string& option, const std::string& file, const 
 /// What each format's writer writes, cut down to what a rule is about: the option, the input and its records.
 TEST(Readers, TellRecordsApart) {
   const support::Scratch scratch;
-  for (const auto& [rule, parts] : support::cases("readings.txt")) {
+  for (const auto& [rule, parts] : support::cases("readings.txt", 13)) {
     const std::string option = parts[0].substr(0, parts[0].size() - 1);
     EXPECT_EQ(recordsOf(option, scratch.write("in", parts.at(1))), parts.at(2)) << rule;
   }
@@ -52,7 +52,7 @@ TEST(Readers, TellRecordsApart) {
 /// Empty, foreign, cut and absurd inputs of each source: `OPTION INPUT`, where \n and \t stand for what they mean.
 TEST(Readers, RefuseDamageInOneSentence) {
   const support::Scratch scratch;
-  for (const auto& [damage, parts] : support::cases("damages.txt")) {
+  for (const auto& [damage, parts] : support::cases("damages.txt", 30)) {
     const std::size_t blank = parts[0].find(' ');
     const std::string input = std::regex_replace(parts[0].substr(blank + 1), std::regex(R"(\\n)"), "\n");
     const std::string file = scratch.write("in", std::regex_replace(input, std::regex(R"(\\t)"), "\t"));

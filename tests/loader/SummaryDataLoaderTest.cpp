@@ -67,10 +67,7 @@ TEST(Loader, HoldsWhatWasAddedBeforeAFailure) {
     EXPECT_EQ(data->summaryDataStatus(digestio::kMap), kNotPresent);
     EXPECT_EQ(data->num_items(), 0);
   };
-  support::atEveryFault<support::CallFault>([] { return std::make_unique<Held>(); },
-                                            [&](Held& held) { held.loader->DoTask(&context); }, check);
-  support::atEveryFault<support::AllocationFault>([] { return std::make_unique<Held>(); },
-                                                  [&](Held& held) { held.loader->DoTask(&context); }, check);
+  support::atEveryFault<Held>([&](Held& held) { held.loader->DoTask(&context); }, check);
   EXPECT_GT(partly, 10);
 }
 

@@ -73,7 +73,7 @@ TEST_F(Annotations, OneBadRowMakesTheWholeFileUnreadable) {
   // A copy of a table has no key, no checks and no strict types.
   const std::regex loose("^loose (\\w+):");
   const char* copied = "CREATE TABLE loose AS SELECT * FROM $1; DROP TABLE $1; ALTER TABLE loose RENAME TO $1;";
-  for (const auto& [damage, parts] : support::cases("damages/annotations.txt")) {
+  for (const auto& [damage, parts] : support::cases("damages/annotations.txt", 50)) {
     makeThree();
     run("PRAGMA ignore_check_constraints = ON; " + std::regex_replace(parts[0], loose, copied));
     EXPECT_EQ(refusalToOpen(), parts[1]) << damage;

@@ -46,7 +46,7 @@ class ResultFiles : public Files {
 
 TEST_F(ResultFiles, ACollectionIsRefusedWithThePlaceOfTheFirstBadValue) {
   std::vector<std::pair<std::string, std::string>> damages;
-  for (const auto& [name, parts] : support::cases("damages/collection.txt")) {
+  for (const auto& [name, parts] : support::cases("damages/collection.txt", 50)) {
     damages.emplace_back(document(parts[0]), parts[1]);
   }
   // What a line of text cannot hold.
@@ -122,7 +122,7 @@ TEST_F(ResultFiles, WhatIsNoFileIsRefusedWithoutWaiting) {
 }
 
 TEST_F(ResultFiles, ARunIsRefusedWithThePlaceOfTheFirstBadValue) {
-  for (const auto& [damage, parts] : support::cases("damages/result.txt")) {
+  for (const auto& [damage, parts] : support::cases("damages/result.txt", 50)) {
     write("result.json", parts[0]);
     EXPECT_FALSE(resdir::ResultDirectoryManager::open(path().c_str(), false, nullptr)) << damage;
     EXPECT_EQ(refusal(), "result.json: " + parts[1]) << damage;

@@ -24,32 +24,15 @@ SEES = {
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 
 
-def sources(folder):
-    return sorted(path for path in folder.rglob("*") if path.suffix in (".h", ".cpp"))
-
-
-def folder_of(name, including, root):
-    """The folder that `name` lies in when `including` includes it; None where nobody has it."""
-    if (including.parent / name).exists():
-        own = including.parent.relative_to(root)
-        return next(folder for folder in SEES if own.is_relative_to(folder))
-    for folder in SEES:
-        if (root / folder / name).exists():
-            return folder
-        if (root / "src" / name).exists() and ("src/" + name).startswith(folder + "/"):
-            return folder
-    return next((f for f in SEES if any(path.as_posix().endswith("/" + name) for path in sources(root / f))), None)
-
-
 def faults(root):
+    files = {folder: [p for p in (root / folder).rglob("*") if p.suffix in (".h", ".cpp")] for folder in SEES}
     for folder, sees in SEES.items():
-        for path in sources(root / folder):
+        for path in sorted(files[folder]):
             for name in INCLUDE.findall(path.read_text(encoding="utf-8")):
-                target = folder_of(name, path, root)
-                if target is None:
-                    yield f"{path.relative_to(root)}: \"{name}\" is nowhere"
-                elif target != folder and target not in sees:
-                    yield f"{path.relative_to(root)}: \"{name}\" lies in {target}, which {folder} may not see"
+                lies_in = [f for f in SEES if any(file.as_posix().endswith("/" + name) for file in files[f])]
+                if not {folder, *sees}.intersection(lies_in):
+                    where = " and ".join(lies_in) or "no folder"
+                    yield f"{path.relative_to(root)}: \"{name}\" lies in {where}, and {folder} may not see that"
 
 
 def main():

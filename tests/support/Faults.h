@@ -5,16 +5,17 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 /// Faults on demand. A test asks what is left behind when the k-th call to a collaborator, or the k-th allocation,
 /// fails, for every k:
 ///
-///     const int faults = atEveryFault<CallFault>(
-///         [] { return std::make_unique<Fixture>(); },                    // afresh each time, without faults
+///     const auto [calls, allocations] = atEveryFault<Fixture>(           // a Fixture for each, made without faults
 ///         [](Fixture& fixture) { fixture.data.addSummaryData("r", {}); },  // meets the fault
 ///         [](Fixture& fixture) { EXPECT_EQ(rows(fixture.data), "..."); });  // after each fault that came through
-///     EXPECT_GT(faults, 20);
+///     EXPECT_GT(calls, 20);
+///     EXPECT_GT(allocations, 10);
 namespace support {
 
 /// What a fake throws.
@@ -70,25 +71,31 @@ T answer(std::string_view subject, std::string_view operation, T value, std::str
   return value;
 }
 
-/// See above. Answers how many faults struck before `attempt` got through without one.
-template <class Plan, class Prepare, class Attempt, class Check>
-int atEveryFault(Prepare prepare, Attempt attempt, Check check) {
+/// Answers how many faults struck before `attempt` got through without one.
+template <class Plan, class Fixture, class Attempt, class Check>
+int atEvery(Attempt attempt, Check check) {
   for (int faults = 0;; ++faults) {
-    auto fixture = prepare();
+    Fixture fixture{};
     bool thrown = false;
     bool struck = false;
     {
       const Plan plan(faults + 1);
       try {
-        attempt(*fixture);
+        attempt(fixture);
       } catch (const typename Plan::Thrown&) {
         thrown = true;
       }
       struck = plan.struck();
     }
-    if (thrown) check(*fixture);
+    if (thrown) check(fixture);
     if (!struck) return faults;
   }
+}
+
+/// See above. Answers how many calls failed, and how many allocations.
+template <class Fixture, class Attempt, class Check>
+std::pair<int, int> atEveryFault(Attempt attempt, Check check) {
+  return {atEvery<CallFault, Fixture>(attempt, check), atEvery<AllocationFault, Fixture>(attempt, check)};
 }
 
 }  // namespace support
