@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -71,23 +72,23 @@ T answer(std::string_view subject, std::string_view operation, T value, std::str
   return value;
 }
 
-/// Answers how many faults struck before `attempt` got through without one.
-template <class Plan, class Fixture, class Attempt, class Check>
-int atEvery(Attempt attempt, Check check) {
+/// Faults of one sort. Answers how many struck before `attempt` got through without one.
+template <class Plan, class Prepare, class Attempt, class Check>
+int atEveryFault(Prepare prepare, Attempt attempt, Check check) {
   for (int faults = 0;; ++faults) {
-    Fixture fixture{};
+    auto fixture = prepare();
     bool thrown = false;
     bool struck = false;
     {
       const Plan plan(faults + 1);
       try {
-        attempt(fixture);
+        attempt(*fixture);
       } catch (const typename Plan::Thrown&) {
         thrown = true;
       }
       struck = plan.struck();
     }
-    if (thrown) check(fixture);
+    if (thrown) check(*fixture);
     if (!struck) return faults;
   }
 }
@@ -95,7 +96,8 @@ int atEvery(Attempt attempt, Check check) {
 /// See above. Answers how many calls failed, and how many allocations.
 template <class Fixture, class Attempt, class Check>
 std::pair<int, int> atEveryFault(Attempt attempt, Check check) {
-  return {atEvery<CallFault, Fixture>(attempt, check), atEvery<AllocationFault, Fixture>(attempt, check)};
+  const auto prepare = [] { return std::make_unique<Fixture>(); };
+  return {atEveryFault<CallFault>(prepare, attempt, check), atEveryFault<AllocationFault>(prepare, attempt, check)};
 }
 
 }  // namespace support

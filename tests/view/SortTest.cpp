@@ -145,11 +145,11 @@ TEST(ItemSort, LeavesTheListAloneWhenSomethingFails) {
     SummaryItems items = random.list(30);
     std::vector<const SummaryItemImpl*> before = pointers(items);
   };
+  const auto prepare = [] { return std::make_unique<Fixture>(); };
   const auto sort = [](Fixture& fixture) { fixture.items.sort(kSortCorrectnessErrors); };
   const auto check = [](Fixture& fixture) { EXPECT_EQ(pointers(fixture.items), fixture.before); };
-  const auto [calls, allocations] = support::atEveryFault<Fixture>(sort, check);
-  EXPECT_GT(calls, 20);
-  EXPECT_GT(allocations, 2);
+  EXPECT_GT(support::atEveryFault<support::CallFault>(prepare, sort, check), 20);
+  EXPECT_GT(support::atEveryFault<support::AllocationFault>(prepare, sort, check), 2);
 }
 
 }  // namespace
