@@ -67,7 +67,7 @@ void registerRebuild(std::size_t sites, const Ordering& ordering) {
       [mapping = ordering.mapping](FullList* list) {
         ViewSettings settings;
         settings.setMapping(mapping, false);
-        kelvar_2_1_7::rebuildView(settings, list->visible, list->hidden);
+        kelvar_2_1_7::View().rebuild(settings, list->visible, list->hidden);
         return list;
       });
   if (ordering.key == nullptr) return;

@@ -28,6 +28,7 @@ SummaryData::Impl::~Impl() {
 
 void SummaryData::Impl::populateAnnotations() {
   viewValid_ = false;
+  view_.itemsChanged();
   forEachLiveAnnotation(database_, [&](boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle) {
     visibleItems_.make(this, std::move(annotation), handle, kCurrent, false, false, false, false);
   });
@@ -58,6 +59,7 @@ void SummaryData::Impl::takeState(sitenotes::scanner_t& scanner, const std::stri
 SummaryDataStatus SummaryData::Impl::mergeCollections(SummaryItems& incoming) {
   const SummaryDataStatus status = join(visibleItems_, incoming);
   viewValid_ = false;
+  view_.itemsChanged();
   return status;
 }
 
@@ -94,7 +96,7 @@ void SummaryData::Impl::setSuitabilityProjectOptions(digestio::SuitabilityProjec
 
 void SummaryData::Impl::mappingValid() {
   if (viewValid_) return;
-  rebuildView(settings_, visibleItems_, hiddenItems_);
+  view_.rebuild(settings_, visibleItems_, hiddenItems_);
   viewValid_ = true;
 }
 

@@ -11,6 +11,7 @@
 #include "results/AggregateSummaryResultImpl.h"
 #include "results/SummaryResultImpl.h"
 #include "sitenotes.h"
+#include "view/View.h"
 #include "view/ViewSettings.h"
 
 namespace kelvar_2_1_7 {
@@ -59,6 +60,7 @@ class __attribute__((visibility("hidden"))) SummaryData::Impl {  // else exporte
   boost::shared_ptr<sitenotes::database_t> state_;  // the database as it was for the first result added
   bool viewValid_ = false;
   ViewSettings settings_;
+  View view_;
   AggregateSummaryResultImpl aggregate_;
   PerKind<AggregateSummaryResultImpl> kindResults_;
   SummaryItems visibleItems_;  // in view order once the view is valid

@@ -15,7 +15,10 @@ bool sameSite(const SummaryItemImpl& a, const SummaryItemImpl& b) {
 
 void SummaryItems::exactMerge(digestio::SummaryDataKind kind) {
   sort(kind == digestio::kSurveyVectorization ? kSortSurveyVectorizationSelfTime : kSortLocator);
-  foldNeighbours(*this, sameSite);
+  foldNeighbours(*this, sameSite, [](value_type& into, value_type& from) {
+    into->merge(*from);
+    from.reset();
+  });
   foldLabelTwins(*this);
 }
 

@@ -24,6 +24,7 @@ SummaryItemImpl::SummaryItemImpl(CopyOf copy) : SummaryItemImpl(copy.source) {
   annotationKind_ = annotation_->get_kind();
   locator_ = annotation_->get_locator();
   label_ = annotation_->get_label();
+  saysAsAnnotated_ = true;
 }
 
 std::unique_ptr<SummaryItemImpl> SummaryItemImpl::copySummaryItem(const SummaryItemImpl& source) {
@@ -36,30 +37,54 @@ void SummaryItemImpl::merge(const SummaryItemImpl& other) {
   for (const digestio::SummaryDataKind kind : kAllKinds) {
     CollectionInfo& record = collections_[kind];
     const CollectionInfo& theirs = other.collections_[kind];
-    if (record.detail == nullptr && theirs.detail != nullptr) record = theirs;
+    if (record.detail == nullptr && theirs.detail != nullptr) {
+      record = theirs;
+      collectionAnnotations_.set(kind, other.collectionAnnotations_.of(kind));
+    }
     if (record.status == kNoMatchCurrent && current) {
       record.status = onOneLine(locator_, other.locator_) ? kExactMatchCurrent : kApproximateMatchCurrent;
     }
   }
 
-  if (!annotation_) {
-    annotation_ = other.annotation_;
-    handle_ = other.handle_;
-  }
-  if (locator_.is_null()) locator_ = other.locator_;
-  if (label_.empty()) label_ = other.label_;
+  if (!annotation_) takeAnnotation(other);
+  if (locator_.is_null()) takePlace(other);
+  if (label_.empty()) takeLabel(other.label_);
 
   if (other.status_ > status_) {
-    if (other.annotation_) {
-      annotation_ = other.annotation_;
-      handle_ = other.handle_;
-    }
-    if (!other.locator_.is_null()) locator_ = other.locator_;
-    if (!other.label_.empty()) label_ = other.label_;
+    if (other.annotation_) takeAnnotation(other);
+    if (!other.locator_.is_null()) takePlace(other);
+    if (!other.label_.empty()) takeLabel(other.label_);
     status_ = other.status_;
   }
-  if (other.label_ == kTooDeep) label_ = kTooDeep;
+  if (other.label_ == kTooDeep) takeLabel(kTooDeep);
   if (!selected_) selected_ = other.selected_;
+}
+
+bool SummaryItemImpl::gainsFrom(const SummaryItemImpl& other) const noexcept {
+  const bool current = status_ == kCurrent || other.status_ == kCurrent;
+  for (const digestio::SummaryDataKind kind : kAllKinds) {
+    const CollectionInfo& record = collections_[kind];
+    if (record.detail == nullptr && other.collections_[kind].detail != nullptr) return true;
+    if (record.status == kNoMatchCurrent && current) return true;
+  }
+  return (!annotation_ && (other.annotation_ || other.handle_ != handle_)) || locator_.is_null() || label_.empty() ||
+         other.status_ > status_ || other.label_ == kTooDeep || (!selected_ && other.selected_);
+}
+
+void SummaryItemImpl::takeAnnotation(const SummaryItemImpl& other) {
+  annotation_ = other.annotation_;
+  handle_ = other.handle_;
+  saysAsAnnotated_ = false;
+}
+
+void SummaryItemImpl::takePlace(const SummaryItemImpl& other) {
+  locator_ = other.locator_;
+  saysAsAnnotated_ = false;
+}
+
+void SummaryItemImpl::takeLabel(std::string_view label) {
+  label_ = label;
+  saysAsAnnotated_ = false;
 }
 
 }  // namespace kelvar_2_1_7

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "JoinedItems.h"
 #include "SiteMatch.h"
 
 namespace kelvar_2_1_7 {
@@ -15,58 +16,75 @@ namespace {
 /// rule: then a handle is a place in an array.
 class HandleIndex {
  public:
-  explicit HandleIndex(const SummaryItems& list) : dense_(kGaps * list.size()) {}
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-  void name(unsigned long handle, SummaryItemImpl* item) {
-    if (handle < dense_.size()) {
-      dense_[handle] = item;
-    } else {
-      sparse_.insert_or_assign(handle, item);
+  explicit HandleIndex(const SummaryItems& list) : denseEnd_(kGaps * list.size()) {
+    for (std::size_t slot = 0; slot < list.size(); ++slot) {
+      list.callAhead(slot);
+      const SummaryItemImpl& item = *list[slot];
+      if (item.hasAnnotation() && item.handle() != 0) name(item.handle(), slot);
     }
   }
-  /// Null for a handle that names none.
-  [[nodiscard]] SummaryItemImpl* find(unsigned long handle) const {
+
+  /// The slot of the item; kNone for a handle that names none.
+  [[nodiscard]] std::size_t find(unsigned long handle) const {
     if (handle < dense_.size()) return dense_[handle];
     const auto known = sparse_.find(handle);
-    return known != sparse_.end() ? known->second : nullptr;
+    return known != sparse_.end() ? known->second : kNone;
+  }
+  /// Has the processor fetch what find(handle) is going to read.
+  void prefetch(unsigned long handle) const noexcept {
+    if (handle < dense_.size()) __builtin_prefetch(&dense_[handle]);
   }
 
  private:
   static constexpr std::size_t kGaps = 4;
 
-  std::vector<SummaryItemImpl*> dense_;
-  boost::unordered_flat_map<unsigned long, SummaryItemImpl*> sparse_;
+  void name(unsigned long handle, std::size_t slot) {
+    if (handle >= denseEnd_) {
+      sparse_.insert_or_assign(handle, slot);
+      return;
+    }
+    if (handle >= dense_.size()) dense_.resize(handle + 1, kNone);
+    dense_[handle] = slot;
+  }
+
+  std::size_t denseEnd_;
+  std::vector<std::size_t> dense_;
+  boost::unordered_flat_map<unsigned long, std::size_t> sparse_;
 };
 
-/// Copies of the list's items, and which of them the handles name.
-SummaryItems copiesOf(const SummaryItems& list, HandleIndex& byHandle) {
-  SummaryItems copies;
-  copies.reserve(list.size());
-  for (std::size_t index = 0; index < list.size(); ++index) {
-    list.callAhead(index);
-    const SummaryItemImpl* const item = list[index];
-    if (item == nullptr) continue;
-    SummaryItemImpl& copy = copies.make(SummaryItemImpl::CopyOf{*item});
-    if (copy.hasAnnotation() && copy.handle() != 0) byHandle.name(copy.handle(), &copy);
+/// Items and their sites lie anywhere in memory: they are called for some steps ahead, one step of the way at a time.
+void callSitesAhead(const JoinedItems& joined, const HandleIndex& byHandle, const SummaryItems& incoming,
+                    std::size_t index) {
+  constexpr std::size_t kStep = 8;
+  if (index + 3 * kStep < incoming.size()) incoming.call(index + 3 * kStep);
+  if (index + 2 * kStep < incoming.size() && incoming[index + 2 * kStep] != nullptr) {
+    byHandle.prefetch(incoming[index + 2 * kStep]->handle());
   }
-  return copies;
+  if (index + kStep < incoming.size() && incoming[index + kStep] != nullptr) {
+    const std::size_t slot = byHandle.find(incoming[index + kStep]->handle());
+    if (slot != HandleIndex::kNone) joined.items().call(slot);
+  }
 }
 
 /// Merges each incoming item into the one of its handle, or takes it in. Answers how well the worst of them matched.
-SummaryDataStatus matchByHandle(SummaryItems& list, const HandleIndex& byHandle, const SummaryItems& incoming) {
+SummaryDataStatus matchByHandle(JoinedItems& joined, const HandleIndex& byHandle, const SummaryItems& incoming) {
   SummaryDataStatus match = kExactMatchCurrent;
   for (std::size_t index = 0; index < incoming.size(); ++index) {
-    incoming.callAhead(index);
+    callSitesAhead(joined, byHandle, incoming, index);
     const SummaryItemImpl* const item = incoming[index];
     if (item == nullptr) continue;
-    SummaryItemImpl* const site = item->handle() != 0 ? byHandle.find(item->handle()) : nullptr;
-    if (site == nullptr) {
-      list.make(SummaryItemImpl::CopyOf{*item});
+    const std::size_t slot = item->handle() != 0 ? byHandle.find(item->handle()) : HandleIndex::kNone;
+    if (slot == HandleIndex::kNone) {
+      joined.append(*item);
       match = std::min(match, kNoMatchCurrent);
       continue;
     }
-    if (site->place().get_line() != item->place().get_line()) match = std::min(match, kApproximateMatchCurrent);
-    site->merge(*item);
+    if (joined.items()[slot]->place().get_line() != item->place().get_line()) {
+      match = std::min(match, kApproximateMatchCurrent);
+    }
+    joined.merge(slot, *item);
   }
   return match;
 }
@@ -80,13 +98,11 @@ bool sameSite(const SummaryItemImpl& a, const SummaryItemImpl& b) {
 }  // namespace
 
 SummaryDataStatus join(SummaryItems& list, SummaryItems& incoming) {
-  HandleIndex byHandle(list);
-  SummaryItems joined = copiesOf(list, byHandle);
-  const SummaryDataStatus match = matchByHandle(joined, byHandle, incoming);
+  JoinedItems joined(list);
+  const SummaryDataStatus match = matchByHandle(joined, HandleIndex(joined.items()), incoming);
   SummaryItems().swap(incoming);  // a large part of the memory that a result takes
-  joined.sort(kSortKind);
-  foldNeighbours(joined, sameSite);
-  list.swap(joined);  // the old items go with `joined`
+  joined.fold(sameSite);
+  joined.settle();
   return match;
 }
 

@@ -1,9 +1,9 @@
 #include "LabelTwins.h"
 
 #include <algorithm>
-#include <boost/container_hash/hash.hpp>
-#include <boost/unordered/unordered_flat_map.hpp>
+#include <boost/sort/spreadsort/integer_sort.hpp>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <string_view>
 #include <utility>
@@ -20,36 +20,59 @@ constexpr Slot kNone = std::numeric_limits<Slot>::max();
 constexpr annotation_t::kind_t kTakenIn = annotation_t::task;
 constexpr annotation_t::kind_t kTaker = annotation_t::taskloop;
 
-struct Name {
-  std::string_view label;
-  annotation_t::kind_t kind;
-  bool operator==(const Name&) const = default;
-  friend std::size_t hash_value(const Name& name) {
-    std::size_t seed = std::hash<std::string_view>()(name.label);
-    boost::hash_combine(seed, static_cast<std::int32_t>(name.kind));
-    return seed;
-  }
-};
+/// A slot behind a hash of what its item is looked up by: sorted, like names stand together. Most sites have no twin,
+/// and their names are never looked at again.
+using Key = std::uint64_t;
+using Keys = std::vector<Key>;
+
+constexpr Key keyOf(std::size_t labelHash, annotation_t::kind_t kind, Slot slot) {
+  constexpr std::uint64_t kSpread = 0x9e3779b97f4a7c15;  // the golden ratio's bits: every one of a kind changes many
+  const std::uint64_t hash = (labelHash ^ static_cast<std::uint32_t>(kind)) * kSpread;
+  return (hash & ~std::uint64_t{kNone}) | slot;
+}
+constexpr Slot slotOf(Key key) {
+  return static_cast<Slot>(key);
+}
+constexpr std::uint64_t hashOf(Key key) {
+  return key >> 32;
+}
+/// The end of the keys from `begin` on that have its hash.
+Keys::iterator endOfHash(Keys::iterator begin, Keys::iterator end) {
+  return std::find_if(begin, end, [hash = hashOf(*begin)](Key key) { return hashOf(key) != hash; });
+}
 
 /// The slots whose items share a label and an annotation kind, in a list that is only ever touched at its front: a
 /// slot that has been visited leaves one occupied slot of its group behind at most, since it takes in the lowest
 /// other one. So whoever is visited stands first or second, and a search is a look at the front.
+/// Only items that have a twin or a taker, or are one, take part; the last item of the list never does.
 class Twins {
  public:
-  explicit Twins(const SummaryItems& items) : groupOf_(items.size(), kNone), next_(items.size(), kNone) {
-    boost::unordered_flat_map<Name, Slot, boost::hash<Name>> groups;
-    groups.reserve(items.size());
-    // Back to front, so that each list comes out in ascending order. The last item takes no part.
-    for (std::size_t slot = items.size() - 1; slot-- > 0;) {
-      items.callBehind(slot);
-      if (!takesPart(items[slot])) continue;
-      const Name name{items[slot]->labelText(), items[slot]->annotationKind()};
-      const auto [group, isNew] = groups.try_emplace(name, static_cast<Slot>(first_.size()));
-      if (isNew) first_.push_back(kNone);
-      groupOf_[slot] = group->second;
-      pushFront(group->second, static_cast<Slot>(slot));
+  explicit Twins(const SummaryItems& items) : items_(items), groupOf_(items.size(), kNone), next_(items.size(), kNone) {
+    Keys keys;    // by label and kind
+    Keys wanted;  // those that may be taken in, by the label and kind of who would
+    readKeys(keys, wanted);
+    boost::sort::spreadsort::integer_sort(keys.begin(), keys.end());
+    boost::sort::spreadsort::integer_sort(wanted.begin(), wanted.end());
+
+    std::vector<std::pair<Slot, Slot>> takers;  // a slot, and the group of who takes its item in
+    auto want = wanted.begin();
+    for (auto key = keys.begin(); key != keys.end();) {
+      const auto end = endOfHash(key, keys.end());
+      while (want != wanted.end() && hashOf(*want) < hashOf(*key)) ++want;
+      const bool isWanted = want != wanted.end() && hashOf(*want) == hashOf(*key);
+      const auto firstGroup = static_cast<Slot>(first_.size());
+      if (isWanted || end - key > 1) addGroups(key, end);
+      for (; want != wanted.end() && hashOf(*want) == hashOf(*key); ++want) {
+        for (Slot group = firstGroup; group < first_.size(); ++group) {
+          if (takesIn(first_[group], slotOf(*want))) takers.emplace_back(slotOf(*want), group);
+        }
+      }
+      key = end;
     }
-    findTakers(items, groups);
+    for (const auto& [slot, group] : takers) {
+      if (groupOf_[slot] == kNone) addGroup(slot);
+      takerGroup_[groupOf_[slot]] = group;
+    }
   }
 
   [[nodiscard]] bool takesPart(Slot slot) const { return groupOf_[slot] != kNone; }
@@ -88,8 +111,42 @@ class Twins {
   }
 
  private:
-  static bool takesPart(const SummaryItemImpl* item) {
-    return item != nullptr && item->hasAnnotation() && !item->labelText().empty();
+  void readKeys(Keys& keys, Keys& wanted) const {
+    keys.reserve(items_.size());
+    for (Slot slot = 0; slot + 1 < items_.size(); ++slot) {
+      items_.callAhead(slot);
+      const SummaryItemImpl* const item = items_[slot];
+      if (item == nullptr || !item->hasAnnotation() || item->labelText().empty()) continue;
+      const std::size_t labelHash = std::hash<std::string_view>()(item->labelText());
+      keys.push_back(keyOf(labelHash, item->annotationKind(), slot));
+      if (item->annotationKind() == kTakenIn) wanted.push_back(keyOf(labelHash, kTaker, slot));
+    }
+  }
+
+  /// The items of one hash, which may be of several names, by name.
+  void addGroups(Keys::iterator begin, Keys::iterator end) {
+    const auto nameOf = [this](Key key) {
+      const SummaryItemImpl& item = *items_[slotOf(key)];
+      return std::pair<annotation_t::kind_t, std::string_view>(item.annotationKind(), item.labelText());
+    };
+    std::sort(begin, end, [&](Key a, Key b) { return std::pair(nameOf(a), a) < std::pair(nameOf(b), b); });
+    for (auto key = begin; key != end; ++key) {
+      if (key == begin || nameOf(key[-1]) != nameOf(*key)) {
+        addGroup(slotOf(*key));
+      } else {
+        next_[slotOf(key[-1])] = slotOf(*key);
+        groupOf_[slotOf(*key)] = groupOf_[slotOf(key[-1])];
+      }
+    }
+  }
+  void addGroup(Slot slot) {
+    groupOf_[slot] = static_cast<Slot>(first_.size());
+    first_.push_back(slot);
+    takerGroup_.push_back(kNone);
+  }
+
+  [[nodiscard]] bool takesIn(Slot taker, Slot slot) const {
+    return items_[taker]->annotationKind() == kTaker && items_[taker]->labelText() == items_[slot]->labelText();
   }
 
   void pushFront(Slot group, Slot slot) {
@@ -97,17 +154,7 @@ class Twins {
     first_[group] = slot;
   }
 
-  template <class Groups>
-  void findTakers(const SummaryItems& items, const Groups& groups) {
-    takerGroup_.assign(first_.size(), kNone);
-    for (std::size_t group = 0; group < first_.size(); ++group) {
-      const SummaryItemImpl* item = items[first_[group]];
-      if (item->annotationKind() != kTakenIn) continue;
-      const auto taker = groups.find(Name{item->labelText(), kTaker});
-      if (taker != groups.end()) takerGroup_[group] = taker->second;
-    }
-  }
-
+  const SummaryItems& items_;
   std::vector<Slot> groupOf_;     // by slot
   std::vector<Slot> next_;        // by slot: the next one of its group
   std::vector<Slot> first_;       // by group

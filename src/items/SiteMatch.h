@@ -17,17 +17,17 @@ namespace kelvar_2_1_7 {
 /// Whether an analysis that lists each site once has a detail for both: then they are two sites.
 [[nodiscard]] bool seenApart(const SummaryItemImpl& a, const SummaryItemImpl& b);
 
-/// Folds each item into the one before it for as long as `sameSite(before, item)` says so. Linear; keeps the order.
-/// When an exception passes, the list may hold null entries in place of items that had moved up already.
-template <class SameSite>
-void foldNeighbours(SummaryItems& items, SameSite sameSite) {
+/// Folds each item into the one before it for as long as `sameSite(before, item)` says so: `takeIn(before, item)`
+/// merges the second entry into the first and empties it. Linear; keeps the order. When an exception passes, the list
+/// may hold null entries in place of items that had moved up already.
+template <class SameSite, class TakeIn>
+void foldNeighbours(SummaryItems& items, SameSite sameSite, TakeIn takeIn) {
   if (items.empty()) return;
   auto last = items.begin();
   for (auto next = last + 1; next != items.end(); ++next) {
     items.callAhead(static_cast<std::size_t>(next - items.begin()));
     if (*last && *next && sameSite(**last, **next)) {
-      (*last)->merge(**next);
-      next->reset();
+      takeIn(*last, *next);
     } else if (++last != next) {
       *last = std::move(*next);
     }

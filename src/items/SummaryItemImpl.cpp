@@ -41,10 +41,15 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner)
       detailKind_(digestio::kAnnotatedSite),
       annotationKind_(sitenotes::annotation_t::parallel),
       status_(kNoMatchCurrent),
+      selected_(false),
+      inArena_(false),
+      saysAsAnnotated_(false),
+      joinNumber_(0),
+      placeRank_(0),
+      sharesPlace_(false),
       locator_(toolbelt::path_t(), 0, 0),
       handle_(0),
-      collections_{},
-      selected_(false) {}
+      collections_{} {}
 
 SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, boost::shared_ptr<sitenotes::annotation_t> annotation,
                                  unsigned long handle, SummaryDataStatus status, bool survey, bool suitability,
@@ -56,6 +61,7 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, boost::shared_ptr<sit
   label_ = annotation->get_label();
   annotation_ = std::move(annotation);
   handle_ = handle;
+  saysAsAnnotated_ = true;
 
   const PerKind<bool> known{{survey, survey, suitability, correctness, map}};
   for (const SummaryDataKind kind : kAllKinds) {
@@ -86,7 +92,7 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, SummaryDetail* detail
     record.status = kNoMatchCurrent;
     record.count = 1;
     record.detail = detail;
-    if (kKeepsAnnotation[kind]) record.annotation = annotation;
+    if (kKeepsAnnotation[kind]) collectionAnnotations_.set(kind, annotation);
   }
   // A detail that shows nothing gives no identity either.
   if (!shown || annotation) return;

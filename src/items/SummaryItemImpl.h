@@ -4,9 +4,11 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <string_view>
 
 #include "PerKind.h"
 #include "digestio.h"
+#include "items/CollectionAnnotations.h"
 #include "kelvar/SummaryData.h"
 #include "kelvar/SummaryItem.h"
 #include "sitenotes.h"
@@ -21,7 +23,6 @@ class SummaryItemImpl final : public SummaryItem {
     SummaryDataStatus status = kNotPresent;
     unsigned int count = 0;
     digestio::SummaryDetail* detail = nullptr;  // the result that loaded it owns it
-    boost::shared_ptr<sitenotes::annotation_t> annotation;
   };
 
   /// An annotated site. `annotation` must not be empty. Each flag fills the record of its kind with `status` and a
@@ -46,8 +47,17 @@ class SummaryItemImpl final : public SummaryItem {
   /// has one: a copy forgets the detail kind, and what merges made of place, label and annotation kind.
   [[nodiscard]] static std::unique_ptr<SummaryItemImpl> copySummaryItem(const SummaryItemImpl& source);
 
+  /// Whether a copy would say the same of the site as this item does.
+  [[nodiscard]] bool isLikeItsCopy() const noexcept { return !annotation_ || saysAsAnnotated_; }
+
   /// Folds `other`, which stands for the same site, into this item. See ItemMerge.cpp for who wins what.
   void merge(const SummaryItemImpl& other);
+  /// Whether merge(other) would change anything. Few sites of a program are seen by any one analysis.
+  [[nodiscard]] bool gainsFrom(const SummaryItemImpl& other) const noexcept;
+
+  /// The join that made this item, if any; for joins to tell their own items from those of earlier ones.
+  [[nodiscard]] unsigned joinNumber() const noexcept { return joinNumber_; }
+  void setJoinNumber(unsigned number) noexcept { joinNumber_ = number & ((1U << kJoinNumberBits) - 1); }
 
   [[nodiscard]] digestio::SummaryDetailKind detailKind() const override { return detailKind_; }
   [[nodiscard]] sitenotes::annotation_t::kind_t annotationKind() const override { return annotationKind_; }
@@ -72,7 +82,7 @@ class SummaryItemImpl final : public SummaryItem {
   [[nodiscard]] digestio::MapDetail* mapDetail() const override;
   [[nodiscard]] boost::shared_ptr<sitenotes::annotation_t> collectionAnnotation(
       digestio::SummaryDataKind kind) const override {
-    return collections_[kind].annotation;
+    return collectionAnnotations_.of(kind);
   }
   void setSelected(bool selected) override { selected_ = selected; }
   [[nodiscard]] bool isSelected() const override { return selected_; }
@@ -80,6 +90,15 @@ class SummaryItemImpl final : public SummaryItem {
   bool getCollectionLocator(digestio::SummaryDataKind kind, sitenotes::locator_t& out, unsigned long& handle) override;
 
   virtual ~SummaryItemImpl();  // behind the twenty operations: items are deleted through this class alone
+
+  /// Where the item stands among all of the view, by place and what else decides between equals, and whether the one
+  /// before it stands at its place. Kept by the view, for as long as no item changes.
+  [[nodiscard]] unsigned placeRank() const noexcept { return placeRank_; }
+  [[nodiscard]] bool sharesPlace() const noexcept { return sharesPlace_; }
+  void setPlaceRank(unsigned rank, bool sharesPlace) noexcept {
+    placeRank_ = rank & ((1U << kPlaceRankBits) - 1);
+    sharesPlace_ = sharesPlace;
+  }
 
   /// The stored place, label and annotation without a copy, for passes over whole lists.
   [[nodiscard]] const sitenotes::locator_t& place() const noexcept { return locator_; }
@@ -110,21 +129,31 @@ class SummaryItemImpl final : public SummaryItem {
 
  private:
   friend class ItemArena;
+  static constexpr int kJoinNumberBits = 21;
+  static constexpr int kPlaceRankBits = 31;
 
   explicit SummaryItemImpl(SummaryData::Impl* owner);  // an empty item
   SummaryItemImpl(const SummaryItemImpl&) = default;
+  void takeAnnotation(const SummaryItemImpl& other);
+  void takePlace(const SummaryItemImpl& other);
+  void takeLabel(std::string_view label);
 
   SummaryData::Impl* owner_;
   digestio::SummaryDetailKind detailKind_;
   sitenotes::annotation_t::kind_t annotationKind_;
-  SummaryDataStatus status_;
+  SummaryDataStatus status_ : 8;
+  bool selected_ : 1;
+  bool inArena_ : 1;
+  bool saysAsAnnotated_ : 1;  // detail kind, annotation kind, place and label are what the annotation says
+  unsigned joinNumber_ : kJoinNumberBits;
+  unsigned placeRank_ : kPlaceRankBits;
+  bool sharesPlace_ : 1;
   sitenotes::locator_t locator_;
   std::string label_;
   boost::shared_ptr<sitenotes::annotation_t> annotation_;
   unsigned long handle_;
   PerKind<CollectionInfo> collections_;
-  bool selected_;
-  bool inArena_ = false;
+  CollectionAnnotations collectionAnnotations_;
 };
 
 /// The annotation database of the object that an item belongs to; empty if it has none. All that an item needs of

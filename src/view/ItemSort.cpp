@@ -14,6 +14,7 @@
 #include "items/SummaryItems.h"
 #include "view/MergeSort.h"
 #include "view/Orderings.h"
+#include "view/RadixSort.h"
 #include "view/SiteFigures.h"
 
 namespace kelvar_2_1_7 {
@@ -65,14 +66,34 @@ void forEachTie(Entries entries, const Then& then) {
   }
 }
 
+/// Calls `then` for each group of two or more neighbours at one place, in a list by rank.
+template <class Then>
+void forEachPlace(Entries entries, const Then& then) {
+  const auto isAtPlaceOf = [](const Entry& a, const Entry& b) {
+    return b.item->sharesPlace() && a.item->place().display_order(b.item->place()) == 0;
+  };
+  for (std::size_t begin = 0; begin < entries.size();) {
+    std::size_t end = begin + 1;
+    if (end + kStep < entries.size()) __builtin_prefetch(&entries[end + kStep].item->place());
+    while (end < entries.size() && isAtPlaceOf(entries[begin], entries[end])) ++end;
+    if (end - begin > 1) then(entries.subspan(begin, end - begin));
+    begin = end;
+  }
+}
+
 /// Sorts items by one key after the other: each key is read once, and only of items that all keys before it left equal.
 /// What an ordering leaves undecided is decided by place, annotation kind, detail kind, label, handle and what the
 /// analyses say, so that the order of equal rows has no history. Items themselves are left alone.
 class ItemSort {
  public:
-  explicit ItemSort(const Ordering& ordering) : ordering_(ordering) {}
+  /// Entries in any order, or in that of the ranks of their items: then what an ordering leaves undecided stands right.
+  enum class Given { kAnyhow, kByRank };
+
+  ItemSort(const Ordering& ordering, Given given) : ordering_(ordering), byRank_(given == Given::kByRank) {}
 
   void sort(Entries entries) { byNumbers(entries, 0); }
+  /// In the order of the ranks to come.
+  void sortByRank(Entries entries) { byPlace(entries, false); }
 
  private:
   /// Memory for the lists of one sort of key, one after the other.
@@ -113,6 +134,10 @@ class ItemSort {
 
   /// By place; at one place as the ordering by locator says, if it has a say, on top of what is decided for it.
   void byPlace(Entries entries, bool hasSay) {
+    if (byRank_) {
+      if (hasSay) forEachPlace(entries, [this](Entries there) { bySite(there); });
+      return;
+    }
     byOwnKey(
         entries, places_, [](const SummaryItemImpl& item) { return item.place(); },
         [](const sitenotes::locator_t& a, const sitenotes::locator_t& b) { return a.display_order(b) < 0; },
@@ -171,9 +196,13 @@ class ItemSort {
   }
   template <class Then>
   void byKey(Entries entries, const Then& then) {
+    constexpr std::size_t kMany = 256;  // radix passes cost as much for a few
     const auto before = [](const Entry& a, const Entry& b) { return a.key < b.key; };
-    straighten(entries, before);
-    mergeSort(entries, numbers_, before);
+    if (byRank_ && entries.size() >= kMany) {
+      radixSort(entries, numbers_);
+    } else {
+      mergeSort(entries, numbers_, before);
+    }
     forEachTie(entries, then);
   }
 
@@ -187,7 +216,6 @@ class ItemSort {
       room.keyed.push_back({read(*entries[i].item), entries[i].item});
     }
     const auto before = [less](const Keyed<Key>& a, const Keyed<Key>& b) { return less(a.key, b.key); };
-    straighten(std::span(room.keyed), before);
     mergeSort(std::span(room.keyed), room.buffer, before);
     // The entries say what is equal: `then` may need the room again.
     std::uint64_t group = 0;
@@ -199,19 +227,32 @@ class ItemSort {
   }
 
   const Ordering& ordering_;
+  const bool byRank_;
   std::vector<Entry> numbers_;
   Room<sitenotes::locator_t> places_;
   Room<std::string_view> texts_;
   Room<Site> sites_;
 };
 
-/// The list's items, null entries left out.
-std::vector<Entry> entriesOf(const SummaryItems& items) {
-  std::vector<Entry> entries;
-  entries.reserve(items.size());
+/// Adds the list's items, null entries left out.
+void addEntries(std::vector<Entry>& entries, const SummaryItems& items) {
+  entries.reserve(entries.size() + items.size());
   for (const SummaryItems::value_type& item : items) {
     if (item) entries.push_back({0, item.get()});
   }
+}
+
+/// The list's items by rank. Of the ranks up to the greatest, others may have some.
+std::vector<Entry> entriesByRank(const SummaryItems& items) {
+  std::vector<Entry> entries;
+  for (std::size_t index = 0; index < items.size(); ++index) {
+    items.callAhead(index);
+    if (items[index] == nullptr) continue;
+    const std::size_t rank = items[index]->placeRank();
+    if (rank >= entries.size()) entries.resize(std::max(rank + 1, items.size()), {0, nullptr});
+    entries[rank].item = items[index];
+  }
+  std::erase_if(entries, [](const Entry& entry) { return entry.item == nullptr; });
   return entries;
 }
 
@@ -219,12 +260,39 @@ std::vector<Entry> entriesOf(const SummaryItems& items) {
 
 void SummaryItems::sort(SummaryMapping mapping) {
   if (size() < 2) return;
-  std::vector<Entry> entries = entriesOf(*this);
-  ItemSort(orderingOf(mapping)).sort(entries);
-  // Null entries stand last. From here on nothing can fail: every item changes its owner at most once.
+  std::vector<Entry> entries;
+  addEntries(entries, *this);
+  ItemSort(orderingOf(mapping), ItemSort::Given::kAnyhow).sort(entries);
+  takeOrder(entries);
+}
+
+void SummaryItems::sortRanked(SummaryMapping mapping) {
+  if (size() < 2) return;
+  std::vector<Entry> entries = entriesByRank(*this);
+  ItemSort(orderingOf(mapping), ItemSort::Given::kByRank).sort(entries);
+  takeOrder(entries);
+}
+
+template <class Entries>
+void SummaryItems::takeOrder(const Entries& entries) noexcept {
+  // Null entries stand last. Every item changes its owner at most once.
   for (std::size_t i = 0; i < items_.size(); ++i) {
     static_cast<void>(items_[i].release());
     items_[i].reset(i < entries.size() ? entries[i].item : nullptr);
+  }
+}
+
+void SummaryItems::rankByPlace(const SummaryItems& visible, const SummaryItems& hidden) {
+  std::vector<Entry> entries;
+  addEntries(entries, visible);
+  addEntries(entries, hidden);
+  ItemSort(orderingOf(kSortLocator), ItemSort::Given::kAnyhow).sortByRank(entries);
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (i + kStep < entries.size()) __builtin_prefetch(&entries[i + kStep].item->place(), 1);
+    const auto sharesPlaceWith = [&](std::size_t other) {
+      return entries[i].item->place().display_order(entries[other].item->place()) == 0;
+    };
+    entries[i].item->setPlaceRank(static_cast<unsigned>(i), i != 0 && sharesPlaceWith(i - 1));
   }
 }
 

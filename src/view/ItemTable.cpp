@@ -1,12 +1,13 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
 #include "PerKind.h"
 #include "items/SummaryItems.h"
-#include "view/FormattedPiece.h"
+#include "view/RowText.h"
 
 namespace kelvar_2_1_7 {
 
@@ -15,7 +16,6 @@ using sitenotes::annotation_t;
 
 namespace {
 
-constexpr std::size_t kPieceSize = 256;
 constexpr std::size_t kHeaderLines = 4;
 using HeaderLines = std::array<std::string_view, kHeaderLines>;
 
@@ -40,17 +40,17 @@ static_assert(kStatusCharacters.size() == kSummaryDataStatusCount);
 /// shows the beginning; loops have none, which the C library has always printed like this.
 constexpr std::array kDetailKindNames{"Annotation", "HotSpotHotSpotVectorization", "(null)"};
 
-bool appendSurvey(std::string& out, const SummaryItemImpl& item) {
+bool putSurvey(RowText& row, const SummaryItemImpl& item) {
   const digestio::SurveyDetail* const detail = item.surveyDetail();
   if (detail == nullptr) return false;
   const double cpuTime = detail->cpuTime();
   const int priority = detail->priority();
   const int id = detail->id();
-  appendPiece<kPieceSize>(out, "%7.2f %1d %2d ", cpuTime, priority, id);
+  row.fixed(cpuTime, 7).text(" ").integer(priority, 1).text(" ").integer(id, 2).text(" ");
   return true;
 }
 
-bool appendSurveyVectorization(std::string& out, const SummaryItemImpl& item) {
+bool putSurveyVectorization(RowText& row, const SummaryItemImpl& item) {
   const digestio::SurveyVectorizationDetail* const detail = item.surveyVectorizationDetail();
   if (detail == nullptr) return false;
   const int state = detail->state();
@@ -58,73 +58,78 @@ bool appendSurveyVectorization(std::string& out, const SummaryItemImpl& item) {
   const double totalTime = detail->totalTime();
   const int id = detail->id();
   const int priority = detail->priority();
-  appendPiece<kPieceSize>(out, "%1d %7.2f %7.2f %6d %1d ", state, selfTime, totalTime, id, priority);
+  row.integer(state, 1).text(" ").fixed(selfTime, 7).text(" ").fixed(totalTime, 7).text(" ");
+  row.integer(id, 6).text(" ").integer(priority, 1).text(" ");
   return true;
 }
 
 /// The letters that bits 0 to 4 of the flags have under "STCLC": unset, set.
 constexpr std::array<std::array<char, 2>, 5> kFlagLetters{{{'l', 'h'}, {'l', 'h'}, {'n', 'c'}, {'l', 'h'}, {'l', 'h'}}};
 
-char flagLetter(std::uint32_t flags, std::size_t bit) {
-  return kFlagLetters[bit][flags >> bit & 1];
+using FlagLetters = std::array<char, kFlagLetters.size()>;
+
+FlagLetters lettersOf(std::uint32_t flags) {
+  FlagLetters letters;
+  for (std::size_t bit = 0; bit < letters.size(); ++bit) letters[bit] = kFlagLetters[bit][flags >> bit & 1];
+  return letters;
 }
 
-bool appendSuitability(std::string& out, const SummaryItemImpl& item) {
+bool putSuitability(RowText& row, const SummaryItemImpl& item) {
   const digestio::SuitabilityDetail* const detail = item.suitabilityDetail();
   if (detail == nullptr) return false;
   const double selfTime = detail->selfTime();
   // Gains are modelled for parallel regions as a whole.
   if (item.annotationKind() != annotation_t::parallel) {
-    appendPiece<kPieceSize>(out, "%6.2fs                          ", selfTime);
+    row.fixed(selfTime, 6).text("s                          ");
     return true;
   }
   const int cores = detail->cores();
   const std::uint32_t flags = detail->flags();
   const double siteMaxGain = detail->siteMaxGain();
   const double totalMaxGain = detail->totalMaxGain();
-  appendPiece<kPieceSize>(out, "%6.2fs %2d %c%c%c%c%c %7.2f %7.2f ", selfTime, cores, flagLetter(flags, 0),
-                          flagLetter(flags, 1), flagLetter(flags, 2), flagLetter(flags, 3), flagLetter(flags, 4),
-                          siteMaxGain, totalMaxGain);
+  const FlagLetters letters = lettersOf(flags);
+  row.fixed(selfTime, 6).text("s ").integer(cores, 2).text(" ").text({letters.data(), letters.size()}).text(" ");
+  row.fixed(siteMaxGain, 7).text(" ").fixed(totalMaxGain, 7).text(" ");
   return true;
 }
 
-bool appendCorrectness(std::string& out, const SummaryItemImpl& item) {
+bool putCorrectness(RowText& row, const SummaryItemImpl& item) {
   const digestio::CorrectnessDetail* const detail = item.correctnessDetail();
   if (detail == nullptr) return false;
   const long errors = detail->errors();
   const long first = detail->warnings(0);
   const long second = detail->warnings(1);
-  appendPiece<kPieceSize>(out, "%7ld %7ld ", errors, first + second);
+  row.integer(errors, 7).text(" ").integer(first + second, 7).text(" ");
   return true;
 }
 
-bool appendMap(std::string& out, const SummaryItemImpl& item) {
+bool putMap(RowText& row, const SummaryItemImpl& item) {
   const digestio::MapDetail* const detail = item.mapDetail();
   if (detail == nullptr) return false;
   const long unit = detail->strides(0);
   const long constant = detail->strides(1);
   const long varying = detail->strides(2);
-  appendPiece<kPieceSize>(out, "%7ld / %7ld / %7ld ", unit, constant, varying);
+  row.integer(unit, 7).text(" / ").integer(constant, 7).text(" / ").integer(varying, 7).text(" ");
   return true;
 }
 
 struct ColumnGroup {
   HeaderLines header;  // ragged, and kept so: readers cut these columns by position
   std::size_t filler;  // blanks in place of a cell; some are narrower than the cell they stand for
-  bool (*appendCell)(std::string& out, const SummaryItemImpl& item);  // whether the item has one
+  bool (*putCell)(RowText& row, const SummaryItemImpl& item);  // whether the item has one
 };
 
 constexpr PerKind<ColumnGroup> kGroups{{{
-    {{"Survey      ", " CPU    P   ", " Time   r Id", "_______ _ __"}, 13, appendSurvey},
+    {{"Survey      ", " CPU    P   ", " Time   r Id", "_______ _ __"}, 13, putSurvey},
     {{"SurveyVectorization      ", " Self   Total    P   ", " Time   Time Id r", "_______ _______ ______ _"},
      20,
-     appendSurveyVectorization},
+     putSurveyVectorization},
     {{"         Suitability            ", " Self   Cores /   Site    Total ", " Time      STCLC MaxGain MaxGain",
       "_______ __ _____ _______ _______"},
      33,
-     appendSuitability},
-    {{"  Dependencies  ", "               ", "Errors  Warning", "_______ _______"}, 16, appendCorrectness},
-    {{"  MAP           ", "               ", "Strides", "_______"}, 16, appendMap},
+     putSuitability},
+    {{"  Dependencies  ", "               ", "Errors  Warning", "_______ _______"}, 16, putCorrectness},
+    {{"  MAP           ", "               ", "Strides", "_______"}, 16, putMap},
 }}};
 
 constexpr bool hasWidths(SummaryDataKind kind, const std::array<std::size_t, kHeaderLines>& widths) {
@@ -159,9 +164,9 @@ void appendHeader(std::string& out, const Columns& columns) {
   }
 }
 
-void appendStatus(std::string& out, SummaryDataStatus status, unsigned int count) {
-  appendPiece<kPieceSize>(out, "%-1s %1d ", kStatusCharacters[static_cast<std::size_t>(status)],
-                          static_cast<int>(count));
+void putStatus(RowText& row, SummaryDataStatus status, unsigned int count) {
+  row.piece().text(kStatusCharacters[static_cast<std::size_t>(status)]).text(" ");
+  row.integer(static_cast<int>(count), 1).text(" ");
 }
 
 unsigned int totalCount(const SummaryItemImpl& item) {
@@ -180,32 +185,32 @@ const char* kindText(const SummaryItemImpl& item) {
   return name != nullptr ? name : "";
 }
 
-/// The leaf, the line and, where there is one, the column.
+constexpr std::size_t kPlaceWidth = 28;
+
+/// The leaf, the line and, where there is one, the column. A long leaf leaves no room for them.
 void readPlace(std::string& text, const sitenotes::locator_t& place) {
   text.clear();
   const toolbelt::path_t file = place.get_file();
   const std::string& leaf = file.get_leaf();
   if (leaf.empty()) return;
-  const long line = place.get_line();
-  const long column = place.get_column();
-  if (column == 0) {
-    appendPiece<kPieceSize>(text, "%s:%ld", leaf.c_str(), line);
-  } else {
-    appendPiece<kPieceSize>(text, "%s:%ld:%ld", leaf.c_str(), line, column);
-  }
+  text.append(leaf.c_str(), strnlen(leaf.c_str(), kPlaceWidth));
+  text += ':';
+  text += std::to_string(place.get_line());
+  const int column = place.get_column();
+  if (column != 0) text.append(":").append(std::to_string(column));
 }
 
 /// `place` is room for a text.
-void appendRow(std::string& out, const Columns& columns, const SummaryItemImpl& item, std::string& place) {
-  if (columns.verbose) appendStatus(out, item.summaryDataStatus(), totalCount(item));
+void putRow(RowText& row, const Columns& columns, const SummaryItemImpl& item, std::string& place) {
+  if (columns.verbose) putStatus(row, item.summaryDataStatus(), totalCount(item));
   readPlace(place, item.place());
-  appendPiece<kPieceSize>(out, "%-13.13s %-16.16s %-28.28s ", kindText(item), item.labelText().c_str(), place.c_str());
+  row.piece().left(kindText(item), 13).text(" ").left(item.labelText(), 16).text(" ");
+  row.left(place, kPlaceWidth).text(" ");
   for (const SummaryDataKind kind : kAllKinds) {
     if (!columns.shown[kind]) continue;
-    if (columns.verbose) appendStatus(out, item.summaryDataStatus(kind), item.summaryDataCount(kind));
-    if (!kGroups[kind].appendCell(out, item)) out.append(kGroups[kind].filler, ' ');
+    if (columns.verbose) putStatus(row, item.summaryDataStatus(kind), item.summaryDataCount(kind));
+    if (!kGroups[kind].putCell(row.piece(), item)) row.blanks(kGroups[kind].filler);
   }
-  out += '\n';
 }
 
 /// The details of an item lie anywhere in memory: they are called for some rows ahead.
@@ -226,10 +231,13 @@ std::string SummaryItems::asString(bool verbose, bool survey, bool surveyVectori
   appendHeader(out, columns);
   // Rows may be wider than the header over them; memory that stays unused costs nothing.
   out.reserve(out.size() + items_.size() * (out.size() / kHeaderLines + kSlack));
+  RowText row;
   std::string place;
   for (std::size_t i = 0; i < items_.size(); ++i) {
     callFor(columns, i + kStep < items_.size() ? items_[i + kStep].get() : nullptr);
-    if (items_[i]) appendRow(out, columns, *items_[i], place);
+    if (items_[i] == nullptr) continue;
+    putRow(row, columns, *items_[i], place);
+    row.endLine(out);
   }
   return out;
 }

@@ -127,20 +127,4 @@ void mergeSort(std::span<Record> records, std::vector<Record>& buffer, Before be
   MergeSort(records, buffer, before).sort();
 }
 
-/// Turns a list around that descends from beginning to end, equal ones among it; these keep their order. Others stay.
-/// `before` is a strict weak order. So a list that was shown in reverse is sorted anew in a few passes.
-template <class Record, class Before>
-void straighten(std::span<Record> records, Before before) {
-  const auto ascends = [&](const Record& a, const Record& b) { return before(a, b); };
-  if (records.empty() || !before(records.back(), records.front())) return;
-  if (std::adjacent_find(records.begin(), records.end(), ascends) != records.end()) return;
-  std::reverse(records.begin(), records.end());
-  for (auto group = records.begin(); group != records.end();) {
-    const auto next =
-        std::find_if(group + 1, records.end(), [&](const Record& record) { return before(*group, record); });
-    std::reverse(group, next);
-    group = next;
-  }
-}
-
 }  // namespace kelvar_2_1_7

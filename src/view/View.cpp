@@ -55,12 +55,20 @@ void showAll(SummaryItems& visible, SummaryItems& hidden) {
   hidden.clear();
 }
 
-void filter(const ViewSettings& settings, SummaryItems& visible, SummaryItems& hidden) {
-  if (!settings.filtersKinds() && !settings.filtersDetails()) return showAll(visible, hidden);
+/// Whether the same items are shown as before. (The order of fewer would not stand: the relation of sites at one place
+/// knows circles, which open where one of them goes.)
+bool filter(const ViewSettings& settings, SummaryItems& visible, SummaryItems& hidden) {
+  if (!settings.filtersKinds() && !settings.filtersDetails()) {
+    const bool isSame = hidden.empty();
+    showAll(visible, hidden);
+    return isSame;
+  }
   Verdicts verdicts;
   verdicts.each.reserve(visible.size() + hidden.size());
   verdicts.add(settings, visible);
+  const bool keepsAll = verdicts.counts[kShown] == visible.size();
   verdicts.add(settings, hidden);
+  const bool isSame = keepsAll && verdicts.counts[kShown] == visible.size();
 
   SummaryItems shown;
   SummaryItems rest;
@@ -71,14 +79,26 @@ void filter(const ViewSettings& settings, SummaryItems& visible, SummaryItems& h
   take(kHiddenByDetail, verdicts.each, visible, hidden, rest);
   visible.swap(shown);
   hidden.swap(rest);
+  return isSame;
 }
 
 }  // namespace
 
-void rebuildView(const ViewSettings& settings, SummaryItems& visible, SummaryItems& hidden) {
-  filter(settings, visible, hidden);
-  visible.sort(settings.mapping());
-  if (settings.isReversed()) std::reverse(visible.begin(), visible.end());
+void View::rebuild(const ViewSettings& settings, SummaryItems& visible, SummaryItems& hidden) {
+  if (!filter(settings, visible, hidden)) order_.reset();
+  sort(settings, visible, hidden);
+}
+
+void View::sort(const ViewSettings& settings, SummaryItems& visible, const SummaryItems& hidden) {
+  if (!ranked_ || !order_ || order_->mapping != settings.mapping()) {
+    order_.reset();
+    if (!ranked_) SummaryItems::rankByPlace(visible, hidden);
+    ranked_ = true;
+    visible.sortRanked(settings.mapping());
+    order_ = {settings.mapping(), false};
+  }
+  if (order_->reversed != settings.isReversed()) std::reverse(visible.begin(), visible.end());
+  order_->reversed = settings.isReversed();
 }
 
 }  // namespace kelvar_2_1_7
