@@ -97,8 +97,8 @@ class SummaryItems {
  private:
   static constexpr std::size_t kStep = 8;
 
-  template <class Entries>
-  void takeOrder(const Entries& entries) noexcept;
+  /// Null entries stand last.
+  void takeOrder(const std::vector<SummaryItemImpl*>& order) noexcept;
 
   ItemArena arena_;
   std::vector<value_type> items_;

@@ -14,8 +14,8 @@
 #include "items/SummaryItems.h"
 #include "view/MergeSort.h"
 #include "view/Orderings.h"
-#include "view/RadixSort.h"
 #include "view/SiteFigures.h"
+#include "view/SortKeys.h"
 
 namespace kelvar_2_1_7 {
 
@@ -31,15 +31,6 @@ struct Keyed {
 /// The common one: a key that is a number or can be written as one.
 using Entry = Keyed<std::uint64_t>;
 using Entries = std::span<Entry>;
-
-/// The key of what is not a number. No ordering puts it before or behind anything; so that it cannot come between
-/// others it stands last.
-constexpr std::uint64_t kUnordered = std::numeric_limits<std::uint64_t>::max();
-
-/// Orders like the number. Zeros are equal.
-std::uint64_t rank(double number) noexcept {
-  return std::isnan(number) ? kUnordered : orderedBits(number + 0.0);
-}
 
 /// Eight bytes of a text from `offset` on as a number that orders as they do; what the text lacks counts as zero bytes.
 std::uint64_t wordAt(const std::string& text, std::size_t offset) noexcept {
@@ -66,30 +57,12 @@ void forEachTie(Entries entries, const Then& then) {
   }
 }
 
-/// Calls `then` for each group of two or more neighbours at one place, in a list by rank.
-template <class Then>
-void forEachPlace(Entries entries, const Then& then) {
-  const auto isAtPlaceOf = [](const Entry& a, const Entry& b) {
-    return b.item->sharesPlace() && a.item->place().display_order(b.item->place()) == 0;
-  };
-  for (std::size_t begin = 0; begin < entries.size();) {
-    std::size_t end = begin + 1;
-    if (end + kStep < entries.size()) __builtin_prefetch(&entries[end + kStep].item->place());
-    while (end < entries.size() && isAtPlaceOf(entries[begin], entries[end])) ++end;
-    if (end - begin > 1) then(entries.subspan(begin, end - begin));
-    begin = end;
-  }
-}
-
 /// Sorts items by one key after the other: each key is read once, and only of items that all keys before it left equal.
 /// What an ordering leaves undecided is decided by place, annotation kind, detail kind, label, handle and what the
 /// analyses say, so that the order of equal rows has no history. Items themselves are left alone.
 class ItemSort {
  public:
-  /// Entries in any order, or in that of the ranks of their items: then what an ordering leaves undecided stands right.
-  enum class Given { kAnyhow, kByRank };
-
-  ItemSort(const Ordering& ordering, Given given) : ordering_(ordering), byRank_(given == Given::kByRank) {}
+  explicit ItemSort(const Ordering& ordering) : ordering_(ordering) {}
 
   void sort(Entries entries) { byNumbers(entries, 0); }
   /// In the order of the ranks to come.
@@ -119,7 +92,7 @@ class ItemSort {
     for (std::size_t i = 0; i < entries.size(); ++i) {
       if (i + 2 * kStep < entries.size()) entries[i + 2 * kStep].item->prefetch(number.kind);
       if (i + kStep < entries.size()) __builtin_prefetch(entries[i + kStep].item->summaryDetail(number.kind));
-      entries[i].key = rank(number.read(*entries[i].item));
+      entries[i].key = keyOf(number.read(*entries[i].item));
     }
   }
 
@@ -134,10 +107,6 @@ class ItemSort {
 
   /// By place; at one place as the ordering by locator says, if it has a say, on top of what is decided for it.
   void byPlace(Entries entries, bool hasSay) {
-    if (byRank_) {
-      if (hasSay) forEachPlace(entries, [this](Entries there) { bySite(there); });
-      return;
-    }
     byOwnKey(
         entries, places_, [](const SummaryItemImpl& item) { return item.place(); },
         [](const sitenotes::locator_t& a, const sitenotes::locator_t& b) { return a.display_order(b) < 0; },
@@ -196,13 +165,7 @@ class ItemSort {
   }
   template <class Then>
   void byKey(Entries entries, const Then& then) {
-    constexpr std::size_t kMany = 256;  // radix passes cost as much for a few
-    const auto before = [](const Entry& a, const Entry& b) { return a.key < b.key; };
-    if (byRank_ && entries.size() >= kMany) {
-      radixSort(entries, numbers_);
-    } else {
-      mergeSort(entries, numbers_, before);
-    }
+    mergeSort(entries, numbers_, [](const Entry& a, const Entry& b) { return a.key < b.key; });
     forEachTie(entries, then);
   }
 
@@ -227,7 +190,6 @@ class ItemSort {
   }
 
   const Ordering& ordering_;
-  const bool byRank_;
   std::vector<Entry> numbers_;
   Room<sitenotes::locator_t> places_;
   Room<std::string_view> texts_;
@@ -242,43 +204,24 @@ void addEntries(std::vector<Entry>& entries, const SummaryItems& items) {
   }
 }
 
-/// The list's items by rank. Of the ranks up to the greatest, others may have some.
-std::vector<Entry> entriesByRank(const SummaryItems& items) {
-  std::vector<Entry> entries;
-  for (std::size_t index = 0; index < items.size(); ++index) {
-    items.callAhead(index);
-    if (items[index] == nullptr) continue;
-    const std::size_t rank = items[index]->placeRank();
-    if (rank >= entries.size()) entries.resize(std::max(rank + 1, items.size()), {0, nullptr});
-    entries[rank].item = items[index];
-  }
-  std::erase_if(entries, [](const Entry& entry) { return entry.item == nullptr; });
-  return entries;
-}
-
 }  // namespace
 
 void SummaryItems::sort(SummaryMapping mapping) {
   if (size() < 2) return;
   std::vector<Entry> entries;
   addEntries(entries, *this);
-  ItemSort(orderingOf(mapping), ItemSort::Given::kAnyhow).sort(entries);
-  takeOrder(entries);
+  ItemSort(orderingOf(mapping)).sort(entries);
+  std::vector<SummaryItemImpl*> order;
+  order.reserve(entries.size());
+  for (const Entry& entry : entries) order.push_back(entry.item);
+  takeOrder(order);
 }
 
-void SummaryItems::sortRanked(SummaryMapping mapping) {
-  if (size() < 2) return;
-  std::vector<Entry> entries = entriesByRank(*this);
-  ItemSort(orderingOf(mapping), ItemSort::Given::kByRank).sort(entries);
-  takeOrder(entries);
-}
-
-template <class Entries>
-void SummaryItems::takeOrder(const Entries& entries) noexcept {
-  // Null entries stand last. Every item changes its owner at most once.
+void SummaryItems::takeOrder(const std::vector<SummaryItemImpl*>& order) noexcept {
+  // Every item changes its owner at most once.
   for (std::size_t i = 0; i < items_.size(); ++i) {
     static_cast<void>(items_[i].release());
-    items_[i].reset(i < entries.size() ? entries[i].item : nullptr);
+    items_[i].reset(i < order.size() ? order[i] : nullptr);
   }
 }
 
@@ -286,7 +229,7 @@ void SummaryItems::rankByPlace(const SummaryItems& visible, const SummaryItems& 
   std::vector<Entry> entries;
   addEntries(entries, visible);
   addEntries(entries, hidden);
-  ItemSort(orderingOf(kSortLocator), ItemSort::Given::kAnyhow).sortByRank(entries);
+  ItemSort(orderingOf(kSortLocator)).sortByRank(entries);
   for (std::size_t i = 0; i < entries.size(); ++i) {
     if (i + kStep < entries.size()) __builtin_prefetch(&entries[i + kStep].item->place(), 1);
     const auto sharesPlaceWith = [&](std::size_t other) {
