@@ -1,6 +1,10 @@
 #include "Diagnosis.h"
 
+#include <pthread.h>
+
 #include <algorithm>
+#include <memory>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -41,9 +45,44 @@ void appendPrintable(std::string& out, std::string_view text) {
   }
 }
 
-std::vector<Refusal>& refusalsOfThisThread() {
-  thread_local std::vector<Refusal> refusals;
-  return refusals;
+using Refusals = std::vector<Refusal>;
+
+/// What each thread has noted, until it takes it or ends. No thread_local: where there is no memory to register what
+/// that destroys, the C library ends the program.
+class NotedByThreads {
+ public:
+  NotedByThreads() {
+    if (::pthread_key_create(&key_, discard) != 0) throw std::bad_alloc();
+  }
+  ~NotedByThreads() {
+    discard(::pthread_getspecific(key_));  // of the thread that ends the program, which no one else destroys
+    ::pthread_key_delete(key_);
+  }
+  NotedByThreads(const NotedByThreads&) = delete;  // there is one key
+  NotedByThreads& operator=(const NotedByThreads&) = delete;
+
+  [[nodiscard]] Refusals& ofThisThread() const {
+    if (void* const kept = ::pthread_getspecific(key_)) return *static_cast<Refusals*>(kept);
+    auto made = std::make_unique<Refusals>();
+    if (::pthread_setspecific(key_, made.get()) != 0) throw std::bad_alloc();
+    return *made.release();
+  }
+  /// Null where this thread has noted none.
+  [[nodiscard]] std::unique_ptr<Refusals> take() const noexcept {
+    std::unique_ptr<Refusals> taken(static_cast<Refusals*>(::pthread_getspecific(key_)));
+    if (taken) ::pthread_setspecific(key_, nullptr);
+    return taken;
+  }
+
+ private:
+  static void discard(void* refusals) { delete static_cast<Refusals*>(refusals); }
+
+  pthread_key_t key_{};
+};
+
+const NotedByThreads& noted() {
+  static const NotedByThreads noted;
+  return noted;
 }
 
 }  // namespace
@@ -64,12 +103,13 @@ std::string Refusal::sentence() const {
 ReadError::ReadError(Refusal refusal) : std::runtime_error(refusal.sentence()), refusal_(std::move(refusal)) {}
 
 void note(Refusal refusal) {
-  std::vector<Refusal>& refusals = refusalsOfThisThread();
+  Refusals& refusals = noted().ofThisThread();
   if (std::find(refusals.begin(), refusals.end(), refusal) == refusals.end()) refusals.push_back(std::move(refusal));
 }
 
 std::vector<Refusal> takeRefusals() {
-  return std::exchange(refusalsOfThisThread(), {});
+  const std::unique_ptr<Refusals> taken = noted().take();
+  return taken ? std::move(*taken) : Refusals();
 }
 
 }  // namespace kelvar_platform
