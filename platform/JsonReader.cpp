@@ -151,14 +151,11 @@ std::uint64_t JsonReader::unsigned64(JsonValue& value) {
 std::string_view JsonReader::text(JsonValue& value) {
   const std::string_view token = value.raw_json_token();
   if (!token.starts_with('"')) refuse("a text");
-  if (token.find('\\') == std::string_view::npos) {
-    simdjson::ondemand::raw_json_string raw;
-    take(value.get_raw_json_string(), raw);
-    return token.substr(1, token.rfind('"') - 1);  // blanks may follow the text in its token
-  }
-  std::string_view unescaped;
-  if (value.get_string().get(unescaped) != simdjson::SUCCESS) refuse("a text whose escapes are characters");
-  return unescaped;
+  simdjson::ondemand::raw_json_string raw;
+  take(value.get_raw_json_string(), raw);
+  std::string_view text = token.substr(1, token.rfind('"') - 1);  // blanks may follow the text in its token
+  if (!unescape(raw, text)) refuse("a text whose escapes are characters");
+  return text;
 }
 
 void JsonReader::ignore(JsonValue& value) {
@@ -189,11 +186,20 @@ void JsonReader::ignoreNumber(JsonValue& value) {
   if (!isNumber(token)) refuseHere("JSON");  // else the parser steps over it, were it past what a double holds
 }
 
-std::string_view JsonReader::unescapedKey(simdjson::ondemand::field& field) const {
-  const char* const raw = field.key().raw();
-  std::string_view key;
-  if (field.unescaped_key().get(key) != simdjson::SUCCESS) {
-    refuseByte(static_cast<std::size_t>(raw - text_.view().data()), "a key whose escapes are characters");
+// The parser would do this in a buffer of its own, and does not look whether it got that.
+bool JsonReader::unescape(simdjson::ondemand::raw_json_string raw, std::string_view& text) {
+  if (text.find('\\') == std::string_view::npos) return true;
+  auto* room = static_cast<std::uint8_t*>(unescaped_.allocate(text.size() + simdjson::SIMDJSON_PADDING, 1));
+  return parser_.unescape(raw, room).get(text) == simdjson::SUCCESS;
+}
+
+std::string_view JsonReader::unescapedKey(simdjson::ondemand::field& field) {
+  const simdjson::ondemand::raw_json_string raw = field.key();
+  const char* end = raw.raw();
+  while (*end != '"') end += *end == '\\' ? 2 : 1;  // the parser has found one
+  std::string_view key(raw.raw(), static_cast<std::size_t>(end - raw.raw()));
+  if (!unescape(raw, key)) {
+    refuseByte(static_cast<std::size_t>(raw.raw() - text_.view().data()), "a key whose escapes are characters");
   }
   return key;
 }

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <memory_resource>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -78,7 +79,9 @@ class JsonReader {
   simdjson::ondemand::array asList(JsonValue& value);
   template <class Record, std::size_t N>
   void readFields(Object object, const std::array<JsonField<Record>, N>& fields, Record& out);
-  std::string_view unescapedKey(simdjson::ondemand::field& field) const;
+  std::string_view unescapedKey(simdjson::ondemand::field& field);
+  /// Puts characters in place of the escapes of `text`, which begins at `raw`. False where one is none.
+  [[nodiscard]] bool unescape(simdjson::ondemand::raw_json_string raw, std::string_view& text);
   void ignore(JsonValue& value);
   void ignoreNumber(JsonValue& value);
   /// The keys from `first` on are those of one object that has been read to its end.
@@ -94,6 +97,7 @@ class JsonReader {
   FileText text_;
   simdjson::ondemand::parser parser_;
   simdjson::ondemand::document document_;
+  std::pmr::monotonic_buffer_resource unescaped_;  ///< texts and keys that had escapes
   JsonPlace place_;
   std::vector<std::string_view> unknownKeys_;  ///< of all objects that are open, the innermost last
 };
