@@ -42,6 +42,12 @@ std::optional<int> indexOrNumber(const std::string& text, const std::vector<std:
   return indexOf(text, names);
 }
 
+std::optional<annotation_t::kind_t> annotationKind(std::string name) {
+  std::replace(name.begin(), name.end(), ' ', '-');
+  const std::optional<int> kind = indexOrNumber(name, annotationKindNames());
+  return kind ? std::optional(static_cast<annotation_t::kind_t>(*kind)) : std::nullopt;
+}
+
 [[noreturn]] void refuse(std::string_view option, const std::string& text, const std::string& expected,
                          const std::vector<std::string>& candidates) {
   throw UsageError(std::string(option) + ": expected " + expected + ", not " + inQuotes(text) +
@@ -121,14 +127,14 @@ digestio::SummaryDetailKind detailKindNamed(std::string_view option, const std::
 }
 
 annotation_t::kind_t annotationKindNamed(std::string_view option, const std::string& text) {
-  std::string name = text;
-  std::replace(name.begin(), name.end(), ' ', '-');
-  if (const auto kind = indexOrNumber(name, annotationKindNames())) return static_cast<annotation_t::kind_t>(*kind);
+  if (const auto kind = annotationKind(text)) return *kind;
   refuse(option, text, "the name of an annotation kind or its number, 0 to 18", annotationKindNames());
 }
 
 annotation_t::kind_t annotationKindOrAllNamed(std::string_view option, const std::string& text) {
-  return text == "all" ? annotation_t::all_kinds : annotationKindNamed(option, text);
+  if (text == "all") return annotation_t::all_kinds;
+  if (const auto kind = annotationKind(text)) return *kind;
+  refuse(option, text, "all, the name of an annotation kind or its number, 0 to 18", annotationKindNames());
 }
 
 std::optional<std::int64_t> decimal(std::string_view text, std::int64_t greatest) {
