@@ -20,8 +20,9 @@ void holdStandardDescriptors() noexcept;
 /// Answers 0, or the error number that ended it.
 [[nodiscard]] int writeAll(int descriptor, std::string_view text) noexcept;
 
-/// Writes `text` to standard output as it is. A reader who has gone away has seen enough: that is no error.
-/// Throws OutputError for any other.
+/// Writes `text` to standard output as it is. A reader who has gone away has seen enough: SIGPIPE then ends the command
+/// without a word, as in any pipeline, and where the caller has that signal ignored, it is no error. Throws OutputError
+/// for any other.
 void print(std::string_view text);
 
 /// Gathers small pieces of standard output, so that a report of any length takes little memory and few writes.
