@@ -14,6 +14,9 @@ mkdir -p "$work"
 trap 'dpkg --purge "${names[@]}" >/dev/null 2>&1 || true' EXIT
 dpkg -i "$work"/packages/*.deb >"$work/dpkg.log" || fail "dpkg -i"
 
+"$here/../structure/check_hardening.sh" --fortified /usr/bin/kelvar /usr/lib/*/libkelvar_*.so ||
+  fail "what is installed is not hardened"
+
 make_project /usr/bin/kelvar "$work/project"
 kelvar report "$work/project" | grep solver >/dev/null || fail "kelvar report"
 for subcommand in "" -report -annotate; do
