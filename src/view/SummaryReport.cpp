@@ -45,11 +45,12 @@ void appendTimes(std::string& out, const SummaryResult& result) {
   appendTimes(out, "Finalization", finalizationTime, finalizationDuration);
 }
 
+// More of a text than a piece can hold is not asked for: printf counts what it would print, and fails past an int.
 void appendHost(std::string& out, const SummaryResult& result) {
   const std::string hostName = result.hostName();
   const int cpuCount = result.cpuCount();
   const unsigned long long cpuFrequency = result.cpuFrequency();
-  appendPiece<kPieceSize>(out, "\nhostname: %s\ncpu count: %d\ncpu freq: %llu\n", hostName.c_str(), cpuCount,
+  appendPiece<kPieceSize>(out, "\nhostname: %.1023s\ncpu count: %d\ncpu freq: %llu\n", hostName.c_str(), cpuCount,
                           cpuFrequency);
 }
 
@@ -59,7 +60,8 @@ void appendSystem(std::string& out, const SummaryResult& result) {
   const std::string collectorLog = result.collectorLog();
   const std::string commandLog = result.commandLog();
   const bool debugMissing = result.likelyDebugInfoMissing();
-  appendPiece<kPieceSize>(out, "\nos: %s\napp log: %s\ncoll log: %s\ncmd log: %s\ndebug missing: %d\n",
+  appendPiece<kPieceSize>(out,
+                          "\nos: %.1023s\napp log: %.1023s\ncoll log: %.1023s\ncmd log: %.1023s\ndebug missing: %d\n",
                           operatingSystem.c_str(), applicationLog.c_str(), collectorLog.c_str(), commandLog.c_str(),
                           static_cast<int>(debugMissing));
 }
