@@ -134,7 +134,7 @@ annotation_t::kind_t annotationKindNamed(std::string_view option, const std::str
 annotation_t::kind_t annotationKindOrAllNamed(std::string_view option, const std::string& text) {
   if (text == "all") return annotation_t::all_kinds;
   if (const auto kind = annotationKind(text)) return *kind;
-  refuse(option, text, "all, the name of an annotation kind or its number, 0 to 18", annotationKindNames());
+  refuse(option, text, "the name of an annotation kind, its number, 0 to 18, or all", annotationKindNames());
 }
 
 std::optional<std::int64_t> decimal(std::string_view text, std::int64_t greatest) {
