@@ -111,6 +111,7 @@ TEST(SummaryData, TellsWhereASiteIsNow) {
   EXPECT_EQ(place.get_file().get_leaf() + std::to_string(handle), "moved.cpp7");
   EXPECT_TRUE(data.item(1)->getCurrentLocator(place, handle));
   EXPECT_EQ(place.get_line(), 20) << "gone from the database: as it was annotated";
+  EXPECT_EQ(data.annotationDatabase(), database);
 }
 
 TEST(SummaryData, LeavesHiddenItemsOutOfAJoin) {
