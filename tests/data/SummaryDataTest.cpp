@@ -114,6 +114,19 @@ TEST(SummaryData, TellsWhereASiteIsNow) {
   EXPECT_EQ(data.annotationDatabase(), database);
 }
 
+TEST(SummaryData, ShowsEveryChangeInTheNextRead) {
+  SummaryData data(twoSites());
+  EXPECT_EQ(support::rows(data), "+ s x.cpp:12\n+ t x.cpp:20 task\n");
+  data.setMapping(kSortLabel, true);
+  EXPECT_EQ(support::rows(data), "+ t x.cpp:20 task\n+ s x.cpp:12\n");
+  data.setSummaryKindEnable(digestio::kMap, false);
+  EXPECT_EQ(support::rows(data), "") << "what no analysis saw, none that is left shows";
+  data.setSummaryKindEnable(digestio::kMap, true);
+  data.setSummaryDetailKindFilter(false, digestio::kAnnotatedSite, sitenotes::annotation_t::task);
+  data.setSuitabilityProjectOptions(nullptr);
+  EXPECT_EQ(support::rows(data), "+ s x.cpp:12\n");
+}
+
 TEST(SummaryData, LeavesHiddenItemsOutOfAJoin) {
   support::Suite suite;
   const auto database = twoSites();

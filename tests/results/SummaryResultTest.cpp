@@ -61,7 +61,9 @@ TEST(Result, CarriesItsOwnKindAndWhatItsDetailsShow) {
   suite.result("more",
                {.kind = digestio::kSurvey, .details = {detail("s", "x.cpp:1").survey().map(), detail().missing()}});
   suite.result("odd", {.kind = static_cast<digestio::SummaryDataKind>(9)});
-  EXPECT_EQ(kindsOf(SummaryResultImpl(nullptr, "own", nullptr)), "2");
+  const SummaryResultImpl own(nullptr, "own", nullptr);
+  EXPECT_EQ(kindsOf(own), "2");
+  EXPECT_TRUE(own.summaryCollection() && own.resultCount() == 0 && own.result(0) == nullptr);
   EXPECT_EQ(kindsOf(SummaryResultImpl(nullptr, "more", nullptr)), "04");
   EXPECT_EQ(kindsOf(SummaryResultImpl(nullptr, "odd", nullptr)), "");
 }
