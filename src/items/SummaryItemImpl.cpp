@@ -44,9 +44,9 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner)
       selected_(false),
       inArena_(false),
       saysAsAnnotated_(false),
-      joinNumber_(0),
-      placeRank_(0),
+      shown_(true),
       sharesPlace_(false),
+      joinNumber_(0),
       locator_(toolbelt::path_t(), 0, 0),
       handle_(0),
       collections_{} {}

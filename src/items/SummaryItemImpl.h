@@ -57,7 +57,7 @@ class SummaryItemImpl final : public SummaryItem {
 
   /// The join that made this item, if any; for joins to tell their own items from those of earlier ones.
   [[nodiscard]] unsigned joinNumber() const noexcept { return joinNumber_; }
-  void setJoinNumber(unsigned number) noexcept { joinNumber_ = number & ((1U << kJoinNumberBits) - 1); }
+  void setJoinNumber(unsigned number) noexcept { joinNumber_ = number; }
 
   [[nodiscard]] digestio::SummaryDetailKind detailKind() const override { return detailKind_; }
   [[nodiscard]] sitenotes::annotation_t::kind_t annotationKind() const override { return annotationKind_; }
@@ -91,14 +91,12 @@ class SummaryItemImpl final : public SummaryItem {
 
   virtual ~SummaryItemImpl();  // behind the twenty operations: items are deleted through this class alone
 
-  /// Where the item stands among all of the view, by place and what else decides between equals, and whether the one
-  /// before it stands at its place. Kept by the view, for as long as no item changes.
-  [[nodiscard]] unsigned placeRank() const noexcept { return placeRank_; }
+  /// What the view knows of the item: whether it is shown, and whether the one before it, by place, stands at its
+  /// place.
+  [[nodiscard]] bool isShown() const noexcept { return shown_; }
+  void setShown(bool shown) noexcept { shown_ = shown; }
   [[nodiscard]] bool sharesPlace() const noexcept { return sharesPlace_; }
-  void setPlaceRank(unsigned rank, bool sharesPlace) noexcept {
-    placeRank_ = rank & ((1U << kPlaceRankBits) - 1);
-    sharesPlace_ = sharesPlace;
-  }
+  void setSharesPlace(bool shares) noexcept { sharesPlace_ = shares; }
 
   /// The stored place, label and annotation without a copy, for passes over whole lists.
   [[nodiscard]] const sitenotes::locator_t& place() const noexcept { return locator_; }
@@ -129,8 +127,6 @@ class SummaryItemImpl final : public SummaryItem {
 
  private:
   friend class ItemArena;
-  static constexpr int kJoinNumberBits = 21;
-  static constexpr int kPlaceRankBits = 31;
 
   explicit SummaryItemImpl(SummaryData::Impl* owner);  // an empty item
   SummaryItemImpl(const SummaryItemImpl&) = default;
@@ -145,9 +141,9 @@ class SummaryItemImpl final : public SummaryItem {
   bool selected_ : 1;
   bool inArena_ : 1;
   bool saysAsAnnotated_ : 1;  // detail kind, annotation kind, place and label are what the annotation says
-  unsigned joinNumber_ : kJoinNumberBits;
-  unsigned placeRank_ : kPlaceRankBits;
+  bool shown_ : 1;
   bool sharesPlace_ : 1;
+  unsigned joinNumber_;
   sitenotes::locator_t locator_;
   std::string label_;
   boost::shared_ptr<sitenotes::annotation_t> annotation_;

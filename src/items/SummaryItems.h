@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -81,10 +82,11 @@ class SummaryItems {
   /// the same items. What an ordering leaves undecided stands as SummaryMapping says. Either done or, when an
   /// exception passes, not begun. Defined with the view.
   void sort(SummaryMapping mapping);
-  /// The same, faster, for items that have their ranks.
-  void sortRanked(SummaryMapping mapping);
-  /// Gives the items of two lists, which are one to the viewer, their ranks by place. These hold until an item changes.
-  static void rankByPlace(const SummaryItems& visible, const SummaryItems& hidden);
+  /// The same, faster: the list's items are those of `byPlace` that are shown.
+  void sort(SummaryMapping mapping, std::span<SummaryItemImpl* const> byPlace);
+  /// The items of two lists, which are one to the viewer, by place and what else decides between equals. Tells each
+  /// item whether it shares its place with the one before it.
+  static std::vector<SummaryItemImpl*> byPlace(const SummaryItems& visible, const SummaryItems& hidden);
 
   /// Folds the items that stand for one site, so that a result lists each site once. `kind` chooses the order in
   /// which they are looked at, and which is left: vectorization self time or place.
@@ -97,8 +99,8 @@ class SummaryItems {
  private:
   static constexpr std::size_t kStep = 8;
 
-  /// Null entries stand last.
-  void takeOrder(const std::vector<SummaryItemImpl*>& order) noexcept;
+  template <class Entries>
+  void takeOrder(const Entries& entries) noexcept;
 
   ItemArena arena_;
   std::vector<value_type> items_;

@@ -14,8 +14,8 @@
 #include "items/SummaryItems.h"
 #include "view/MergeSort.h"
 #include "view/Orderings.h"
+#include "view/RadixSort.h"
 #include "view/SiteFigures.h"
-#include "view/SortKeys.h"
 
 namespace kelvar_2_1_7 {
 
@@ -31,6 +31,15 @@ struct Keyed {
 /// The common one: a key that is a number or can be written as one.
 using Entry = Keyed<std::uint64_t>;
 using Entries = std::span<Entry>;
+
+/// The key of what is not a number. No ordering puts it before or behind anything; so that it cannot come between
+/// others it stands last.
+constexpr std::uint64_t kUnordered = std::numeric_limits<std::uint64_t>::max();
+
+/// Orders like the number. Zeros are equal.
+std::uint64_t rank(double number) noexcept {
+  return std::isnan(number) ? kUnordered : orderedBits(number + 0.0);
+}
 
 /// Eight bytes of a text from `offset` on as a number that orders as they do; what the text lacks counts as zero bytes.
 std::uint64_t wordAt(const std::string& text, std::size_t offset) noexcept {
@@ -57,16 +66,34 @@ void forEachTie(Entries entries, const Then& then) {
   }
 }
 
+/// Calls `then` for each group of two or more neighbours at one place, in a list by place.
+template <class Then>
+void forEachPlace(Entries entries, const Then& then) {
+  const auto isAtPlaceOf = [](const Entry& a, const Entry& b) {
+    return b.item->sharesPlace() && a.item->place().display_order(b.item->place()) == 0;
+  };
+  for (std::size_t begin = 0; begin < entries.size();) {
+    std::size_t end = begin + 1;
+    if (end + kStep < entries.size()) __builtin_prefetch(&entries[end + kStep].item->place());
+    while (end < entries.size() && isAtPlaceOf(entries[begin], entries[end])) ++end;
+    if (end - begin > 1) then(entries.subspan(begin, end - begin));
+    begin = end;
+  }
+}
+
 /// Sorts items by one key after the other: each key is read once, and only of items that all keys before it left equal.
 /// What an ordering leaves undecided is decided by place, annotation kind, detail kind, label, handle and what the
 /// analyses say, so that the order of equal rows has no history. Items themselves are left alone.
 class ItemSort {
  public:
-  explicit ItemSort(const Ordering& ordering) : ordering_(ordering) {}
+  /// Entries in any order, or by place: then what an ordering leaves undecided stands right, if no two share a place.
+  enum class Given { kAnyhow, kByPlace, kByPlaceOfItsOwn };
+
+  ItemSort(const Ordering& ordering, Given given) : ordering_(ordering), given_(given) {}
 
   void sort(Entries entries) { byNumbers(entries, 0); }
-  /// In the order of the ranks to come.
-  void sortByRank(Entries entries) { byPlace(entries, false); }
+  /// By place and what else decides between equals.
+  void sortByPlace(Entries entries) { byPlace(entries, false); }
 
  private:
   /// Memory for the lists of one sort of key, one after the other.
@@ -92,7 +119,7 @@ class ItemSort {
     for (std::size_t i = 0; i < entries.size(); ++i) {
       if (i + 2 * kStep < entries.size()) entries[i + 2 * kStep].item->prefetch(number.kind);
       if (i + kStep < entries.size()) __builtin_prefetch(entries[i + kStep].item->summaryDetail(number.kind));
-      entries[i].key = keyOf(number.read(*entries[i].item));
+      entries[i].key = rank(number.read(*entries[i].item));
     }
   }
 
@@ -107,6 +134,10 @@ class ItemSort {
 
   /// By place; at one place as the ordering by locator says, if it has a say, on top of what is decided for it.
   void byPlace(Entries entries, bool hasSay) {
+    if (given_ != Given::kAnyhow) {
+      if (hasSay && given_ == Given::kByPlace) forEachPlace(entries, [this](Entries there) { bySite(there); });
+      return;
+    }
     byOwnKey(
         entries, places_, [](const SummaryItemImpl& item) { return item.place(); },
         [](const sitenotes::locator_t& a, const sitenotes::locator_t& b) { return a.display_order(b) < 0; },
@@ -165,7 +196,13 @@ class ItemSort {
   }
   template <class Then>
   void byKey(Entries entries, const Then& then) {
-    mergeSort(entries, numbers_, [](const Entry& a, const Entry& b) { return a.key < b.key; });
+    constexpr std::size_t kMany = 256;  // radix passes cost as much for a few
+    const auto before = [](const Entry& a, const Entry& b) { return a.key < b.key; };
+    if (given_ != Given::kAnyhow && entries.size() >= kMany) {
+      radixSort(entries, numbers_);
+    } else {
+      mergeSort(entries, numbers_, before);
+    }
     forEachTie(entries, then);
   }
 
@@ -190,13 +227,14 @@ class ItemSort {
   }
 
   const Ordering& ordering_;
+  const Given given_;
   std::vector<Entry> numbers_;
   Room<sitenotes::locator_t> places_;
   Room<std::string_view> texts_;
   Room<Site> sites_;
 };
 
-/// Adds the list's items, null entries left out.
+/// The list's items, null entries left out.
 void addEntries(std::vector<Entry>& entries, const SummaryItems& items) {
   entries.reserve(entries.size() + items.size());
   for (const SummaryItems::value_type& item : items) {
@@ -210,33 +248,47 @@ void SummaryItems::sort(SummaryMapping mapping) {
   if (size() < 2) return;
   std::vector<Entry> entries;
   addEntries(entries, *this);
-  ItemSort(orderingOf(mapping)).sort(entries);
-  std::vector<SummaryItemImpl*> order;
-  order.reserve(entries.size());
-  for (const Entry& entry : entries) order.push_back(entry.item);
-  takeOrder(order);
+  ItemSort(orderingOf(mapping), ItemSort::Given::kAnyhow).sort(entries);
+  takeOrder(entries);
 }
 
-void SummaryItems::takeOrder(const std::vector<SummaryItemImpl*>& order) noexcept {
-  // Every item changes its owner at most once.
+void SummaryItems::sort(SummaryMapping mapping, std::span<SummaryItemImpl* const> byPlace) {
+  if (size() < 2) return;
+  std::vector<Entry> entries;
+  entries.reserve(size());
+  auto given = ItemSort::Given::kByPlaceOfItsOwn;
+  for (std::size_t i = 0; i < byPlace.size(); ++i) {
+    if (i + kStep < byPlace.size()) __builtin_prefetch(byPlace[i + kStep]);
+    if (!byPlace[i]->isShown()) continue;
+    if (byPlace[i]->sharesPlace()) given = ItemSort::Given::kByPlace;
+    entries.push_back({0, byPlace[i]});
+  }
+  ItemSort(orderingOf(mapping), given).sort(entries);
+  takeOrder(entries);
+}
+
+template <class Entries>
+void SummaryItems::takeOrder(const Entries& entries) noexcept {
+  // Null entries stand last. Every item changes its owner at most once.
   for (std::size_t i = 0; i < items_.size(); ++i) {
     static_cast<void>(items_[i].release());
-    items_[i].reset(i < order.size() ? order[i] : nullptr);
+    items_[i].reset(i < entries.size() ? entries[i].item : nullptr);
   }
 }
 
-void SummaryItems::rankByPlace(const SummaryItems& visible, const SummaryItems& hidden) {
+std::vector<SummaryItemImpl*> SummaryItems::byPlace(const SummaryItems& visible, const SummaryItems& hidden) {
   std::vector<Entry> entries;
   addEntries(entries, visible);
   addEntries(entries, hidden);
-  ItemSort(orderingOf(kSortLocator)).sortByRank(entries);
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    if (i + kStep < entries.size()) __builtin_prefetch(&entries[i + kStep].item->place(), 1);
-    const auto sharesPlaceWith = [&](std::size_t other) {
-      return entries[i].item->place().display_order(entries[other].item->place()) == 0;
-    };
-    entries[i].item->setPlaceRank(static_cast<unsigned>(i), i != 0 && sharesPlaceWith(i - 1));
+  ItemSort(orderingOf(kSortLocator), ItemSort::Given::kAnyhow).sortByPlace(entries);
+  std::vector<SummaryItemImpl*> items;
+  items.reserve(entries.size());
+  for (const Entry& entry : entries) {
+    const bool isFirst = items.empty() || items.back()->place().display_order(entry.item->place()) != 0;
+    entry.item->setSharesPlace(!isFirst);
+    items.push_back(entry.item);
   }
+  return items;
 }
 
 }  // namespace kelvar_2_1_7

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -22,18 +23,19 @@ void radixSort(std::span<Record> records, std::vector<Record>& buffer) {
     return static_cast<unsigned char>(key >> (byte * static_cast<std::size_t>(kBits)));
   };
 
-  std::array<std::array<std::size_t, kValues>, kBytes> places{};
-  for (const Record& record : records) {
-    for (std::size_t byte = 0; byte < kBytes; ++byte) ++places[byte][byteOf(record.key, byte)];
-  }
+  Key differences = 0;
+  for (const Record& record : records) differences |= record.key ^ records.front().key;
+  if (differences == 0) return;
   buffer.resize(records.size());
   std::span<Record> from = records;
   std::span<Record> to = buffer;
   for (std::size_t byte = 0; byte < kBytes; ++byte) {
-    if (records.empty() || places[byte][byteOf(records.front().key, byte)] == records.size()) continue;
+    if (byteOf(differences, byte) == 0) continue;
+    std::array<std::size_t, kValues> places{};
+    for (const Record& record : from) ++places[byteOf(record.key, byte)];
     std::size_t place = 0;
-    for (std::size_t& count : places[byte]) place += std::exchange(count, place);
-    for (const Record& record : from) to[places[byte][byteOf(record.key, byte)]++] = record;
+    for (std::size_t& count : places) place += std::exchange(count, place);
+    for (const Record& record : from) to[places[byteOf(record.key, byte)]++] = record;
     std::swap(from, to);
   }
   if (from.data() != records.data()) std::copy(from.begin(), from.end(), records.begin());

@@ -44,14 +44,19 @@ void take(Verdict verdict, const std::vector<Verdict>& verdicts, SummaryItems& v
   auto next = verdicts.begin();
   for (SummaryItems* const list : {&visible, &hidden}) {
     for (SummaryItems::value_type& item : *list) {
-      if (*next++ == verdict) to.append(std::move(item));
+      if (*next++ != verdict) continue;
+      if (item != nullptr) item->setShown(verdict == kShown);
+      to.append(std::move(item));
     }
   }
 }
 
 void showAll(SummaryItems& visible, SummaryItems& hidden) {
   visible.reserve(visible.size() + hidden.size());
-  for (SummaryItems::value_type& item : hidden) visible.append(std::move(item));
+  for (SummaryItems::value_type& item : hidden) {
+    if (item != nullptr) item->setShown(true);
+    visible.append(std::move(item));
+  }
   hidden.clear();
 }
 
@@ -90,11 +95,13 @@ void View::rebuild(const ViewSettings& settings, SummaryItems& visible, SummaryI
 }
 
 void View::sort(const ViewSettings& settings, SummaryItems& visible, const SummaryItems& hidden) {
-  if (!ranked_ || !order_ || order_->mapping != settings.mapping()) {
+  if (byPlace_.empty()) {
     order_.reset();
-    if (!ranked_) SummaryItems::rankByPlace(visible, hidden);
-    ranked_ = true;
-    visible.sortRanked(settings.mapping());
+    byPlace_ = SummaryItems::byPlace(visible, hidden);
+  }
+  if (!order_ || order_->mapping != settings.mapping()) {
+    order_.reset();
+    visible.sort(settings.mapping(), byPlace_);
     order_ = {settings.mapping(), false};
   }
   if (order_->reversed != settings.isReversed()) std::reverse(visible.begin(), visible.end());

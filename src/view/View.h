@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "items/SummaryItems.h"
 #include "view/ViewSettings.h"
@@ -11,7 +12,7 @@ namespace kelvar_2_1_7 {
 class View {
  public:
   /// The lists hold other items now, or items that have changed.
-  void itemsChanged() noexcept { ranked_ = false; }
+  void itemsChanged() noexcept { byPlace_.clear(); }
   /// Brings the lists up to date: `visible` becomes what the settings show, in their order, and `hidden` the rest, of
   /// all that stands in the two. When an exception passes, each item still is in exactly one of them, and the next
   /// rebuild comes to the same view. Null entries are hidden only while some analysis kind is off.
@@ -25,8 +26,8 @@ class View {
   };
   void sort(const ViewSettings& settings, SummaryItems& visible, const SummaryItems& hidden);
 
-  bool ranked_ = false;         // every item has its rank by place
-  std::optional<Order> order_;  // nothing: who knows
+  std::vector<SummaryItemImpl*> byPlace_;  // all of the lists' items; empty before anyone asked
+  std::optional<Order> order_;             // nothing: who knows
 };
 
 }  // namespace kelvar_2_1_7
