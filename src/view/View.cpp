@@ -94,14 +94,18 @@ void View::rebuild(const ViewSettings& settings, SummaryItems& visible, SummaryI
   sort(settings, visible, hidden);
 }
 
+void View::itemsChanged() noexcept {
+  order_.reset();
+  wasSorted_ = false;
+  byPlace_.clear();
+}
+
 void View::sort(const ViewSettings& settings, SummaryItems& visible, const SummaryItems& hidden) {
-  if (byPlace_.empty()) {
-    order_.reset();
-    byPlace_ = SummaryItems::byPlace(visible, hidden);
-  }
   if (!order_ || order_->mapping != settings.mapping()) {
     order_.reset();
-    visible.sort(settings.mapping(), byPlace_);
+    if (wasSorted_ && byPlace_.empty()) byPlace_ = SummaryItems::byPlace(visible, hidden);
+    byPlace_.empty() ? visible.sort(settings.mapping()) : visible.sort(settings.mapping(), byPlace_);
+    wasSorted_ = true;
     order_ = {settings.mapping(), false};
   }
   if (order_->reversed != settings.isReversed()) std::reverse(visible.begin(), visible.end());

@@ -12,22 +12,25 @@ namespace kelvar_2_1_7 {
 class View {
  public:
   /// The lists hold other items now, or items that have changed.
-  void itemsChanged() noexcept { byPlace_.clear(); }
+  void itemsChanged() noexcept;
   /// Brings the lists up to date: `visible` becomes what the settings show, in their order, and `hidden` the rest, of
   /// all that stands in the two. When an exception passes, each item still is in exactly one of them, and the next
   /// rebuild comes to the same view. Null entries are hidden only while some analysis kind is off.
   void rebuild(const ViewSettings& settings, SummaryItems& visible, SummaryItems& hidden);
 
  private:
-  /// How the visible items stand.
   struct Order {
     SummaryMapping mapping;
     bool reversed;
   };
   void sort(const ViewSettings& settings, SummaryItems& visible, const SummaryItems& hidden);
 
-  std::vector<SummaryItemImpl*> byPlace_;  // all of the lists' items; empty before anyone asked
-  std::optional<Order> order_;             // nothing: who knows
+  /// How the visible items stand; nothing: who knows.
+  std::optional<Order> order_;
+  /// Whether they have been sorted since they changed. Who sorts them once again will do so more often, and it pays to
+  /// keep them by place.
+  bool wasSorted_ = false;
+  std::vector<SummaryItemImpl*> byPlace_;  // all of the lists' items, or none
 };
 
 }  // namespace kelvar_2_1_7
