@@ -208,7 +208,7 @@ class Run {
     const bool known = bytes_.flag();
     if (!known) return add(path, collection);
     compare();
-    const std::string before = support::rows(plain_->view());
+    const std::string before = support::rows(*data_);
     if (interrupted([&] { data_->addSummaryData(path, {}); })) {
       require(support::rows(*data_) == before, "a failed add leaves the object as it was");
       add(path, collection);
