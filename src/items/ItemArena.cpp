@@ -42,7 +42,7 @@ std::byte* mapAligned() {
 }
 
 /// Memory of chunks that are gone, for those to come: pages that the kernel has cleared once need not be cleared again
-/// for each join. No more of it than of chunks in use, so that it all goes with the items.
+/// for each result. No more of it than of chunks in use, so that it all goes with the items.
 class Spare {
  public:
   std::byte* take() {

@@ -7,10 +7,10 @@
 
 namespace kelvar_2_1_7 {
 
-/// Memory for the items that one list makes, side by side in large chunks. Programs have a million sites and every
-/// join makes its items anew: one by one, they would cost more to find room for than to fill.
-/// A chunk goes with its last item, wherever that item went meanwhile. Not for two threads at a time, like the data
-/// object that the items belong to.
+/// Memory for the items that one list makes, side by side in large chunks. Programs have a million sites and
+/// every result makes items for all of them: one by one, they would cost more to find room for than to fill.
+/// A chunk goes with its last item, wherever that item went meanwhile and however many others it had. Not for two
+/// threads at a time, like the data object that the items belong to.
 class ItemArena {
  public:
   ItemArena() noexcept = default;

@@ -60,7 +60,7 @@ void SummaryItemImpl::merge(const SummaryItemImpl& other) {
   if (!selected_) selected_ = other.selected_;
 }
 
-bool SummaryItemImpl::gainsFrom(const SummaryItemImpl& other) const noexcept {
+bool SummaryItemImpl::gainsFrom(const SummaryItemImpl& other) const {
   const bool current = status_ == kCurrent || other.status_ == kCurrent;
   for (const digestio::SummaryDataKind kind : kAllKinds) {
     const CollectionInfo& record = collections_[kind];

@@ -8,8 +8,8 @@ namespace kelvar_2_1_7 {
 /// Joins the items of a result into `list` by handle, then folds neighbours that name one site, whatever their handles.
 /// Answers how well the result matched as a whole: 4 if every incoming item met one of its handle on its line,
 /// 3 if all met one but lines differed, 2 if any met none.
-/// Items of `list` are replaced by new ones. When an exception passes, `list` is as it was. `incoming` is used up
-/// either way: what is left in it, if anything, may only be destroyed.
+/// Items of `list` that the result changes are replaced by new ones. When an exception passes, `list` is as it was.
+/// `incoming` is used up either way: what is left in it, if anything, may only be destroyed.
 SummaryDataStatus join(SummaryItems& list, SummaryItems& incoming);
 
 }  // namespace kelvar_2_1_7

@@ -7,7 +7,7 @@
 
 namespace kelvar_2_1_7 {
 
-JoinedItems::JoinedItems(SummaryItems& list, Lent) : list_(list) {
+JoinedItems::JoinedItems(SummaryItems& list, OfLent) : list_(list) {
   lent_.reserve(list.size());
   items_.reserve(list.size());
   retired_.reserve(list.size());  // none retires twice
@@ -20,7 +20,7 @@ JoinedItems::JoinedItems(SummaryItems& list, Lent) : list_(list) {
   }
 }
 
-JoinedItems::JoinedItems(SummaryItems& list) : JoinedItems(list, Lent::kAll) {
+JoinedItems::JoinedItems(SummaryItems& list) : JoinedItems(list, OfLent()) {
   for (SummaryItems::value_type& entry : items_) {
     if (!entry->isLikeItsCopy()) makeOwn(entry);
   }

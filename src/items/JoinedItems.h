@@ -29,8 +29,8 @@ class JoinedItems {
   void settle() noexcept;
 
  private:
-  enum class Lent { kAll };
-  JoinedItems(SummaryItems& list, Lent);
+  struct OfLent {};
+  JoinedItems(SummaryItems& list, OfLent);  // from its end on, the destructor gives back
 
   [[nodiscard]] bool isLent(const SummaryItemImpl& item) const noexcept { return item.joinNumber() != number_; }
   [[nodiscard]] SummaryItems::value_type copyOf(const SummaryItemImpl& item);

@@ -63,9 +63,8 @@ class Twins {
       const auto firstGroup = static_cast<Slot>(first_.size());
       if (isWanted || end - key > 1) addGroups(key, end);
       for (; want != wanted.end() && hashOf(*want) == hashOf(*key); ++want) {
-        for (Slot group = firstGroup; group < first_.size(); ++group) {
-          if (takesIn(first_[group], slotOf(*want))) takers.emplace_back(slotOf(*want), group);
-        }
+        const Slot group = takerAmong(firstGroup, items_[slotOf(*want)]->labelText());
+        if (group != kNone) takers.emplace_back(slotOf(*want), group);
       }
       key = end;
     }
@@ -123,15 +122,17 @@ class Twins {
     }
   }
 
+  using Name = std::pair<annotation_t::kind_t, std::string_view>;
+  [[nodiscard]] Name nameAt(Slot slot) const { return {items_[slot]->annotationKind(), items_[slot]->labelText()}; }
+
   /// The items of one hash, which may be of several names, by name.
   void addGroups(Keys::iterator begin, Keys::iterator end) {
-    const auto nameOf = [this](Key key) {
-      const SummaryItemImpl& item = *items_[slotOf(key)];
-      return std::pair<annotation_t::kind_t, std::string_view>(item.annotationKind(), item.labelText());
+    const auto before = [this](Key a, Key b) {
+      return std::pair(nameAt(slotOf(a)), a) < std::pair(nameAt(slotOf(b)), b);
     };
-    std::sort(begin, end, [&](Key a, Key b) { return std::pair(nameOf(a), a) < std::pair(nameOf(b), b); });
+    std::sort(begin, end, before);
     for (auto key = begin; key != end; ++key) {
-      if (key == begin || nameOf(key[-1]) != nameOf(*key)) {
+      if (key == begin || nameAt(slotOf(key[-1])) != nameAt(slotOf(*key))) {
         addGroup(slotOf(*key));
       } else {
         next_[slotOf(key[-1])] = slotOf(*key);
@@ -145,8 +146,12 @@ class Twins {
     takerGroup_.push_back(kNone);
   }
 
-  [[nodiscard]] bool takesIn(Slot taker, Slot slot) const {
-    return items_[taker]->annotationKind() == kTaker && items_[taker]->labelText() == items_[slot]->labelText();
+  /// The group of the items that take in those of `label`, among the groups from `first` on, which stand by name.
+  [[nodiscard]] Slot takerAmong(Slot first, std::string_view label) const {
+    const Name name(kTaker, label);
+    const auto group = std::lower_bound(first_.begin() + first, first_.end(), name,
+                                        [this](Slot slot, const Name& wanted) { return nameAt(slot) < wanted; });
+    return group != first_.end() && nameAt(*group) == name ? static_cast<Slot>(group - first_.begin()) : kNone;
   }
 
   void pushFront(Slot group, Slot slot) {

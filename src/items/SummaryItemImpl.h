@@ -47,13 +47,13 @@ class SummaryItemImpl final : public SummaryItem {
   /// has one: a copy forgets the detail kind, and what merges made of place, label and annotation kind.
   [[nodiscard]] static std::unique_ptr<SummaryItemImpl> copySummaryItem(const SummaryItemImpl& source);
 
-  /// Whether a copy would say the same of the site as this item does.
+  /// Whether a copy would say the same of the site as this item does. What an annotation says never changes.
   [[nodiscard]] bool isLikeItsCopy() const noexcept { return !annotation_ || saysAsAnnotated_; }
 
   /// Folds `other`, which stands for the same site, into this item. See ItemMerge.cpp for who wins what.
   void merge(const SummaryItemImpl& other);
   /// Whether merge(other) would change anything. Few sites of a program are seen by any one analysis.
-  [[nodiscard]] bool gainsFrom(const SummaryItemImpl& other) const noexcept;
+  [[nodiscard]] bool gainsFrom(const SummaryItemImpl& other) const;
 
   /// The join that made this item, if any; for joins to tell their own items from those of earlier ones.
   [[nodiscard]] unsigned joinNumber() const noexcept { return joinNumber_; }

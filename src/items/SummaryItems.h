@@ -32,13 +32,10 @@ class SummaryItems {
   [[nodiscard]] auto begin() const noexcept { return items_.begin(); }
   [[nodiscard]] auto end() const noexcept { return items_.end(); }
 
-  /// Calls an item into the cache that a walk over the list is about to come to, forwards or backwards: a list is
-  /// mostly walked in another order than that of its memory.
+  /// Calls an item into the cache that a walk over the list is about to come to: a list is mostly walked in another
+  /// order than that of its memory.
   void callAhead(std::size_t index) const noexcept {
     if (index + kStep < items_.size()) call(index + kStep);
-  }
-  void callBehind(std::size_t index) const noexcept {
-    if (index >= kStep) call(index - kStep);
   }
   /// Calls one item into the cache.
   void call(std::size_t index) const noexcept {

@@ -60,8 +60,7 @@ RowText& RowText::fixed(double number, std::size_t width) noexcept {
   const std::string_view shown(digits.begin(), end);
   if (decimalPoint_ == "." || !std::isfinite(number)) return right(shown, width);
   const std::size_t point = shown.size() - kDecimals - 1;
-  const std::size_t size = shown.size() - 1 + decimalPoint_.size();
-  return blanks(width - std::min(size, width))
+  return blanks(width - std::min(shown.size(), width))  // a point of several bytes is one character there too
       .text(shown.substr(0, point))
       .text(decimalPoint_)
       .text(shown.substr(point + 1));

@@ -7,9 +7,9 @@
 
 namespace kelvar_2_1_7 {
 
-/// One line of a table. What it prints is what the C library's formats print, cut as it cuts, without their cost: a
-/// table of a million rows has some ten million numbers. A line is made of pieces, and each ends after kPieceSize - 1
-/// bytes, whatever else is put into it.
+/// One line of a table. What it prints is what the C library's formats print while it rounds to the nearest, cut as it
+/// cuts, without their cost: a table of a million rows has some ten million numbers. A line is made of pieces, and each
+/// ends after kPieceSize - 1 bytes, whatever else is put into it.
 class RowText {
  public:
   static constexpr std::size_t kPieceSize = 256;

@@ -96,16 +96,16 @@ void View::rebuild(const ViewSettings& settings, SummaryItems& visible, SummaryI
 
 void View::itemsChanged() noexcept {
   order_.reset();
-  wasSorted_ = false;
+  sortedBefore_ = false;
   byPlace_.clear();
 }
 
 void View::sort(const ViewSettings& settings, SummaryItems& visible, const SummaryItems& hidden) {
   if (!order_ || order_->mapping != settings.mapping()) {
     order_.reset();
-    if (wasSorted_ && byPlace_.empty()) byPlace_ = SummaryItems::byPlace(visible, hidden);
+    if (sortedBefore_ && byPlace_.empty()) byPlace_ = SummaryItems::byPlace(visible, hidden);
     byPlace_.empty() ? visible.sort(settings.mapping()) : visible.sort(settings.mapping(), byPlace_);
-    wasSorted_ = true;
+    sortedBefore_ = true;
     order_ = {settings.mapping(), false};
   }
   if (order_->reversed != settings.isReversed()) std::reverse(visible.begin(), visible.end());

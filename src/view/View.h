@@ -27,9 +27,9 @@ class View {
 
   /// How the visible items stand; nothing: who knows.
   std::optional<Order> order_;
-  /// Whether they have been sorted since they changed. Who sorts them once again will do so more often, and it pays to
-  /// keep them by place.
-  bool wasSorted_ = false;
+  /// Whether they were sorted before, as the items are now. Who sorts them once again will do so more often, and it
+  /// pays to keep them by place.
+  bool sortedBefore_ = false;
   std::vector<SummaryItemImpl*> byPlace_;  // all of the lists' items, or none
 };
 
