@@ -38,7 +38,7 @@ void SummaryData::Impl::addSummaryData(const std::string& path) {
   const boost::shared_ptr<sitenotes::scanner_t> scanner = sitenotes::scanner_t::get();
   if (scanner) takeState(*scanner, path);
 
-  auto result = std::make_unique<SummaryResultImpl>(this, path, state_);
+  auto result = std::make_unique<SummaryResultImpl>(this, path, &recorded_);
   if (!result->loaded()) return;
 
   // From the join on, nothing may fail: it is all filed, or none of it.
@@ -51,9 +51,9 @@ void SummaryData::Impl::addSummaryData(const std::string& path) {
 
 void SummaryData::Impl::takeState(sitenotes::scanner_t& scanner, const std::string& path) {
   const boost::shared_ptr<sitenotes::database_t> database = scanner.get_database();
-  if (!database || state_) return;
-  state_ = database->get_state(path);
-  if (!state_) state_ = database->make_state(path, false);
+  if (!database || recorded_.hasDatabase()) return;
+  recorded_.setDatabase(database->get_state(path));
+  if (!recorded_.hasDatabase()) recorded_.setDatabase(database->make_state(path, false));
 }
 
 SummaryDataStatus SummaryData::Impl::mergeCollections(SummaryItems& incoming) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "PerKind.h"
+#include "items/RecordedSites.h"
 #include "items/SummaryItems.h"
 #include "kelvar/SummaryData.h"
 #include "results/AggregateSummaryResultImpl.h"
@@ -57,7 +58,7 @@ class __attribute__((visibility("hidden"))) SummaryData::Impl {  // else exporte
   void mappingValid();
 
   boost::shared_ptr<sitenotes::database_t> database_;
-  boost::shared_ptr<sitenotes::database_t> state_;  // the database as it was for the first result added
+  RecordedSites recorded_{this};  // as the database was for the first result added
   bool viewValid_ = false;
   ViewSettings settings_;
   View view_;

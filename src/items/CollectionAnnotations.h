@@ -19,6 +19,7 @@ class CollectionAnnotations {
   CollectionAnnotations(const CollectionAnnotations& other)
       : each_(other.each_ != nullptr ? std::make_unique<PerKind<Annotation>>(*other.each_) : nullptr) {}
   CollectionAnnotations& operator=(const CollectionAnnotations&) = delete;
+  CollectionAnnotations& operator=(CollectionAnnotations&&) noexcept = default;
 
   [[nodiscard]] Annotation of(digestio::SummaryDataKind kind) const {
     return each_ != nullptr ? (*each_)[kind] : Annotation();

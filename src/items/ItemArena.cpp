@@ -2,9 +2,10 @@
 
 #include <sys/mman.h>
 
+#include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <mutex>
 #include <new>
 #include <utility>
 
@@ -42,37 +43,38 @@ std::byte* mapAligned() {
 }
 
 /// Memory of chunks that are gone, for those to come: pages that the kernel has cleared once need not be cleared again
-/// for each result. No more of it than of chunks in use, so that it all goes with the items.
+/// for each result. It all goes with the last chunk in use. Every data object of the process shares it, on whatever
+/// thread, and none waits for another.
 class Spare {
  public:
-  std::byte* take() {
-    const std::lock_guard lock(mutex_);
-    if (first_ == nullptr) return nullptr;
-    ++inUse_;
-    --count_;
-    return reinterpret_cast<std::byte*>(std::exchange(first_, first_->next));
+  /// Null where there is none.
+  std::byte* take() noexcept {
+    for (std::atomic<std::byte*>& place : places_) {
+      if (std::byte* const memory = place.exchange(nullptr)) return memory;
+    }
+    return nullptr;
   }
   void give(std::byte* memory) noexcept {
-    const std::lock_guard lock(mutex_);
-    --inUse_;
-    ++count_;
-    first_ = ::new (memory) Link{first_};
-    for (; count_ > inUse_; --count_) munmap(std::exchange(first_, first_->next), kChunkSize);
+    for (std::atomic<std::byte*>& place : places_) {
+      std::byte* none = nullptr;
+      if (place.compare_exchange_strong(none, memory)) return leave();
+    }
+    munmap(memory, kChunkSize);
+    leave();
   }
-  /// One more in use that did not come from here.
-  void count() noexcept {
-    const std::lock_guard lock(mutex_);
-    ++inUse_;
-  }
+  /// One chunk more in use.
+  void enter() noexcept { ++inUse_; }
 
  private:
-  struct Link {
-    Link* next;
-  };
-  std::mutex mutex_;  // every data object of the process shares it
-  Link* first_ = nullptr;
-  std::size_t count_ = 0;
-  std::size_t inUse_ = 0;
+  static constexpr std::size_t kPlaces = 128;  // a quarter of a gigabyte: what a result of a million sites gives back
+
+  void leave() noexcept {
+    if (--inUse_ != 0) return;
+    while (std::byte* const memory = take()) munmap(memory, kChunkSize);
+  }
+
+  std::array<std::atomic<std::byte*>, kPlaces> places_{};
+  std::atomic<std::size_t> inUse_ = 0;
 };
 Spare spare;
 
@@ -91,8 +93,8 @@ struct ItemArena::Chunk {
       memory = mapAligned();
       // A short list stays in a few small pages. Where there are no huge pages, small ones do.
       if (!isFirst) madvise(memory, kChunkSize, MADV_HUGEPAGE);
-      spare.count();
     }
+    spare.enter();
     return ::new (memory) Chunk;
   }
   static Chunk* of(void* place) noexcept {

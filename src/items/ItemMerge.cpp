@@ -1,4 +1,5 @@
 #include <string_view>
+#include <utility>
 
 #include "SummaryItemImpl.h"
 
@@ -19,12 +20,23 @@ bool onOneLine(const sitenotes::locator_t& a, const sitenotes::locator_t& b) {
 
 SummaryItemImpl::SummaryItemImpl(CopyOf copy) : SummaryItemImpl(copy.source) {
   inArena_ = false;
-  if (!annotation_) return;
+  lent_ = false;
+  becomeLikeItsCopy();
+}
+
+void SummaryItemImpl::becomeLikeItsCopy() {
+  if (isLikeItsCopy()) return;
   detailKind_ = digestio::kAnnotatedSite;
   annotationKind_ = annotation_->get_kind();
   locator_ = annotation_->get_locator();
   label_ = annotation_->get_label();
   saysAsAnnotated_ = true;
+}
+
+void SummaryItemImpl::takeBack(SummaryItemImpl& state) noexcept {
+  const bool inArena = inArena_;
+  *this = std::move(state);
+  inArena_ = inArena;
 }
 
 std::unique_ptr<SummaryItemImpl> SummaryItemImpl::copySummaryItem(const SummaryItemImpl& source) {

@@ -1,36 +1,45 @@
 #include "JoinedItems.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "SiteMatch.h"
 
 namespace kelvar_2_1_7 {
 
-JoinedItems::JoinedItems(SummaryItems& list, OfLent) : list_(list) {
+using InJoin = SummaryItemImpl::InJoin;
+
+JoinedItems::JoinedItems(SummaryItems& list, OfLent) : list_(list), byHandle_(list.size()) {
   lent_.reserve(list.size());
   items_.reserve(list.size());
   retired_.reserve(list.size());  // none retires twice
-  for (std::size_t index = 0; index < list.size(); ++index) {
-    list.callAhead(index);
-    lent_.push_back(list[index]);
-    if (list[index] == nullptr) continue;
-    number_ = std::max(number_, list[index]->joinNumber() + 1);
-    items_.append(std::move(list.begin()[static_cast<std::ptrdiff_t>(index)]));
+  for (SummaryItems::value_type& entry : list) {
+    lent_.push_back(entry.get());
+    if (entry) items_.append(std::move(entry));
   }
 }
 
 JoinedItems::JoinedItems(SummaryItems& list) : JoinedItems(list, OfLent()) {
-  for (SummaryItems::value_type& entry : items_) {
-    if (!entry->isLikeItsCopy()) makeOwn(entry);
+  for (std::size_t index = 0; index < items_.size(); ++index) {
+    items_.callAhead(index);
+    SummaryItemImpl& item = *items_[index];
+    if (item.inJoin() != InJoin::kLeft) item.setInJoin(InJoin::kLeft);  // what an earlier join made of it
+    if (!item.isLikeItsCopy()) {
+      keep(item);
+      item.becomeLikeItsCopy();
+    }
+    if (item.hasAnnotation() && item.handle() != 0) byHandle_.name(item.handle(), item);
   }
 }
 
 JoinedItems::~JoinedItems() {
   if (lent_.empty()) return;
+  for (std::size_t index = 0; index < changed_.size(); ++index) changed_[index]->takeBack(*before_[index]);
+  for (SummaryItemImpl* const item : lent_) {
+    if (item != nullptr) item->setInJoin(InJoin::kLeft);  // an earlier join may have added it
+  }
   for (SummaryItems* const list : {&items_, &retired_}) {
     for (SummaryItems::value_type& entry : *list) {
-      if (entry && isLent(*entry)) static_cast<void>(entry.release());
+      if (entry && entry->inJoin() != InJoin::kAdded) static_cast<void>(entry.release());
     }
   }
   for (std::size_t index = 0; index < lent_.size(); ++index) {
@@ -38,31 +47,29 @@ JoinedItems::~JoinedItems() {
   }
 }
 
-SummaryItems::value_type JoinedItems::copyOf(const SummaryItemImpl& item) {
-  SummaryItems::value_type copy = items_.makeAlone(SummaryItemImpl::CopyOf{item});
-  copy->setJoinNumber(number_);
-  return copy;
-}
-
-SummaryItemImpl& JoinedItems::makeOwn(SummaryItems::value_type& entry) {
-  if (isLent(*entry)) retired_.append(std::exchange(entry, copyOf(*entry)));
-  return *entry;
+void JoinedItems::keep(SummaryItemImpl& item) {
+  if (item.inJoin() != InJoin::kLeft) return;
+  before_.make(SummaryItemImpl::StateOf{item});
+  changed_.push_back(&item);
+  item.setInJoin(InJoin::kChanged);
 }
 
 void JoinedItems::append(const SummaryItemImpl& item) {
-  items_.append(copyOf(item));
+  items_.make(SummaryItemImpl::CopyOf{item}).setInJoin(InJoin::kAdded);
 }
 
-void JoinedItems::merge(std::size_t slot, const SummaryItemImpl& other) {
-  SummaryItems::value_type& entry = items_.begin()[static_cast<std::ptrdiff_t>(slot)];
-  if (entry->gainsFrom(other)) makeOwn(entry).merge(other);
+void JoinedItems::merge(SummaryItemImpl& into, const SummaryItemImpl& other) {
+  if (!into.gainsFrom(other)) return;
+  keep(into);
+  into.merge(other);
 }
 
 void JoinedItems::fold(bool (*sameSite)(const SummaryItemImpl& a, const SummaryItemImpl& b)) {
   items_.sort(kSortKind);
   foldNeighbours(items_, sameSite, [this](SummaryItems::value_type& into, SummaryItems::value_type& from) {
-    makeOwn(into).merge(*from);
-    isLent(*from) ? retired_.append(std::move(from)) : from.reset();
+    keep(*into);
+    into->merge(*from);
+    from->inJoin() == InJoin::kAdded ? from.reset() : retired_.append(std::move(from));
   });
 }
 

@@ -179,11 +179,11 @@ void foldLabelTwins(SummaryItems& items) {
     const Slot twin = twins.twinOf(slot);
     const Slot taker = twins.takerOf(slot);
     if (twin < taker) {
-      at(slot)->merge(*at(twin));
+      items.own(at(slot)).merge(*at(twin));
       twins.dropTwin(slot);
       at(twin).reset();
     } else if (taker != kNone) {
-      at(taker)->merge(*at(slot));
+      items.own(at(taker)).merge(*at(slot));
       twins.moveTakerTo(slot);
       at(slot) = std::move(at(taker));
     }

@@ -46,7 +46,8 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner)
       saysAsAnnotated_(false),
       shown_(true),
       sharesPlace_(false),
-      joinNumber_(0),
+      lent_(false),
+      inJoin_(InJoin::kLeft),
       locator_(toolbelt::path_t(), 0, 0),
       handle_(0),
       collections_{} {}
@@ -63,12 +64,7 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, boost::shared_ptr<sit
   handle_ = handle;
   saysAsAnnotated_ = true;
 
-  const PerKind<bool> known{{survey, survey, suitability, correctness, map}};
-  for (const SummaryDataKind kind : kAllKinds) {
-    if (!known[kind]) continue;
-    collections_[kind].status = status;
-    collections_[kind].count = 1;
-  }
+  setKnown({{survey, survey, suitability, correctness, map}});
 }
 
 SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, SummaryDetail* detail,
@@ -104,7 +100,14 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, SummaryDetail* detail
 
 SummaryItemImpl::~SummaryItemImpl() = default;
 
+void SummaryItemImpl::setKnown(const PerKind<bool>& known) noexcept {
+  for (const SummaryDataKind kind : kAllKinds) {
+    collections_[kind] = {.status = known[kind] ? status_ : kNotPresent, .count = known[kind] ? 1U : 0U};
+  }
+}
+
 void SummaryItemImpl::operator delete(SummaryItemImpl* item, std::destroying_delete_t) noexcept {
+  if (item->lent_) return;
   const bool inArena = item->inArena_;
   item->~SummaryItemImpl();
   inArena ? ItemArena::giveBack(item) : ::operator delete(item);

@@ -37,9 +37,14 @@ class SummaryItemImpl final : public SummaryItem {
     const SummaryItemImpl& source;
   };
   explicit SummaryItemImpl(CopyOf copy);
+  /// All that an item is, its selection included, for takeBack.
+  struct StateOf {
+    const SummaryItemImpl& source;
+  };
+  explicit SummaryItemImpl(StateOf state) : SummaryItemImpl(state.source) { inArena_ = false; }
   SummaryItemImpl& operator=(const SummaryItemImpl&) = delete;
 
-  /// Items stand in the arena of the list that made them, or alone.
+  /// Items stand in the arena of the list that made them, or alone. One that is lent stays where it is.
   static void operator delete(SummaryItemImpl* item, std::destroying_delete_t) noexcept;
   static void operator delete(void* memory) noexcept { ::operator delete(memory); }  // of one that never came to be
 
@@ -49,15 +54,26 @@ class SummaryItemImpl final : public SummaryItem {
 
   /// Whether a copy would say the same of the site as this item does. What an annotation says never changes.
   [[nodiscard]] bool isLikeItsCopy() const noexcept { return !annotation_ || saysAsAnnotated_; }
+  void becomeLikeItsCopy();
+  /// Makes the item what it was when `state` was taken of it.
+  void takeBack(SummaryItemImpl& state) noexcept;
 
   /// Folds `other`, which stands for the same site, into this item. See ItemMerge.cpp for who wins what.
   void merge(const SummaryItemImpl& other);
   /// Whether merge(other) would change anything. Few sites of a program are seen by any one analysis.
   [[nodiscard]] bool gainsFrom(const SummaryItemImpl& other) const;
 
-  /// The join that made this item, if any; for joins to tell their own items from those of earlier ones.
-  [[nodiscard]] unsigned joinNumber() const noexcept { return joinNumber_; }
-  void setJoinNumber(unsigned number) noexcept { joinNumber_ = number; }
+  /// What the join that is under way, or was the last one, has made of the item.
+  enum class InJoin : unsigned char { kLeft, kChanged, kAdded };
+  [[nodiscard]] InJoin inJoin() const noexcept { return inJoin_; }
+  void setInJoin(InJoin made) noexcept { inJoin_ = made; }
+
+  /// Whether the item stands in a list that does not own it: there, deleting it does nothing.
+  [[nodiscard]] bool isLent() const noexcept { return lent_; }
+  void setLent(bool lent) noexcept { lent_ = lent; }
+  /// Fills the record of each kind as an annotated site does that the analyses `known` have looked at: with its status
+  /// and a count of 1. Those of others become empty.
+  void setKnown(const PerKind<bool>& known) noexcept;
 
   [[nodiscard]] digestio::SummaryDetailKind detailKind() const override { return detailKind_; }
   [[nodiscard]] sitenotes::annotation_t::kind_t annotationKind() const override { return annotationKind_; }
@@ -130,6 +146,7 @@ class SummaryItemImpl final : public SummaryItem {
 
   explicit SummaryItemImpl(SummaryData::Impl* owner);  // an empty item
   SummaryItemImpl(const SummaryItemImpl&) = default;
+  SummaryItemImpl& operator=(SummaryItemImpl&&) noexcept = default;
   void takeAnnotation(const SummaryItemImpl& other);
   void takePlace(const SummaryItemImpl& other);
   void takeLabel(std::string_view label);
@@ -143,7 +160,8 @@ class SummaryItemImpl final : public SummaryItem {
   bool saysAsAnnotated_ : 1;  // detail kind, annotation kind, place and label are what the annotation says
   bool shown_ : 1;
   bool sharesPlace_ : 1;
-  unsigned joinNumber_;
+  bool lent_ : 1;
+  InJoin inJoin_ : 2;
   sitenotes::locator_t locator_;
   std::string label_;
   boost::shared_ptr<sitenotes::annotation_t> annotation_;

@@ -14,7 +14,7 @@
 
 namespace kelvar_2_1_7 {
 
-/// A list that owns its items. Entries may be null; every operation survives that.
+/// A list that owns its items, save those that were lent to it. Entries may be null; every operation survives that.
 class SummaryItems {
  public:
   using value_type = std::unique_ptr<SummaryItemImpl>;
@@ -39,10 +39,11 @@ class SummaryItems {
   }
   /// Calls one item into the cache.
   void call(std::size_t index) const noexcept {
+    if (items_[index] != nullptr) call(*items_[index]);
+  }
+  static void call(const SummaryItemImpl& item) noexcept {
     constexpr std::size_t kCacheLine = 64;
-    const SummaryItemImpl* const item = items_[index].get();
-    if (item == nullptr) return;
-    const char* const bytes = reinterpret_cast<const char*>(item);
+    const char* const bytes = reinterpret_cast<const char*>(&item);
     for (std::size_t line = 0; line < sizeof(SummaryItemImpl); line += kCacheLine) __builtin_prefetch(bytes + line);
   }
 
@@ -54,10 +55,10 @@ class SummaryItems {
     items_.push_back(arena_.make(std::forward<Arguments>(arguments)...));
     return *items_.back();
   }
-  /// Makes an item in the list's memory that stands nowhere yet.
-  template <class... Arguments>
-  [[nodiscard]] value_type makeAlone(Arguments&&... arguments) {
-    return arena_.make(std::forward<Arguments>(arguments)...);
+  /// The item of an entry, to be changed: in place of one that is lent, a copy of it stands there from now on.
+  SummaryItemImpl& own(value_type& entry) {
+    if (entry->isLent()) entry = arena_.make(SummaryItemImpl::CopyOf{*entry});
+    return *entry;
   }
   /// Drops the entries from `count` on, with their items.
   void truncate(std::size_t count) noexcept {

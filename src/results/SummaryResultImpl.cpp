@@ -5,9 +5,6 @@
 #include <boost/system/error_code.hpp>
 #include <string_view>
 #include <utility>
-#include <vector>
-
-#include "items/LiveAnnotations.h"
 
 namespace kelvar_2_1_7 {
 
@@ -42,9 +39,7 @@ std::string existingLog(resdir::IResultDirectory& directory, std::string (resdir
 
 }  // namespace
 
-SummaryResultImpl::SummaryResultImpl(SummaryData::Impl* owner, std::string resultPath,
-                                     boost::shared_ptr<sitenotes::database_t> database)
-    : database_(std::move(database)) {
+SummaryResultImpl::SummaryResultImpl(SummaryData::Impl* owner, std::string resultPath, RecordedSites* recorded) {
   if (resultPath.empty()) return;
   const toolbelt::sptr_t<resdir::IResultDirectory> directory =
       resdir::ResultDirectoryManager::open(directoryOf(resultPath).c_str(), false, nullptr);
@@ -56,7 +51,7 @@ SummaryResultImpl::SummaryResultImpl(SummaryData::Impl* owner, std::string resul
   const digestio::SummaryDataKind kind = collection_->dataKind();
   for (const digestio::SummaryDataKind known : kAllKinds) carries_[known] = known == kind;
   addDetails(owner);
-  addAnnotations(owner);
+  if (recorded != nullptr) recorded->lendTo(items_, knownOfSites());
   items_.exactMerge(kind);
   loaded_ = true;
 }
@@ -89,12 +84,11 @@ void SummaryResultImpl::addDetails(SummaryData::Impl* owner) {
   }
 }
 
-void SummaryResultImpl::addAnnotations(SummaryData::Impl* owner) {
-  // What the annotation item knows of vectorization follows from the survey.
-  forEachLiveAnnotation(database_, [&](boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle) {
-    items_.make(owner, std::move(annotation), handle, kNoMatchCurrent, carries_[digestio::kSurvey],
-                carries_[digestio::kSuitability], carries_[digestio::kCorrectness], carries_[digestio::kMap]);
-  });
+PerKind<bool> SummaryResultImpl::knownOfSites() const noexcept {
+  // What an annotated site knows of vectorization follows from the survey.
+  PerKind<bool> known = carries_;
+  known[digestio::kSurveyVectorization] = carries_[digestio::kSurvey];
+  return known;
 }
 
 }  // namespace kelvar_2_1_7

@@ -1,27 +1,26 @@
 #pragma once
 
-#include <boost/shared_ptr.hpp>
 #include <cstdint>
 #include <memory>
 #include <string>
 
 #include "PerKind.h"
 #include "digestio.h"
+#include "items/RecordedSites.h"
 #include "items/SummaryItems.h"
 #include "kelvar/SummaryData.h"
 #include "kelvar/SummaryResult.h"
 #include "resdir.h"
-#include "sitenotes.h"
 
 namespace kelvar_2_1_7 {
 
 /// One analysis result: read once, at construction.
 class SummaryResultImpl final : public SummaryResult {
  public:
-  /// Reads the result at `resultPath`. `owner` is for the items. `database` is the annotation database as it was when
-  /// the result was collected; it may be empty. loaded() tells whether there was a result to read.
-  SummaryResultImpl(SummaryData::Impl* owner, std::string resultPath,
-                    boost::shared_ptr<sitenotes::database_t> database);
+  /// Reads the result at `resultPath`. `owner` is for the items. `recorded` are the annotated sites as they were when
+  /// the result was collected, or null; some of them stand in the result's list until a join has used that up.
+  /// loaded() tells whether there was a result to read.
+  SummaryResultImpl(SummaryData::Impl* owner, std::string resultPath, RecordedSites* recorded);
   ~SummaryResultImpl() override;
   SummaryResultImpl(const SummaryResultImpl&) = delete;
   SummaryResultImpl& operator=(const SummaryResultImpl&) = delete;
@@ -57,12 +56,11 @@ class SummaryResultImpl final : public SummaryResult {
  private:
   void readMetadata(resdir::IResultDirectory& directory);
   void addDetails(SummaryData::Impl* owner);
-  void addAnnotations(SummaryData::Impl* owner);
+  [[nodiscard]] PerKind<bool> knownOfSites() const noexcept;
 
   bool loaded_ = false;
   PerKind<bool> carries_{};
   std::unique_ptr<digestio::SummaryCollection> collection_;
-  boost::shared_ptr<sitenotes::database_t> database_;
   SummaryItems items_;
   std::uint64_t collectionTime_ = 0;
   std::uint64_t collectionDuration_ = 0;

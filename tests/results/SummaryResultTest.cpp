@@ -77,9 +77,14 @@ TEST(Result, ListsLivingAnnotationsBesideItsDetailsAndFoldsThem) {
       .site(3, annotation("off", "y.cpp:2", sitenotes::annotation_t::parallel, true))
       .site(4, nullptr)
       .site(5, annotation("t", "z.cpp:1", sitenotes::annotation_t::task));
-  SummaryResultImpl result(nullptr, "r", database);
-  EXPECT_EQ(support::rows(result.items()),
-            "- s x.cpp:2 | survey - 2.50\n- t z.cpp:1 task | survey - | vectorization -\n");
+  RecordedSites recorded(nullptr);
+  recorded.setDatabase(database);
+  // What one result makes of the sites is not seen by the next one.
+  for (int round = 0; round < 2; ++round) {
+    SummaryResultImpl result(nullptr, "r", &recorded);
+    EXPECT_EQ(support::rows(result.items()),
+              "- s x.cpp:2 | survey - 2.50\n- t z.cpp:1 task | survey - | vectorization -\n");
+  }
 }
 
 /// Aggregates over results that differ in what a case is about.

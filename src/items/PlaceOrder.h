@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "sitenotes.h"
+
+namespace kelvar_2_1_7 {
+
+/// The n-th of some sites, and where it stands.
+struct Placed {
+  sitenotes::locator_t place;
+  std::size_t index;
+};
+
+/// Orders sites by place; those of one place stay as they were. Defined with the view, beside the one sort.
+void sortByPlace(std::vector<Placed>& sites);
+
+/// The indices of `count` sites by place. Items that are made in this order lie in memory as most walks over their
+/// list go.
+template <class PlaceOf>
+[[nodiscard]] std::vector<Placed> placeOrder(std::size_t count, PlaceOf placeOf) {
+  std::vector<Placed> sites;
+  sites.reserve(count);
+  for (std::size_t index = 0; index < count; ++index) sites.push_back({placeOf(index), index});
+  sortByPlace(sites);
+  return sites;
+}
+
+}  // namespace kelvar_2_1_7
