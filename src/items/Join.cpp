@@ -11,7 +11,7 @@ namespace {
 
 /// Items and their sites lie anywhere in memory: they are called for some steps ahead, one step of the way at a time.
 void callSitesAhead(const HandleIndex& byHandle, const SummaryItems& incoming, std::size_t index) {
-  constexpr std::size_t kStep = 8;
+  constexpr std::size_t kStep = 16;
   if (index + 3 * kStep < incoming.size()) incoming.call(index + 3 * kStep);
   if (index + 2 * kStep < incoming.size() && incoming[index + 2 * kStep] != nullptr) {
     byHandle.prefetch(incoming[index + 2 * kStep]->handle());

@@ -11,7 +11,7 @@ RecordedSites::~RecordedSites() {
 }
 
 void RecordedSites::lendTo(SummaryItems& items, const PerKind<bool>& known) {
-  if (!made_) makeSites();
+  if (database_ && !made_) makeSites();
   items.reserve(items.size() + sites_.size());
   for (const SummaryItems::value_type& site : sites_) {
     site->setKnown(known);

@@ -26,8 +26,10 @@ bool sameSortOfSite(const SummaryItemImpl& a, const SummaryItemImpl& b) {
 }
 
 bool seenApart(const SummaryItemImpl& a, const SummaryItemImpl& b) {
-  return std::any_of(kExclusiveKinds.begin(), kExclusiveKinds.end(),
-                     [&](digestio::SummaryDataKind kind) { return a.shows(kind) && b.shows(kind); });
+  // Few have two details of a kind to ask.
+  return std::any_of(kExclusiveKinds.begin(), kExclusiveKinds.end(), [&](digestio::SummaryDataKind kind) {
+    return a.summaryDetail(kind) != nullptr && b.summaryDetail(kind) != nullptr && a.shows(kind) && b.shows(kind);
+  });
 }
 
 }  // namespace kelvar_2_1_7

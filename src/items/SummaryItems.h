@@ -95,10 +95,16 @@ class SummaryItems {
                                      bool correctness, bool map) const;
 
  private:
-  static constexpr std::size_t kStep = 8;
+  static constexpr std::size_t kStep = 16;
 
+  /// The list's items in the order of the entries. Null entries stand last.
   template <class Entries>
-  void takeOrder(const Entries& entries) noexcept;
+  void takeOrder(const Entries& entries) noexcept {
+    for (std::size_t i = 0; i < items_.size(); ++i) {
+      static_cast<void>(items_[i].release());  // every item changes its owner at most once
+      items_[i].reset(i < entries.size() ? entries[i].item : nullptr);
+    }
+  }
 
   ItemArena arena_;
   std::vector<value_type> items_;

@@ -59,18 +59,18 @@ double warnings(const SummaryItemImpl& item) {
   return -static_cast<double>(first + second);
 }
 
-double detailKind(const SummaryItemImpl& item) {
-  return item.detailKind();
+/// By detail kind; among annotated sites, whose detail kind is 0, by annotation kind. Exact for whatever the two are.
+double kinds(const SummaryItemImpl& item) {
+  static_assert(digestio::kAnnotatedSite == 0);
+  constexpr double kAnnotationKinds = 4294967296;
+  if (item.detailKind() == digestio::kAnnotatedSite) return item.annotationKind();
+  return static_cast<double>(item.detailKind()) * kAnnotationKinds;
 }
 
-/// Among items of one detail kind: annotated sites by annotation kind, loops by their times.
-double withinDetailKind(const SummaryItemImpl& item) {
-  if (item.detailKind() == digestio::kLoop) return kLoopSelfTime.read(item);
-  return item.detailKind() == digestio::kAnnotatedSite ? item.annotationKind() : 0;
-}
-
-double loopTotalTime(const SummaryItemImpl& item) {
-  return item.detailKind() == digestio::kLoop ? kLoopTotalTime.read(item) : 0;
+/// A time of loops.
+template <const Number& time>
+double ofLoop(const SummaryItemImpl& item) {
+  return item.detailKind() == digestio::kLoop ? time.read(item) : 0;
 }
 
 /// The group of each annotation kind: regions, tasks, critical sections, collection control, data sharing and
@@ -84,9 +84,9 @@ double generalKind(const SummaryItemImpl& item) {
 }
 
 constexpr Number kWarnings{warnings, digestio::kCorrectness};
-constexpr Number kDetailKind{detailKind};
-constexpr Number kWithinDetailKind{withinDetailKind, digestio::kSurveyVectorization};
-constexpr Number kTotalTimeIfLoop{loopTotalTime, digestio::kSurveyVectorization};
+constexpr Number kKinds{kinds};
+constexpr Number kSelfTimeIfLoop{ofLoop<kLoopSelfTime>, digestio::kSurveyVectorization, true};
+constexpr Number kTotalTimeIfLoop{ofLoop<kLoopTotalTime>, digestio::kSurveyVectorization, true};
 constexpr Number kGeneralKind{generalKind};
 
 struct Mapping {
@@ -95,21 +95,22 @@ struct Mapping {
 };
 
 constexpr Mapping kMappings[] = {
-    {{}, "sort locator"},
-    {{.numbers = {kDetailKind, kWithinDetailKind, kTotalTimeIfLoop}, .tie = Tie::kByLocatorUnlessLoop}, "sort kind"},
+    {{.mostlyTies = true}, "sort locator"},
+    {{.numbers = {kKinds, kSelfTimeIfLoop, kTotalTimeIfLoop}, .tie = Tie::kByLocatorUnlessLoop, .mostlyTies = true},
+     "sort kind"},
     {{.byLabel = true}, "sort label"},
     {{.numbers = {kCpuTime}}, "sort survey cpu time"},
-    {{.numbers = {kPriority}}, "sort survey priority"},
-    {{.numbers = {kId}}, "sort survey id"},
+    {{.numbers = {kPriority}, .mostlyTies = true}, "sort survey priority"},
+    {{.numbers = {kId}, .mostlyTies = true}, "sort survey id"},
     {{.numbers = {kLoopSelfTime, kLoopTotalTime}, .tie = Tie::kStays}, "sort suitability self time"},
     {{.numbers = {kLoopTotalTime}, .tie = Tie::kStays}, "sort self max gain"},
-    {{.numbers = {kLoopPriority}, .tie = Tie::kStays}, "sort total max gain"},
+    {{.numbers = {kLoopPriority}, .tie = Tie::kStays, .mostlyTies = true}, "sort total max gain"},
     {{.numbers = {kSelfTime}}, "sort dependencies errors"},
     {{.numbers = {kSiteGain}}, "sort dependencies warnings"},
     {{.numbers = {kTotalGain}}, "sort general kind locator"},
-    {{.numbers = {kErrors, kWarnings}}, nullptr},
-    {{.numbers = {kWarnings}}, nullptr},
-    {{.numbers = {kGeneralKind}}, nullptr},
+    {{.numbers = {kErrors, kWarnings}, .mostlyTies = true}, nullptr},
+    {{.numbers = {kWarnings}, .mostlyTies = true}, nullptr},
+    {{.numbers = {kGeneralKind}, .mostlyTies = true}, nullptr},
 };
 static_assert(std::size(kMappings) == kSummaryMappingCount, "one row for each SummaryMapping");
 

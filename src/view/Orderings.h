@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <optional>
 #include <string>
 
 #include "digestio.h"
@@ -14,7 +16,8 @@ namespace kelvar_2_1_7 {
 /// missing. A NaN decides that neither of two items is before the other, whatever else they say.
 struct Number {
   double (*read)(const SummaryItemImpl& item) = nullptr;
-  digestio::SummaryDataKind kind = digestio::kSurvey;  // whose detail it is read of, if of any
+  std::optional<digestio::SummaryDataKind> kind = {};  // whose detail it is read of, if of any
+  bool ofLoops = false;                                // all others have the same
 };
 
 /// What decides between items whose numbers and labels are equal. Two items that come so far agree on it.
@@ -25,6 +28,13 @@ struct Ordering {
   std::array<Number, 3> numbers{};  // up to the first null
   bool byLabel = false;
   Tie tie = Tie::kByLocator;
+  bool mostlyTies = false;  // of what programs are, nearly all items have the numbers of many others
+
+  [[nodiscard]] constexpr std::size_t count() const noexcept {
+    std::size_t count = 0;
+    while (count < numbers.size() && numbers[count].read != nullptr) ++count;
+    return count;
+  }
 };
 
 /// The ordering that a mapping selects; that by locator for a value without one.

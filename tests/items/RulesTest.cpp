@@ -76,7 +76,7 @@ TEST(Join, FollowsEachRule) {
 
 struct Joining {
   ItemText text;
-  SummaryItems list = text.list("@7 a-long-label-that-needs-memory x.cpp:12\n- s _ map\n");
+  SummaryItems list = text.list("@7 a-long-label-that-needs-memory x.cpp:12\n- s _ map\n- s x.cpp:9 survey\n");
   SummaryItems incoming = text.list("@7 a x.cpp:13 survey\n- s x.cpp:5 survey\n- t y.cpp:1 k2 d2 vec\n");
   std::string before = support::rows(list);
 };

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "items/SummaryItemImpl.h"
+
+namespace kelvar_2_1_7 {
+
+/// An item and what it is compared by at the moment.
+template <class Key>
+struct Keyed {
+  Key key;
+  SummaryItemImpl* item;
+};
+
+/// The common one: a key that is a number or can be written as one.
+using Entry = Keyed<std::uint64_t>;
+using Entries = std::span<Entry>;
+
+/// How many items ahead memory is called for: items and their details lie anywhere.
+inline constexpr std::size_t kSortStep = 32;
+
+/// Calls `then` for each group of two or more neighbours with one key. It may use the keys for others.
+template <class Record, class Then>
+void forEachTie(std::span<Record> records, const Then& then) {
+  for (std::size_t begin = 0; begin < records.size();) {
+    std::size_t end = begin + 1;
+    while (end < records.size() && records[end].key == records[begin].key) ++end;
+    if (end + kSortStep < records.size()) __builtin_prefetch(&records[end + kSortStep].item->place());
+    if (end - begin > 1) then(records.subspan(begin, end - begin));
+    begin = end;
+  }
+}
+
+}  // namespace kelvar_2_1_7

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "view/MergeSort.h"
+#include "view/Orderings.h"
+#include "view/SiteFigures.h"
+#include "view/SortEntries.h"
+
+namespace kelvar_2_1_7 {
+
+/// Decides between items of one place that an ordering leaves equal: by annotation kind, detail kind, label, handle and
+/// what the analyses say, so that the order of equal rows has no history. Items themselves are left alone.
+class TieBreak {
+ public:
+  /// `byLocator`: on top of that, as the ordering by locator says.
+  void sort(Entries entries, bool byLocator) {
+    byKinds(entries);
+    if (byLocator) bySite(entries);
+  }
+  /// As the ordering by locator says of one place, and else as they stand.
+  void bySite(Entries entries);
+
+  /// Sorts by a number of each item, and hands on what it leaves equal.
+  template <class Read, class Then>
+  void byKey(Entries entries, Read read, const Then& then) {
+    for (Entry& entry : entries) entry.key = read(*entry.item);
+    mergeSort(entries, numbers_, [](const Entry& a, const Entry& b) { return a.key < b.key; });
+    forEachTie(entries, then);
+  }
+  /// The same by label.
+  template <class Then>
+  void byLabel(Entries entries, const Then& then) {
+    byLabelFrom(entries, 0, then);
+  }
+
+ private:
+  /// Memory for the lists of one sort of key, one after the other.
+  template <class Key>
+  struct Room {
+    std::vector<Keyed<Key>> keyed;
+    std::vector<Keyed<Key>> buffer;
+  };
+
+  void byKinds(Entries entries);
+  void byHandle(Entries entries);
+  void byFigures(Entries entries, std::span<const Figure> figures);
+  void byWholeLabel(Entries entries);
+
+  template <class Then>
+  void byLabelFrom(Entries entries, std::size_t offset, const Then& then) {
+    if (offset < kLabelWordsEnd) {
+      return byKey(
+          entries, [offset](const SummaryItemImpl& item) { return wordAt(item.labelText(), offset); },
+          [this, offset, &then](Entries tied) { byLabelFrom(tied, offset + kWord, then); });
+    }
+    byWholeLabel(entries);
+    forEachTie(entries, then);
+  }
+
+  static constexpr std::size_t kWord = sizeof(std::uint64_t);
+  /// So far labels are compared word by word, and then as texts.
+  static constexpr std::size_t kLabelWordsEnd = 3 * kWord;
+
+  /// Eight bytes of a text from `offset` on as a number that orders as they do; what it lacks counts as zero bytes.
+  static std::uint64_t wordAt(std::string_view text, std::size_t offset) noexcept;
+
+  std::vector<Entry> numbers_;
+  Room<std::string_view> texts_;
+  Room<Site> sites_;
+};
+
+}  // namespace kelvar_2_1_7
