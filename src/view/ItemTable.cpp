@@ -1,12 +1,16 @@
+#include "view/ItemTable.h"
+
+#include <sys/mman.h>
+
 #include <array>
+#include <charconv>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
-#include <string>
+#include <limits>
+#include <memory>
 #include <string_view>
 
-#include "PerKind.h"
-#include "items/SummaryItems.h"
+#include "view/ColumnGroups.h"
 #include "view/RowText.h"
 
 namespace kelvar_2_1_7 {
@@ -15,9 +19,6 @@ using digestio::SummaryDataKind;
 using sitenotes::annotation_t;
 
 namespace {
-
-constexpr std::size_t kHeaderLines = 4;
-using HeaderLines = std::array<std::string_view, kHeaderLines>;
 
 /// What a verbose table puts before each line, and again before each group of it.
 constexpr HeaderLines kLinePrefix{"    ", "C   ", "S # ", "_ _ "};
@@ -40,116 +41,6 @@ static_assert(kStatusCharacters.size() == kSummaryDataStatusCount);
 /// shows the beginning; loops have none, which the C library has always printed like this.
 constexpr std::array kDetailKindNames{"Annotation", "HotSpotHotSpotVectorization", "(null)"};
 
-bool putSurvey(RowText& row, const SummaryItemImpl& item) {
-  const digestio::SurveyDetail* const detail = item.surveyDetail();
-  if (detail == nullptr) return false;
-  const double cpuTime = detail->cpuTime();
-  const int priority = detail->priority();
-  const int id = detail->id();
-  row.fixed(cpuTime, 7).text(" ").integer(priority, 1).text(" ").integer(id, 2).text(" ");
-  return true;
-}
-
-bool putSurveyVectorization(RowText& row, const SummaryItemImpl& item) {
-  const digestio::SurveyVectorizationDetail* const detail = item.surveyVectorizationDetail();
-  if (detail == nullptr) return false;
-  const int state = detail->state();
-  const double selfTime = detail->selfTime();
-  const double totalTime = detail->totalTime();
-  const int id = detail->id();
-  const int priority = detail->priority();
-  row.integer(state, 1).text(" ").fixed(selfTime, 7).text(" ").fixed(totalTime, 7).text(" ");
-  row.integer(id, 6).text(" ").integer(priority, 1).text(" ");
-  return true;
-}
-
-/// The letters that bits 0 to 4 of the flags have under "STCLC": unset, set.
-constexpr std::array<std::array<char, 2>, 5> kFlagLetters{{{'l', 'h'}, {'l', 'h'}, {'n', 'c'}, {'l', 'h'}, {'l', 'h'}}};
-
-using FlagLetters = std::array<char, kFlagLetters.size()>;
-
-FlagLetters lettersOf(std::uint32_t flags) {
-  FlagLetters letters;
-  for (std::size_t bit = 0; bit < letters.size(); ++bit) letters[bit] = kFlagLetters[bit][flags >> bit & 1];
-  return letters;
-}
-
-bool putSuitability(RowText& row, const SummaryItemImpl& item) {
-  const digestio::SuitabilityDetail* const detail = item.suitabilityDetail();
-  if (detail == nullptr) return false;
-  const double selfTime = detail->selfTime();
-  // Gains are modelled for parallel regions as a whole.
-  if (item.annotationKind() != annotation_t::parallel) {
-    row.fixed(selfTime, 6).text("s                          ");
-    return true;
-  }
-  const int cores = detail->cores();
-  const std::uint32_t flags = detail->flags();
-  const double siteMaxGain = detail->siteMaxGain();
-  const double totalMaxGain = detail->totalMaxGain();
-  const FlagLetters letters = lettersOf(flags);
-  row.fixed(selfTime, 6).text("s ").integer(cores, 2).text(" ").text({letters.data(), letters.size()}).text(" ");
-  row.fixed(siteMaxGain, 7).text(" ").fixed(totalMaxGain, 7).text(" ");
-  return true;
-}
-
-bool putCorrectness(RowText& row, const SummaryItemImpl& item) {
-  const digestio::CorrectnessDetail* const detail = item.correctnessDetail();
-  if (detail == nullptr) return false;
-  const long errors = detail->errors();
-  const long first = detail->warnings(0);
-  const long second = detail->warnings(1);
-  row.integer(errors, 7).text(" ").integer(first + second, 7).text(" ");
-  return true;
-}
-
-bool putMap(RowText& row, const SummaryItemImpl& item) {
-  const digestio::MapDetail* const detail = item.mapDetail();
-  if (detail == nullptr) return false;
-  const long unit = detail->strides(0);
-  const long constant = detail->strides(1);
-  const long varying = detail->strides(2);
-  row.integer(unit, 7).text(" / ").integer(constant, 7).text(" / ").integer(varying, 7).text(" ");
-  return true;
-}
-
-struct ColumnGroup {
-  HeaderLines header;  // ragged, and kept so: readers cut these columns by position
-  std::size_t filler;  // blanks in place of a cell; some are narrower than the cell they stand for
-  bool (*putCell)(RowText& row, const SummaryItemImpl& item);  // whether the item has one
-};
-
-constexpr PerKind<ColumnGroup> kGroups{{{
-    {{"Survey      ", " CPU    P   ", " Time   r Id", "_______ _ __"}, 13, putSurvey},
-    {{"SurveyVectorization      ", " Self   Total    P   ", " Time   Time Id r", "_______ _______ ______ _"},
-     20,
-     putSurveyVectorization},
-    {{"         Suitability            ", " Self   Cores /   Site    Total ", " Time      STCLC MaxGain MaxGain",
-      "_______ __ _____ _______ _______"},
-     33,
-     putSuitability},
-    {{"  Dependencies  ", "               ", "Errors  Warning", "_______ _______"}, 16, putCorrectness},
-    {{"  MAP           ", "               ", "Strides", "_______"}, 16, putMap},
-}}};
-
-constexpr bool hasWidths(SummaryDataKind kind, const std::array<std::size_t, kHeaderLines>& widths) {
-  for (std::size_t line = 0; line < kHeaderLines; ++line) {
-    if (kGroups[kind].header[line].size() != widths[line]) return false;
-  }
-  return true;
-}
-static_assert(hasWidths(digestio::kSurvey, {12, 12, 12, 12}));
-static_assert(hasWidths(digestio::kSurveyVectorization, {25, 21, 17, 24}));
-static_assert(hasWidths(digestio::kSuitability, {32, 32, 32, 32}));
-static_assert(hasWidths(digestio::kCorrectness, {16, 15, 15, 15}));
-static_assert(hasWidths(digestio::kMap, {16, 15, 7, 7}));
-
-/// What a table shows of each item.
-struct Columns {
-  bool verbose;
-  PerKind<bool> shown;
-};
-
 void appendHeader(std::string& out, const Columns& columns) {
   for (std::size_t line = 0; line < kHeaderLines; ++line) {
     if (columns.verbose) out += kLinePrefix[line];
@@ -158,7 +49,7 @@ void appendHeader(std::string& out, const Columns& columns) {
       if (!columns.shown[kind]) continue;
       out += '|';
       if (columns.verbose) out += kGroupPrefix[line];
-      out += kGroups[kind].header[line];
+      out += kColumnGroups[kind].header[line];
     }
     out += '\n';
   }
@@ -185,60 +76,131 @@ const char* kindText(const SummaryItemImpl& item) {
   return name != nullptr ? name : "";
 }
 
-constexpr std::size_t kPlaceWidth = 28;
-
 /// The leaf, the line and, where there is one, the column. A long leaf leaves no room for them.
-void readPlace(std::string& text, const sitenotes::locator_t& place) {
-  text.clear();
-  const toolbelt::path_t file = place.get_file();
-  const std::string& leaf = file.get_leaf();
-  if (leaf.empty()) return;
-  text.append(leaf.c_str(), strnlen(leaf.c_str(), kPlaceWidth));
-  text += ':';
-  text += std::to_string(place.get_line());
-  const int column = place.get_column();
-  if (column != 0) text.append(":").append(std::to_string(column));
-}
+class PlaceText {
+ public:
+  static constexpr std::size_t kWidth = 28;
 
-/// `place` is room for a text.
-void putRow(RowText& row, const Columns& columns, const SummaryItemImpl& item, std::string& place) {
+  explicit PlaceText(const sitenotes::locator_t& place) {
+    const toolbelt::path_t& file = place.get_file();
+    const std::string& leaf = file.get_leaf();
+    if (leaf.empty()) return;
+    const std::size_t shown = strnlen(leaf.c_str(), kWidth);
+    std::memcpy(text_.data(), leaf.data(), shown);
+    end_ += shown;
+    putNumber(place.get_line());
+    const int column = place.get_column();
+    if (column != 0) putNumber(column);
+  }
+  [[nodiscard]] std::string_view view() const { return {text_.data(), end_}; }
+
+ private:
+  static constexpr std::size_t kLongestNumber = std::numeric_limits<int>::digits10 + 2;
+
+  void putNumber(int number) {
+    *end_++ = ':';
+    end_ = std::to_chars(end_, text_.end(), number).ptr;
+  }
+
+  std::array<char, kWidth + 2 * (1 + kLongestNumber)> text_;
+  char* end_ = text_.data();
+};
+
+void putRow(RowText& row, const Columns& columns, const SummaryItemImpl& item, const ItemDetails& details) {
   if (columns.verbose) putStatus(row, item.summaryDataStatus(), totalCount(item));
-  readPlace(place, item.place());
   row.piece().left(kindText(item), 13).text(" ").left(item.labelText(), 16).text(" ");
-  row.left(place, kPlaceWidth).text(" ");
+  row.left(PlaceText(item.place()).view(), PlaceText::kWidth).text(" ");
   for (const SummaryDataKind kind : kAllKinds) {
     if (!columns.shown[kind]) continue;
     if (columns.verbose) putStatus(row, item.summaryDataStatus(kind), item.summaryDataCount(kind));
-    if (!kGroups[kind].putCell(row.piece(), item)) row.blanks(kGroups[kind].filler);
+    if (!kColumnGroups[kind].putCell(row.piece(), details, item)) row.blanks(kColumnGroups[kind].filler);
   }
 }
 
-/// The details of an item lie anywhere in memory: they are called for some rows ahead.
-void callFor(const Columns& columns, const SummaryItemImpl* item) {
-  if (item == nullptr) return;
-  for (const SummaryDataKind kind : kAllKinds) {
-    if (columns.shown[kind]) __builtin_prefetch(item->summaryDetail(kind));
+/// Walks over a list whose items lie anywhere in memory, as do their details and what those answer. Each is called into
+/// the cache some rows before it is read.
+class RowWalk {
+ public:
+  RowWalk(const SummaryItems& items, const Columns& columns) : items_(items), columns_(columns) {}
+
+  /// Calls `put` with each item and what the analyses say of it.
+  template <class Put>
+  void forEachRow(const Put& put) {
+    for (std::size_t far = 0; far < items_.size() + 3 * kStep; ++far) {
+      if (far < items_.size()) items_.call(far);
+      callDetails(far - kStep);
+      ItemDetails& details = asked_[far % kStep];
+      if (const SummaryItemImpl* const item = at(far - 3 * kStep)) put(*item, details);
+      ask(details, at(far - 2 * kStep));
+    }
   }
+
+ private:
+  static constexpr std::size_t kStep = 4;
+
+  /// Null where the list has none, also before its beginning.
+  [[nodiscard]] const SummaryItemImpl* at(std::size_t index) const {
+    return index < items_.size() ? items_[index] : nullptr;
+  }
+  /// What a detail answers may stand behind its first cache line.
+  static void callDetail(const digestio::SummaryDetail* detail) {
+    constexpr std::size_t kCacheLine = 64;
+    if (detail == nullptr) return;
+    __builtin_prefetch(detail);
+    __builtin_prefetch(reinterpret_cast<const char*>(detail) + kCacheLine);
+  }
+  void callDetails(std::size_t index) const {
+    const SummaryItemImpl* const item = at(index);
+    if (item == nullptr) return;
+    __builtin_prefetch(item->labelText().data());
+    for (const SummaryDataKind kind : kAllKinds) {
+      if (columns_.shown[kind]) callDetail(item->summaryDetail(kind));
+    }
+  }
+  void ask(ItemDetails& details, const SummaryItemImpl* item) const {
+    if (item == nullptr) return;
+    for (const SummaryDataKind kind : kAllKinds) {
+      if (columns_.shown[kind]) kColumnGroups[kind].ask(details, *item);
+    }
+  }
+
+  const SummaryItems& items_;
+  const Columns& columns_;
+  std::array<ItemDetails, kStep> asked_;
+};
+
+/// Has the kernel give the room of a long text in huge pages, where it has them: small ones take it long to hand out.
+void askForHugePages(std::string& text) noexcept {
+  constexpr std::size_t kPage = 4096;
+  constexpr std::size_t kLong = std::size_t{4} << 20;
+  if (text.capacity() < kLong) return;
+  void* room = text.data();
+  std::size_t size = text.capacity();
+  if (std::align(kPage, kLong / 2, room, size) != nullptr) madvise(room, size / kPage * kPage, MADV_HUGEPAGE);
 }
+
+/// Rows may be wider than the headings over them; memory that stays unused costs nothing.
 constexpr std::size_t kSlack = 32;
 
 }  // namespace
 
+void appendTable(std::string& out, const SummaryItems& items, const Columns& columns) {
+  const std::size_t begin = out.size();
+  appendHeader(out, columns);
+  const std::size_t width = (out.size() - begin) / kHeaderLines + kSlack;
+  out.reserve(out.size() + items.size() * width);
+  askForHugePages(out);
+  RowText row;
+  RowWalk(items, columns).forEachRow([&](const SummaryItemImpl& item, const ItemDetails& details) {
+    putRow(row, columns, item, details);
+    row.endLine(out);
+  });
+}
+
 std::string SummaryItems::asString(bool verbose, bool survey, bool surveyVectorization, bool suitability,
                                    bool correctness, bool map) const {
-  const Columns columns{verbose, {{survey, surveyVectorization, suitability, correctness, map}}};
   std::string out;
-  appendHeader(out, columns);
-  // Rows may be wider than the header over them; memory that stays unused costs nothing.
-  out.reserve(out.size() + items_.size() * (out.size() / kHeaderLines + kSlack));
-  RowText row;
-  std::string place;
-  for (std::size_t i = 0; i < items_.size(); ++i) {
-    callFor(columns, i + kStep < items_.size() ? items_[i + kStep].get() : nullptr);
-    if (items_[i] == nullptr) continue;
-    putRow(row, columns, *items_[i], place);
-    row.endLine(out);
-  }
+  appendTable(out, *this, {verbose, {{survey, surveyVectorization, suitability, correctness, map}}});
   return out;
 }
 

@@ -8,6 +8,7 @@
 
 #include "names.h"
 #include "view/FormattedPiece.h"
+#include "view/ItemTable.h"
 #include "view/Orderings.h"
 
 namespace kelvar_2_1_7 {
@@ -87,11 +88,10 @@ void appendSettings(std::string& out, const SummaryReport& report) {
   out += "\n\n";
 }
 
-void appendTable(std::string& out, const SummaryReport& report, bool verbose) {
-  const auto present = [&](SummaryDataKind kind) { return report.statuses[kind] != kNotPresent; };
-  out +=
-      report.items.asString(verbose, present(digestio::kSurvey), present(digestio::kSurveyVectorization),
-                            present(digestio::kSuitability), present(digestio::kCorrectness), present(digestio::kMap));
+Columns columnsOf(const SummaryReport& report, bool verbose) {
+  Columns columns{verbose, {}};
+  for (const SummaryDataKind kind : kAllKinds) columns.shown[kind] = report.statuses[kind] != kNotPresent;
+  return columns;
 }
 
 }  // namespace
@@ -99,7 +99,7 @@ void appendTable(std::string& out, const SummaryReport& report, bool verbose) {
 std::string SummaryReport::asString(bool verbose) const {
   std::string out;
   if (verbose) appendSettings(out, *this);
-  appendTable(out, *this, verbose);
+  appendTable(out, items, columnsOf(*this, verbose));
   appendPiece<kPieceSize>(out, "\nnum procs: %d\nparadigm: %d\nprog max gain: %f\n", processors, threadingParadigm,
                           programMaxGain);
   appendPiece<kPieceSize>(out, "\naggregate results: %d\n", aggregate.resultCount());

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <random>
@@ -52,6 +53,10 @@ TEST(RowText, PrintsNumbersAsTheCLibraryDoes) {
   for (int i = 0; i < 20000; ++i) {
     numbers.push_back(std::bit_cast<double>(engine()));
     numbers.push_back(static_cast<double>(static_cast<std::int64_t>(engine() >> 40)) / 1000);
+    // Halfway between two hundredths, as near as a double comes to it, and beside it.
+    const double halfway = static_cast<double>(i - 10000) / 200;
+    for (const double towards : {halfway, Limits::infinity(), -Limits::infinity()})
+      numbers.push_back(std::nextafter(halfway, towards));
   }
   for (const double number : numbers) {
     ASSERT_EQ(row([&](RowText& text) { text.fixed(number, 7).text("|").fixed(number, 6).text("s"); }),

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "PerKind.h"
+#include "items/SummaryItems.h"
+
+namespace kelvar_2_1_7 {
+
+/// What a table shows of each item.
+struct Columns {
+  bool verbose;
+  PerKind<bool> shown;  // the groups of these analyses
+};
+
+/// Writes a list as a fixed-width table behind `out`: a line for each item under four lines of headings.
+void appendTable(std::string& out, const SummaryItems& items, const Columns& columns);
+
+}  // namespace kelvar_2_1_7
