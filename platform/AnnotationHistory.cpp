@@ -57,8 +57,8 @@ std::size_t SequenceIndex::find(unsigned long sequence) const noexcept {
 void AnnotationHistory::append(const EditRow& row) {
   Annotation* annotation = nullptr;
   if (row.alive) {
-    if (file_.get_text() != row.file) file_ = toolbelt::path_t(row.file);
-    annotation = &annotations_.emplace_back(sitenotes::locator_t(file_, row.line, row.column), row);
+    const sitenotes::locator_t place(files_.of(row.file), row.line, row.column);
+    annotation = &annotations_.emplace_back(place, row);
   }
   // cppcheck-suppress danglingTemporaryLifetime; the annotation is the deque's
   edits_.push_back({row.revision, static_cast<unsigned long>(row.sequence), annotation});

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "EditTable.h"
+#include "KnownPaths.h"
 #include "sitenotes.h"
 
 namespace kelvar_platform {
@@ -72,7 +73,7 @@ class AnnotationHistory {
 
   Annotations annotations_;
   std::vector<Edit> edits_;
-  toolbelt::path_t file_;  // of the newest edit: neighbours mostly lie in one file
+  KnownPaths files_;
 };
 
 /// The sites as one revision has them. Has no states of its own.

@@ -1,8 +1,10 @@
 #include <algorithm>
+#include <array>
 #include <boost/endian/conversion.hpp>
 #include <boost/unordered/unordered_flat_map.hpp>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <new>
@@ -17,12 +19,15 @@ static_assert(std::is_trivially_copyable_v<path_t> && sizeof(path_t) == sizeof(v
 
 namespace {
 
-/// The first eight bytes as a number that orders as they do; a shorter text is filled up with zero bytes, so two
-/// texts of one prefix may still differ.
-std::uint64_t prefixOf(std::string_view text) noexcept {
-  std::uint64_t prefix = 0;
-  if (!text.empty()) std::memcpy(&prefix, text.data(), std::min(text.size(), sizeof prefix));
-  return boost::endian::big_to_native(prefix);
+/// How a text begins, as numbers that order as its bytes do. A shorter text is filled up with zero bytes, so two texts
+/// that begin alike may still differ.
+using Beginning = std::array<std::uint64_t, 3>;
+
+Beginning beginningOf(std::string_view text) noexcept {
+  Beginning words{};
+  if (!text.empty()) std::memcpy(words.data(), text.data(), std::min(text.size(), sizeof words));
+  for (std::uint64_t& word : words) word = boost::endian::big_to_native(word);
+  return words;
 }
 
 std::string_view leafOf(std::string_view path) noexcept {
@@ -36,14 +41,11 @@ int signOf(int order) noexcept {
 }  // namespace
 
 /// What the process knows of one text. Stays where it is and never goes, since paths may outlive everything else.
-/// What a comparison reads comes first and lies in one cache line.
+/// What a comparison reads comes first and lies in one cache line, all of most leaves too.
 struct alignas(64) path_t::Entry {
   /// `interned` is the entry of this path's leaf; null for a path that is its own leaf.
   Entry(std::string_view path, const Entry* interned)
-      : leaf(interned != nullptr ? interned : this),
-        leafPrefix(prefixOf(leafOf(path))),
-        prefix(prefixOf(path)),
-        text(path) {}
+      : leaf(interned != nullptr ? interned : this), leafBeginning(beginningOf(leafOf(path))), text(path) {}
   Entry(const Entry&) = delete;  // an entry is known by its address
   Entry& operator=(const Entry&) = delete;
 
@@ -51,8 +53,7 @@ struct alignas(64) path_t::Entry {
   static const Entry* intern(std::string_view text);
 
   const Entry* leaf;
-  std::uint64_t leafPrefix;
-  std::uint64_t prefix;
+  Beginning leafBeginning;
   std::string text;
 };
 
@@ -78,7 +79,7 @@ class Pool {
 
  private:
   mutable std::shared_mutex mutex_;
-  boost::unordered_flat_map<std::string_view, std::unique_ptr<const Entry>> entries_;
+  boost::unordered_flat_map<std::string_view, std::unique_ptr<const Entry>, std::hash<std::string_view>> entries_;
 };
 
 }  // namespace
@@ -118,16 +119,14 @@ int path_t::compare_leaf(const path_t& other) const noexcept {
   const Entry& a = *entry_;
   const Entry& b = *other.entry_;
   if (a.leaf == b.leaf) return 0;
-  if (a.leafPrefix != b.leafPrefix) return a.leafPrefix < b.leafPrefix ? -1 : 1;
+  for (std::size_t i = 0; i < a.leafBeginning.size(); ++i) {
+    if (a.leafBeginning[i] != b.leafBeginning[i]) return a.leafBeginning[i] < b.leafBeginning[i] ? -1 : 1;
+  }
   return signOf(a.leaf->text.compare(b.leaf->text));
 }
 
 int path_t::compare(const path_t& other) const noexcept {
-  const Entry& a = *entry_;
-  const Entry& b = *other.entry_;
-  if (&a == &b) return 0;
-  if (a.prefix != b.prefix) return a.prefix < b.prefix ? -1 : 1;
-  return signOf(a.text.compare(b.text));
+  return entry_ == other.entry_ ? 0 : signOf(entry_->text.compare(other.entry_->text));
 }
 
 }  // namespace toolbelt
