@@ -4,6 +4,7 @@
 
 #include "CollectionReader.h"
 #include "Diagnosis.h"
+#include "ReadAhead.h"
 
 namespace kelvar_platform {
 
@@ -19,7 +20,9 @@ std::string_view Collection::keep(std::string_view text) {
 // cppcheck-suppress passedByValue; the interface has it so
 digestio::SummaryCollection* digestio::SummaryCollection::load(std::string path) {
   try {
-    return kelvar_platform::readCollection(path + "/collection.json").release();
+    if (auto collection = kelvar_platform::ReadAhead::take(path)) return collection.release();
+    kelvar_platform::JsonReader reader;
+    return kelvar_platform::readCollection(path, reader).release();
   } catch (const kelvar_platform::ReadError& error) {
     kelvar_platform::note(error.refusal());
     return nullptr;

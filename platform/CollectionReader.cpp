@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "JsonFields.h"
+#include "KnownPaths.h"
 #include "ResultKinds.h"
 
 namespace kelvar_platform {
@@ -50,7 +51,7 @@ constexpr std::array<JsonField<MapRecord>, 1> kMapFields{{
 struct Reading {
   Collection& collection;
   DetailFields detail;
-  toolbelt::path_t lastFile;  ///< neighbours mostly lie in one file: asking for its path again is dear
+  KnownPaths files;
 };
 
 void readLabel(JsonReader& in, JsonValue& value, Reading& out) {
@@ -58,9 +59,7 @@ void readLabel(JsonReader& in, JsonValue& value, Reading& out) {
 }
 
 void readFile(JsonReader& in, JsonValue& value, Reading& out) {
-  const std::string_view text = in.text(value);
-  if (text != out.lastFile.get_text()) out.lastFile = toolbelt::path_t(text);
-  out.detail.file = out.lastFile;
+  out.detail.file = out.files.of(in.text(value));
 }
 
 template <auto member, std::int64_t max>
@@ -127,10 +126,14 @@ constexpr std::array<JsonField<Reading>, 8> kCollectionFields{{
 
 }  // namespace
 
-std::unique_ptr<Collection> readCollection(const std::string& file) {
+std::string collectionFile(const std::string& result) {
+  return result + "/collection.json";
+}
+
+std::unique_ptr<Collection> readCollection(const std::string& result, JsonReader& in) {
   auto collection = std::make_unique<Collection>();
-  Reading reading{.collection = *collection, .detail = {}, .lastFile = {}};
-  JsonReader(file).readDocument(kCollectionFields, reading);
+  Reading reading{.collection = *collection, .detail = {}, .files = {}};
+  in.readDocument(collectionFile(result), kCollectionFields, reading);
   return collection;
 }
 

@@ -2,12 +2,14 @@
 
 #include <fcntl.h>
 #include <simdjson.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <new>
 
 #include "Diagnosis.h"
 #include "FileDescriptor.h"
@@ -15,6 +17,10 @@
 namespace kelvar_platform {
 
 namespace {
+
+/// The kernel clears a huge page at once, where each of its small ones would cost a fault of its own.
+constexpr std::size_t kHugePage = std::size_t{2} << 20;
+constexpr std::align_val_t kAlignment{kHugePage};
 
 [[noreturn]] void refuse(const std::string& file, std::string expected) {
   throw ReadError({.file = file, .place = {}, .expected = std::move(expected)});
@@ -55,18 +61,31 @@ std::size_t readUpTo(char* out, std::size_t size, const FileDescriptor& opened, 
 
 }  // namespace
 
-FileText::FileText(const std::string& file) {
-  const FileDescriptor opened = openForReading(file);
-  size_ = sizeOf(opened, file);
-  text_ = std::make_unique_for_overwrite<char[]>(allocated());
-  // One byte more than there was, so that a file that grew is noticed as well as one that shrank.
-  if (readUpTo(text_.get(), size_ + 1, opened, file) != size_)
-    refuse(file, "a file that stays as it is while it is read");
-  std::fill_n(text_.get() + size_, simdjson::SIMDJSON_PADDING, '\0');
+void FileText::Free::operator()(char* memory) const noexcept {
+  ::operator delete(memory, kAlignment);
 }
 
-std::size_t FileText::allocated() const noexcept {
-  return size_ + simdjson::SIMDJSON_PADDING;
+void FileText::makeRoom(std::size_t size) {
+  size += simdjson::SIMDJSON_PADDING;
+  if (size <= allocated_) return;
+  allocated_ = 0;
+  memory_.reset();  // first, so that the old and the new are never there at once
+  memory_.reset(static_cast<char*>(::operator new(size, kAlignment)));
+  allocated_ = size;
+  // Where there are no huge pages, small ones do.
+  if (size >= kHugePage) ::madvise(memory_.get(), size, MADV_HUGEPAGE);
+}
+
+void FileText::read(const std::string& file) {
+  size_ = 0;
+  const FileDescriptor opened = openForReading(file);
+  const std::size_t size = sizeOf(opened, file);
+  makeRoom(size);
+  // One byte more than there was, so that a file that grew is noticed as well as one that shrank.
+  if (readUpTo(memory_.get(), size + 1, opened, file) != size)
+    refuse(file, "a file that stays as it is while it is read");
+  std::fill_n(memory_.get() + size, simdjson::SIMDJSON_PADDING, '\0');
+  size_ = size;
 }
 
 }  // namespace kelvar_platform

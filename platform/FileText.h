@@ -13,16 +13,25 @@ class FileText {
   /// What the parser's 32-bit offsets reach.
   static constexpr std::size_t kMaxSize = 0xFFFFFFFF;
 
-  /// Reads all of `file`. Throws a ReadError where it is no file that can be read, or changes meanwhile.
-  explicit FileText(const std::string& file);
+  /// Reads all of `file` in place of what was read before, in the same memory where it suffices. Throws a ReadError
+  /// where it is no file that can be read, or changes meanwhile; there is no text then.
+  void read(const std::string& file);
 
-  [[nodiscard]] std::string_view view() const noexcept { return {text_.get(), size_}; }
+  [[nodiscard]] std::string_view view() const noexcept { return {memory_.get(), size_}; }
   /// The size with what follows the text.
-  [[nodiscard]] std::size_t allocated() const noexcept;
+  [[nodiscard]] std::size_t allocated() const noexcept { return allocated_; }
 
  private:
-  std::size_t size_;
-  std::unique_ptr<char[]> text_;
+  struct Free {
+    void operator()(char* memory) const noexcept;
+  };
+
+  /// Sees to it that there is room for so many bytes and what follows them.
+  void makeRoom(std::size_t size);
+
+  std::size_t size_ = 0;
+  std::size_t allocated_ = 0;
+  std::unique_ptr<char[], Free> memory_;
 };
 
 }  // namespace kelvar_platform

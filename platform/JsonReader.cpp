@@ -81,15 +81,17 @@ std::string integerFrom(const std::string& min, const std::string& max) {
 
 }  // namespace
 
-JsonReader::JsonReader(const std::string& file) : file_(file), text_(file) {}
-
 JsonReader::Container::Container(JsonReader& reader) : reader_(reader) {
   constexpr std::size_t kMaxDepth = JsonPlace::kMaxDepth;
   if (reader.place_.depth() == kMaxDepth) reader.refuse("a nesting of at most " + std::to_string(kMaxDepth));
   reader.place_.enter();
 }
 
-JsonReader::Object JsonReader::openDocument() {
+JsonReader::Object JsonReader::openDocument(const std::string& file) {
+  file_ = file;
+  text_.read(file);
+  unescaped_.release();
+  unknownKeys_.clear();  // a refusal leaves them
   const std::string_view text = text_.view();
   auto error = parser_.iterate(text.data(), text.size(), text_.allocated()).get(document_);
   if (error == simdjson::MEMALLOC) throw std::bad_alloc();

@@ -28,19 +28,19 @@ struct JsonField {
   bool required = false;
 };
 
-/// Walks one JSON file from its first byte to its last, every value once and in the order of the file. Strict: what a
+/// Walks a JSON file from its first byte to its last, every value once and in the order of the file. Strict: what a
 /// known key holds must be as it is asked for, and what is ignored must still be JSON, with no key twice in one object.
-/// Whatever does not fit throws a ReadError that names the place.
+/// Whatever does not fit throws a ReadError that names the place. One file after the other may be read, in memory that
+/// is kept for the next: to clear that anew would cost as much as reading into it.
 class JsonReader {
  public:
-  /// Reads the file into memory.
-  explicit JsonReader(const std::string& file);
+  JsonReader() = default;
   JsonReader(const JsonReader&) = delete;  // values point into it
   JsonReader& operator=(const JsonReader&) = delete;
 
-  /// The file's one object, up to the end of the file. Called once.
+  /// The one object of `file`, up to the end of the file.
   template <class Record, std::size_t N>
-  void readDocument(const std::array<JsonField<Record>, N>& fields, Record& out);
+  void readDocument(const std::string& file, const std::array<JsonField<Record>, N>& fields, Record& out);
   template <class Record, std::size_t N>
   void readObject(JsonValue& value, const std::array<JsonField<Record>, N>& fields, Record& out);
   /// Calls `onElement` with each value of a list.
@@ -53,7 +53,7 @@ class JsonReader {
   double finite(JsonValue& value);
   std::int64_t integer(JsonValue& value, std::int64_t min, std::int64_t max);
   std::uint64_t unsigned64(JsonValue& value);
-  /// Valid as long as this reader.
+  /// Valid until the next document is read.
   std::string_view text(JsonValue& value);
 
   /// Throws: at the place of the value that is being read, `expected` was expected.
@@ -73,7 +73,7 @@ class JsonReader {
   };
   using Object = simdjson::ondemand::object;
 
-  Object openDocument();
+  Object openDocument(const std::string& file);
   void closeDocument();
   Object asObject(JsonValue& value);
   simdjson::ondemand::array asList(JsonValue& value);
@@ -109,8 +109,8 @@ void JsonReader::take(simdjson::simdjson_result<T> result, T& out) {
 }
 
 template <class Record, std::size_t N>
-void JsonReader::readDocument(const std::array<JsonField<Record>, N>& fields, Record& out) {
-  readFields(openDocument(), fields, out);
+void JsonReader::readDocument(const std::string& file, const std::array<JsonField<Record>, N>& fields, Record& out) {
+  readFields(openDocument(file), fields, out);
   closeDocument();
 }
 

@@ -35,7 +35,7 @@ class ResultDirectory final : public resdir::IResultDirectory {
  public:
   /// Throws a ReadError where the directory's result.json does not fit.
   explicit ResultDirectory(const std::string& path) : path_(path) {
-    JsonReader(path + "/result.json").readDocument(kRunFields, run_);
+    JsonReader().readDocument(path + "/result.json", kRunFields, run_);
   }
 
   const char* hostName() override { return textOrNull(run_.hostName); }

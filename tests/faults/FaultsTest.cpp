@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <fstream>
 
 #include "support/Command.h"
 
@@ -27,6 +28,12 @@ class Faults : public testing::Test {
               0);
   }
 
+  /// Makes the collections so large that they are read ahead, on a thread of their own.
+  void enlarge() const {
+    for (const char* result : {"survey", "dependencies"}) {
+      std::ofstream(folder() / result / "collection.json", std::ios::app) << std::string(std::size_t{1} << 20, ' ');
+    }
+  }
   [[nodiscard]] fs::path folder() const { return scratch_.path("p"); }
   [[nodiscard]] Outcome shell(const std::string& line) const { return shellIn(scratch_.path(), line); }
   [[nodiscard]] std::string listed() const { return shell("kelvar annotate p/annotations.db list").out; }
@@ -70,6 +77,16 @@ TEST_F(Faults, AReportIsWholeOrSaysWhatItLacks) {
   for (const int error : {EIO, EMFILE, EINTR}) EXPECT_GT(atFaults(call(error), "report p --verbose", check), 20);
   // Part of a read or a write is not the whole.
   EXPECT_EQ(withFault("short", "report p --verbose").out, whole);
+}
+
+TEST_F(Faults, AReportOfWhatIsReadAheadIsWholeTooOrSaysWhatItLacks) {
+  enlarge();
+  const std::string whole = shell("kelvar report p --verbose").out;
+  const auto check = [&](const Outcome& outcome) {
+    EXPECT_TRUE(outcome.status != 0 || outcome.out == whole) << outcome.out;
+  };
+  EXPECT_GT(atFaults(kAllocation, "report p --verbose", check), 50);
+  EXPECT_GT(atFaults(call(EIO), "report p --verbose", check), 20);
 }
 
 TEST_F(Faults, AnEditIsDoneOrNot) {
@@ -163,6 +180,7 @@ TEST_F(Faults, AFullDeviceKeepsWhatStandsOnIt) {
 }
 
 TEST_F(Faults, MemoryThatDoesNotSufficeIsSaid) {
+  enlarge();
   const std::string whole = shell("kelvar report p").out;
   for (int kilobytes = 8192; kilobytes < 65536; kilobytes += 4096) {
     const Outcome outcome = shell("ulimit -v " + std::to_string(kilobytes) + R"( && exec "$1" report p)");

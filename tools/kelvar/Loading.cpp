@@ -1,6 +1,7 @@
 #include "Loading.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -8,6 +9,7 @@
 #include "Diagnosis.h"
 #include "Messages.h"
 #include "Names.h"
+#include "ReadAhead.h"
 #include "kelvar/SummaryDataLoader.h"
 
 namespace kelvar_tool {
@@ -55,6 +57,14 @@ class Context final : public SummaryDataLoader::IFinalizeTaskContext {
   boost::shared_ptr<SummaryDataLoader::IDataFromCollector> collector_;
 };
 
+// As the loader asks for them.
+std::vector<std::string> inOrder(const Results& results) {
+  std::vector<std::string> paths;
+  std::copy_if(results.begin(), results.end(), std::back_inserter(paths),
+               [](const auto& path) { return !path.empty(); });
+  return paths;
+}
+
 void append(std::vector<Refusal>& refusals, const Refusal& refusal) {
   if (std::find(refusals.begin(), refusals.end(), refusal) == refusals.end()) refusals.push_back(refusal);
 }
@@ -99,6 +109,7 @@ void refuseStrangers(const kelvar::SummaryData& data, const Results& results, st
 Loaded load(const Pieces& pieces) {
   Progress progress;
   std::vector<Refusal> refusals;
+  const kelvar_platform::ReadAhead readAhead(inOrder(pieces.results));
   if (!pieces.annotations.empty()) progress.show("reading " + pieces.annotations);
   const Database database = openAnnotations(pieces.annotations, refusals);
 

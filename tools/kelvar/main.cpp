@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <exception>
 #include <new>
@@ -67,7 +68,7 @@ void sayOutOfMemory() noexcept {
   static_cast<void>(writeAll(STDERR_FILENO, "kelvar: out of memory\n"));
 }
 
-bool memoryRanOut = false;
+std::atomic<bool> memoryRanOut = false;  // on whichever thread
 
 /// Libraries that we use allocate where they promise not to throw: what would then end the program without a word is
 /// said like everywhere else.
