@@ -37,7 +37,8 @@ void registerJoin(std::size_t sites) {
   measure(
       "join", sites, items, [=] { return listsToJoin(sites); },
       [](Lists& lists) {
-        kelvar_2_1_7::join(lists.list, lists.incoming);
+        kelvar_2_1_7::JoinMemory memory;
+        kelvar_2_1_7::join(lists.list, lists.incoming, memory);
         return &lists;
       });
   measure(

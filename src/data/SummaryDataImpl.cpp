@@ -57,7 +57,7 @@ void SummaryData::Impl::takeState(sitenotes::scanner_t& scanner, const std::stri
 }
 
 SummaryDataStatus SummaryData::Impl::mergeCollections(SummaryItems& incoming) {
-  const SummaryDataStatus status = join(visibleItems_, incoming);
+  const SummaryDataStatus status = join(visibleItems_, incoming, joinMemory_);
   viewValid_ = false;
   view_.itemsChanged();
   return status;
@@ -96,6 +96,7 @@ void SummaryData::Impl::setSuitabilityProjectOptions(digestio::SuitabilityProjec
 
 void SummaryData::Impl::mappingValid() {
   if (viewValid_) return;
+  joinMemory_.clear();
   view_.rebuild(settings_, visibleItems_, hiddenItems_);
   viewValid_ = true;
 }

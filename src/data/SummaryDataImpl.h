@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "PerKind.h"
+#include "items/JoinMemory.h"
 #include "items/RecordedSites.h"
 #include "items/SummaryItems.h"
 #include "kelvar/SummaryData.h"
@@ -66,6 +67,7 @@ class __attribute__((visibility("hidden"))) SummaryData::Impl {  // else exporte
   PerKind<AggregateSummaryResultImpl> kindResults_;
   SummaryItems visibleItems_;  // in view order once the view is valid
   SummaryItems hiddenItems_;
+  JoinMemory joinMemory_;  // of the visible items
   PerKind<SummaryDataStatus> kindStatus_{};
   std::vector<std::unique_ptr<SummaryResultImpl>> results_;
 };

@@ -15,7 +15,8 @@ bool sameSite(const SummaryItemImpl& a, const SummaryItemImpl& b) {
 
 void SummaryItems::exactMerge(digestio::SummaryDataKind kind) {
   sort(kind == digestio::kSurveyVectorization ? kSortSurveyVectorizationSelfTime : kSortLocator);
-  foldNeighbours(*this, sameSite, [this](value_type& into, value_type& from) {
+  const auto isNew = [](std::size_t) { return true; };
+  foldNeighbours(*this, isNew, sameSite, [this](value_type& into, value_type& from) {
     own(into).merge(*from);
     from.reset();
   });

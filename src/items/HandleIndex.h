@@ -2,6 +2,7 @@
 
 #include <boost/unordered/unordered_flat_map.hpp>
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 namespace kelvar_2_1_7 {
@@ -12,16 +13,23 @@ class SummaryItemImpl;
 /// rule: then a handle is a place in an array.
 class HandleIndex {
  public:
-  explicit HandleIndex(std::size_t itemCount) noexcept : denseEnd_(kGaps * itemCount) {}
+  explicit HandleIndex(std::size_t itemCount = 0) noexcept : denseEnd_(kGaps * itemCount) {}
 
   void name(unsigned long handle, SummaryItemImpl& item) {
-    if (handle >= denseEnd_) {
-      sparse_.insert_or_assign(handle, &item);
-      return;
-    }
-    if (handle >= dense_.size()) dense_.resize(handle + 1, nullptr);
-    dense_[handle] = &item;
+    SummaryItemImpl* const before = std::exchange(placeOf(handle), &item);
+    if (before != nullptr && before != &item) hasTwins_ = true;
   }
+  /// The handle names the item no more, if it did.
+  void forget(unsigned long handle, const SummaryItemImpl& item) noexcept {
+    if (find(handle) != &item) return;
+    if (handle < dense_.size()) {
+      dense_[handle] = nullptr;
+    } else {
+      sparse_.erase(handle);
+    }
+  }
+  /// Whether a handle ever named a second item while it named a first one.
+  [[nodiscard]] bool hasTwins() const noexcept { return hasTwins_; }
 
   /// Null for a handle that names none.
   [[nodiscard]] SummaryItemImpl* find(unsigned long handle) const {
@@ -37,9 +45,16 @@ class HandleIndex {
  private:
   static constexpr std::size_t kGaps = 4;
 
+  SummaryItemImpl*& placeOf(unsigned long handle) {
+    if (handle >= denseEnd_) return sparse_[handle];
+    if (handle >= dense_.size()) dense_.resize(handle + 1, nullptr);
+    return dense_[handle];
+  }
+
   std::size_t denseEnd_;
   std::vector<SummaryItemImpl*> dense_;
   boost::unordered_flat_map<unsigned long, SummaryItemImpl*> sparse_;
+  bool hasTwins_ = false;
 };
 
 }  // namespace kelvar_2_1_7

@@ -49,8 +49,8 @@ bool sameSite(const SummaryItemImpl& a, const SummaryItemImpl& b) {
 
 }  // namespace
 
-SummaryDataStatus join(SummaryItems& list, SummaryItems& incoming) {
-  JoinedItems joined(list);
+SummaryDataStatus join(SummaryItems& list, SummaryItems& incoming, JoinMemory& memory) {
+  JoinedItems joined(list, memory);
   const SummaryDataStatus match = matchByHandle(joined, incoming);
   SummaryItems().swap(incoming);  // a large part of the memory that a result takes
   joined.fold(sameSite);

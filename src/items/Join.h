@@ -1,5 +1,6 @@
 #pragma once
 
+#include "JoinMemory.h"
 #include "SummaryItems.h"
 #include "kelvar/SummaryTypes.h"
 
@@ -10,6 +11,7 @@ namespace kelvar_2_1_7 {
 /// 3 if all met one but lines differed, 2 if any met none.
 /// Items of `list` that the result changes are replaced by new ones. When an exception passes, `list` is as it was.
 /// `incoming` is used up either way: what is left in it, if anything, may only be destroyed.
-SummaryDataStatus join(SummaryItems& list, SummaryItems& incoming);
+/// `memory` holds what an earlier join left there, if it was of this list and nobody has touched that since.
+SummaryDataStatus join(SummaryItems& list, SummaryItems& incoming, JoinMemory& memory);
 
 }  // namespace kelvar_2_1_7

@@ -8,25 +8,30 @@ namespace kelvar_2_1_7 {
 
 using InJoin = SummaryItemImpl::InJoin;
 
-JoinedItems::JoinedItems(SummaryItems& list, OfLent) : list_(list), byHandle_(list.size()) {
+JoinedItems::JoinedItems(SummaryItems& list, JoinMemory& memory, OfLent)
+    : list_(list),
+      memory_(memory),
+      byHandle_(memory.byHandle ? std::move(*memory.byHandle) : HandleIndex(list.size())),
+      inOrder_(memory.byHandle.has_value()),
+      loose_(std::move(memory.loose)) {
+  memory.clear();
   lent_.reserve(list.size());
   items_.reserve(list.size());
-  retired_.reserve(list.size());  // none retires twice
   for (SummaryItems::value_type& entry : list) {
     lent_.push_back(entry.get());
     if (entry) items_.append(std::move(entry));
   }
 }
 
-JoinedItems::JoinedItems(SummaryItems& list) : JoinedItems(list, OfLent()) {
-  for (std::size_t index = 0; index < items_.size(); ++index) {
-    items_.callAhead(index);
-    SummaryItemImpl& item = *items_[index];
-    if (item.inJoin() != InJoin::kLeft) item.setInJoin(InJoin::kLeft);  // what an earlier join made of it
-    if (!item.isLikeItsCopy()) {
-      keep(item);
-      item.becomeLikeItsCopy();
-    }
+JoinedItems::JoinedItems(SummaryItems& list, JoinMemory& memory) : JoinedItems(list, memory, OfLent()) {
+  if (inOrder_) {
+    for (const std::size_t slot : loose_) lookAt(*items_[slot]);
+    return;
+  }
+  for (std::size_t slot = 0; slot < items_.size(); ++slot) {
+    items_.callAhead(slot);
+    SummaryItemImpl& item = *items_[slot];
+    lookAt(item);
     if (item.hasAnnotation() && item.handle() != 0) byHandle_.name(item.handle(), item);
   }
 }
@@ -34,9 +39,6 @@ JoinedItems::JoinedItems(SummaryItems& list) : JoinedItems(list, OfLent()) {
 JoinedItems::~JoinedItems() {
   if (lent_.empty()) return;
   for (std::size_t index = 0; index < changed_.size(); ++index) changed_[index]->takeBack(*before_[index]);
-  for (SummaryItemImpl* const item : lent_) {
-    if (item != nullptr) item->setInJoin(InJoin::kLeft);  // an earlier join may have added it
-  }
   for (SummaryItems* const list : {&items_, &retired_}) {
     for (SummaryItems::value_type& entry : *list) {
       if (entry && entry->inJoin() != InJoin::kAdded) static_cast<void>(entry.release());
@@ -47,6 +49,12 @@ JoinedItems::~JoinedItems() {
   }
 }
 
+void JoinedItems::lookAt(SummaryItemImpl& item) {
+  if (item.isLikeItsCopy()) return;
+  keep(item);
+  item.becomeLikeItsCopy();
+}
+
 void JoinedItems::keep(SummaryItemImpl& item) {
   if (item.inJoin() != InJoin::kLeft) return;
   before_.make(SummaryItemImpl::StateOf{item});
@@ -55,27 +63,69 @@ void JoinedItems::keep(SummaryItemImpl& item) {
 }
 
 void JoinedItems::append(const SummaryItemImpl& item) {
-  items_.make(SummaryItemImpl::CopyOf{item}).setInJoin(InJoin::kAdded);
+  SummaryItemImpl& added = items_.make(SummaryItemImpl::CopyOf{item});
+  added.setInJoin(InJoin::kAdded);
+  added_.push_back(&added);
 }
 
 void JoinedItems::merge(SummaryItemImpl& into, const SummaryItemImpl& other) {
   if (!into.gainsFrom(other)) return;
   keep(into);
   into.merge(other);
+  // It may stand elsewhere now, and have another handle.
+  if (!into.isLikeItsCopy()) inOrder_ = remembers_ = false;
 }
 
-void JoinedItems::fold(bool (*sameSite)(const SummaryItemImpl& a, const SummaryItemImpl& b)) {
-  items_.sort(kSortKind);
-  foldNeighbours(items_, sameSite, [this](SummaryItems::value_type& into, SummaryItems::value_type& from) {
-    keep(*into);
-    into->merge(*from);
-    from->inJoin() == InJoin::kAdded ? from.reset() : retired_.append(std::move(from));
-  });
+void JoinedItems::fold(SameSite sameSite) {
+  nameAdded();
+  const std::vector<bool> isNew = sort();
+  retired_.reserve(items_.size());  // none retires twice
+  const auto takeIn = [this](SummaryItems::value_type& into, SummaryItems::value_type& from) {
+    this->takeIn(into, from);
+  };
+  foldNeighbours(
+      items_, [&](std::size_t slot) { return isNew.empty() || isNew[slot]; }, sameSite, takeIn);
+}
+
+void JoinedItems::nameAdded() {
+  for (SummaryItemImpl* const item : added_) {
+    if (item->hasAnnotation() && item->handle() != 0) byHandle_.name(item->handle(), *item);
+  }
+}
+
+/// Answers which slots have an item that is new or stands beside another one than before; nothing: all of them.
+std::vector<bool> JoinedItems::sort() {
+  if (!inOrder_) {
+    loose_.clear();
+    items_.sort(kSortKind);
+    return {};
+  }
+  for (std::size_t slot = lent_.size(); slot < items_.size(); ++slot) loose_.push_back(slot);
+  return items_.sortIn(kSortKind, std::exchange(loose_, {}));
+}
+
+void JoinedItems::takeIn(SummaryItems::value_type& into, SummaryItems::value_type& from) {
+  const auto slot = static_cast<std::size_t>(&into - &*items_.begin());
+  if (loose_.empty() || loose_.back() != slot) loose_.push_back(slot);
+  if (from->handle() != 0) byHandle_.forget(from->handle(), *from);
+  const unsigned long handle = into->handle();
+  keep(*into);
+  into->merge(*from);
+  if (into->handle() != handle) {
+    byHandle_.forget(handle, *into);
+    if (into->hasAnnotation() && into->handle() != 0) byHandle_.name(into->handle(), *into);
+  }
+  retired_.append(std::move(from));
 }
 
 void JoinedItems::settle() noexcept {
+  for (SummaryItemImpl* const item : changed_) item->setInJoin(InJoin::kLeft);
+  for (SummaryItemImpl* const item : added_) item->setInJoin(InJoin::kLeft);
   list_.swap(items_);
   lent_.clear();
+  if (!remembers_ || byHandle_.hasTwins()) return;
+  memory_.byHandle.emplace(std::move(byHandle_));
+  memory_.loose.swap(loose_);
 }
 
 }  // namespace kelvar_2_1_7

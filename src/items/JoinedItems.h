@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "HandleIndex.h"
+#include "JoinMemory.h"
 #include "SummaryItems.h"
 
 namespace kelvar_2_1_7 {
@@ -13,35 +14,46 @@ namespace kelvar_2_1_7 {
 /// is kept. Unless settle() was called, all of it goes back: the list before is as it was.
 class JoinedItems {
  public:
-  /// Null entries of `list` are left out.
-  explicit JoinedItems(SummaryItems& list);
+  using SameSite = bool (*)(const SummaryItemImpl& a, const SummaryItemImpl& b);
+
+  /// Null entries of `list` are left out. `memory` is used up; settle() fills it for the next join.
+  JoinedItems(SummaryItems& list, JoinMemory& memory);
   ~JoinedItems();
   JoinedItems(const JoinedItems&) = delete;
   JoinedItems& operator=(const JoinedItems&) = delete;
 
-  /// The items as they stood in the list before.
+  /// The items of the list before.
   [[nodiscard]] const HandleIndex& byHandle() const noexcept { return byHandle_; }
   void append(const SummaryItemImpl& item);  // a copy of it
   void merge(SummaryItemImpl& into, const SummaryItemImpl& other);
   /// Orders the items by kind, and folds neighbours that `sameSite` says are one.
-  void fold(bool (*sameSite)(const SummaryItemImpl& a, const SummaryItemImpl& b));
+  void fold(SameSite sameSite);
   /// Makes this the list.
   void settle() noexcept;
 
  private:
   struct OfLent {};
-  JoinedItems(SummaryItems& list, OfLent);  // from its end on, the destructor gives back
+  JoinedItems(SummaryItems& list, JoinMemory& memory, OfLent);  // from its end on, the destructor gives back
 
+  void lookAt(SummaryItemImpl& item);
   /// Keeps what the item is, if it is not of this join's own making: it may be changed then.
   void keep(SummaryItemImpl& item);
+  [[nodiscard]] std::vector<bool> sort();
+  void nameAdded();
+  void takeIn(SummaryItems::value_type& into, SummaryItems::value_type& from);
 
   SummaryItems& list_;
+  JoinMemory& memory_;
   std::vector<SummaryItemImpl*> lent_;  // by index of the list before; empty once it is settled
   SummaryItems items_;
-  SummaryItems retired_;                   // lent, but folded into others
+  SummaryItems retired_;                   // those that were folded into others
   std::vector<SummaryItemImpl*> changed_;  // lent items
   SummaryItems before_;                    // what they were
+  std::vector<SummaryItemImpl*> added_;
   HandleIndex byHandle_;
+  bool remembers_ = true;           // whether the next join may rely on what this one knows
+  bool inOrder_;                    // whether the list before stands as a join left it, save for what is loose
+  std::vector<std::size_t> loose_;  // slots in the list before; from the fold on, in the new one
 };
 
 }  // namespace kelvar_2_1_7

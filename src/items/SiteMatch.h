@@ -18,19 +18,28 @@ namespace kelvar_2_1_7 {
 [[nodiscard]] bool seenApart(const SummaryItemImpl& a, const SummaryItemImpl& b);
 
 /// Folds each item into the one before it for as long as `sameSite(before, item)` says so: `takeIn(before, item)`
-/// merges the second entry into the first and empties it. Linear; keeps the order. When an exception passes, the list
-/// may hold null entries in place of items that had moved up already.
-template <class SameSite, class TakeIn>
-void foldNeighbours(SummaryItems& items, SameSite sameSite, TakeIn takeIn) {
+/// merges the second entry into the first and empties it. Two of which `isNew(slot)` holds for neither are known not to
+/// be one site. Linear; keeps the order. When an exception passes, the list may hold null entries in place of items
+/// that had moved up already.
+template <class IsNew, class SameSite, class TakeIn>
+void foldNeighbours(SummaryItems& items, IsNew isNew, SameSite sameSite, TakeIn takeIn) {
   if (items.empty()) return;
   auto last = items.begin();
-  for (auto next = last + 1; next != items.end(); ++next) {
-    items.callAhead(static_cast<std::size_t>(next - items.begin()));
-    if (*last && *next && sameSite(**last, **next)) {
-      takeIn(*last, *next);
-    } else if (++last != next) {
-      *last = std::move(*next);
+  bool lastIsNew = isNew(0);
+  for (std::size_t slot = 1; slot < items.size(); ++slot) {
+    const auto next = items.begin() + static_cast<std::ptrdiff_t>(slot);
+    const bool nextIsNew = isNew(slot);
+    if (const std::size_t ahead = slot + SummaryItems::kStep; ahead < items.size() && isNew(ahead)) {
+      items.call(ahead - 1);
+      items.call(ahead);
     }
+    if ((lastIsNew || nextIsNew) && *last && *next && sameSite(**last, **next)) {
+      takeIn(*last, *next);
+      lastIsNew = true;
+      continue;
+    }
+    if (++last != next) *last = std::move(*next);
+    lastIsNew = nextIsNew;
   }
   items.truncate(static_cast<std::size_t>(last + 1 - items.begin()));
 }

@@ -32,6 +32,8 @@ class SummaryItems {
   [[nodiscard]] auto begin() const noexcept { return items_.begin(); }
   [[nodiscard]] auto end() const noexcept { return items_.end(); }
 
+  /// How many items ahead of a walk memory is called for.
+  static constexpr std::size_t kStep = 16;
   /// Calls an item into the cache that a walk over the list is about to come to: a list is mostly walked in another
   /// order than that of its memory.
   void callAhead(std::size_t index) const noexcept {
@@ -82,6 +84,9 @@ class SummaryItems {
   void sort(SummaryMapping mapping);
   /// The same, faster: the list's items are those of `byPlace` that are shown.
   void sort(SummaryMapping mapping, std::span<SummaryItemImpl* const> byPlace);
+  /// The same for a list in which all but the entries at `loose`, ascending slots, stand in order already. Answers by
+  /// slot whether what stands there was loose, or stands behind another one than before. Not for orderings by label.
+  std::vector<bool> sortIn(SummaryMapping mapping, const std::vector<std::size_t>& loose);
   /// The items of two lists, which are one to the viewer, by place and what else decides between equals. Tells each
   /// item whether it shares its place with the one before it.
   static std::vector<SummaryItemImpl*> byPlace(const SummaryItems& visible, const SummaryItems& hidden);
@@ -95,8 +100,6 @@ class SummaryItems {
                                      bool correctness, bool map) const;
 
  private:
-  static constexpr std::size_t kStep = 16;
-
   /// The list's items in the order of the entries. Null entries stand last.
   template <class Entries>
   void takeOrder(const Entries& entries) noexcept {

@@ -1,3 +1,5 @@
+#include "view/ItemSort.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -141,6 +143,14 @@ class ItemSort {
   std::vector<PlacedEntries> shared_;  // entries of one place
 };
 
+}  // namespace
+
+void sortEntries(const Ordering& ordering, Entries entries) {
+  ItemSort(ordering).sort(entries);
+}
+
+namespace {
+
 /// The list's items, null entries left out.
 void addEntries(std::vector<Entry>& entries, const SummaryItems& items) {
   entries.reserve(entries.size() + items.size());
@@ -154,7 +164,7 @@ void addEntries(std::vector<Entry>& entries, const SummaryItems& items) {
 void SummaryItems::sort(SummaryMapping mapping) {
   std::vector<Entry> entries;
   addEntries(entries, *this);
-  if (!entries.empty()) ItemSort(orderingOf(mapping)).sort(entries);
+  if (!entries.empty()) sortEntries(orderingOf(mapping), entries);
   takeOrder(entries);
 }
 

@@ -69,7 +69,8 @@ TEST(Join, FollowsEachRule) {
     SummaryItems list = text.list(parts[0]);
     ItemText resultText;
     SummaryItems incoming = resultText.list(parts.at(1));
-    EXPECT_EQ(join(list, incoming), std::stoi(parts.at(3))) << rule;
+    JoinMemory memory;
+    EXPECT_EQ(join(list, incoming, memory), std::stoi(parts.at(3))) << rule;
     EXPECT_EQ(support::rows(list), parts[2]) << rule;
   }
 }
@@ -79,11 +80,13 @@ struct Joining {
   SummaryItems list = text.list("@7 a-long-label-that-needs-memory x.cpp:12\n- s _ map\n- s x.cpp:9 survey\n");
   SummaryItems incoming = text.list("@7 a x.cpp:13 survey\n- s x.cpp:5 survey\n- t y.cpp:1 k2 d2 vec\n");
   std::string before = support::rows(list);
+  JoinMemory memory;
 };
 
 TEST(Join, LeavesTheListAsItWasWhereItFails) {
-  const auto [calls, allocations] = support::atEveryFault<Joining>(
-      [](Joining& j) { join(j.list, j.incoming); }, [](Joining& j) { EXPECT_EQ(support::rows(j.list), j.before); });
+  const auto [calls, allocations] =
+      support::atEveryFault<Joining>([](Joining& j) { join(j.list, j.incoming, j.memory); },
+                                     [](Joining& j) { EXPECT_EQ(support::rows(j.list), j.before); });
   EXPECT_GT(calls, 0);
   EXPECT_GT(allocations, 5);
 }

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "items/HandleIndex.h"
+
+namespace kelvar_2_1_7 {
+
+/// What a join leaves to the next one of the same list, so that this need not look at every item again. Whoever changes
+/// the list, or the order of its items, in between clears it.
+struct JoinMemory {
+  std::optional<HandleIndex> byHandle;  // of the list, which stands in the order of joins; nothing: it does not
+  std::vector<std::size_t> loose;       // slots, ascending, of items that may not stand right any more
+
+  void clear() noexcept { *this = JoinMemory(); }
+};
+
+}  // namespace kelvar_2_1_7

@@ -1,0 +1,97 @@
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "items/SummaryItems.h"
+#include "view/ItemSort.h"
+#include "view/NumberKeys.h"
+#include "view/Orderings.h"
+#include "view/SortEntries.h"
+
+namespace kelvar_2_1_7 {
+
+namespace {
+
+/// Which way two items stand by the numbers of an ordering and then by place: negative, zero or positive.
+int standing(const Ordering& ordering, const SummaryItemImpl& a, const SummaryItemImpl& b) {
+  for (std::size_t i = 0; i < ordering.count(); ++i) {
+    const std::uint64_t keyOfA = keyOf(ordering.numbers[i].read(a));
+    const std::uint64_t keyOfB = keyOf(ordering.numbers[i].read(b));
+    if (keyOfA != keyOfB) return keyOfA < keyOfB ? -1 : 1;
+    if (keyOfA == kUnordered) break;  // the ordering has nothing more to say of them
+  }
+  return a.place().display_order(b.place());
+}
+
+/// What the key of an entry says of it: whether it was loose, or stands behind another one than before.
+constexpr std::uint64_t kStays = 0;
+constexpr std::uint64_t kNew = 1;
+
+/// Merges loose entries, which are in order, into others, which are so too. Where some of either stand as one, all of
+/// them are sorted anew.
+class SortIn {
+ public:
+  SortIn(const Ordering& ordering, Entries standing, Entries loose) : ordering_(ordering), standing_(standing) {
+    merged_.reserve(standing.size() + loose.size());
+    while (!loose.empty()) {
+      const SummaryItemImpl& item = *loose.front().item;
+      takeWhile(item, [](int order) { return order < 0; });
+      const std::size_t begin = merged_.size();
+      takeWhile(item, [](int order) { return order == 0; });
+      const bool isAlone = begin == merged_.size();
+      do {
+        merged_.push_back({kNew, loose.front().item});
+        loose = loose.subspan(1);
+      } while (!loose.empty() && kelvar_2_1_7::standing(ordering_, *loose.front().item, item) == 0);
+      if (!isAlone) sortAnew(Entries(merged_).subspan(begin));
+    }
+    merged_.insert(merged_.end(), standing_.begin(), standing_.end());
+  }
+
+  [[nodiscard]] const std::vector<Entry>& merged() const noexcept { return merged_; }
+
+ private:
+  template <class Goes>
+  void takeWhile(const SummaryItemImpl& item, Goes goes) {
+    while (!standing_.empty() && goes(kelvar_2_1_7::standing(ordering_, *standing_.front().item, item))) {
+      if (kSortStep < standing_.size()) __builtin_prefetch(&standing_[kSortStep].item->place());
+      merged_.push_back(standing_.front());
+      standing_ = standing_.subspan(1);
+    }
+  }
+
+  void sortAnew(Entries entries) {
+    sortEntries(ordering_, entries);
+    for (Entry& entry : entries) entry.key = kNew;
+  }
+
+  const Ordering& ordering_;
+  Entries standing_;  // what is left of them
+  std::vector<Entry> merged_;
+};
+
+}  // namespace
+
+std::vector<bool> SummaryItems::sortIn(SummaryMapping mapping, const std::vector<std::size_t>& loose) {
+  std::vector<Entry> standing;
+  std::vector<Entry> others;
+  standing.reserve(size() - loose.size());
+  others.reserve(loose.size());
+  auto nextLoose = loose.begin();
+  std::uint64_t key = kStays;
+  for (std::size_t slot = 0; slot < size(); ++slot) {
+    const bool isLoose = nextLoose != loose.end() && *nextLoose == slot;
+    if (isLoose) ++nextLoose;
+    (isLoose ? others : standing).push_back({key, items_[slot].get()});
+    key = isLoose ? kNew : kStays;
+  }
+  if (!others.empty()) sortEntries(orderingOf(mapping), others);
+  const SortIn sorted(orderingOf(mapping), standing, others);
+  std::vector<bool> isNew;
+  isNew.reserve(size());
+  for (const Entry& entry : sorted.merged()) isNew.push_back(entry.key == kNew);
+  takeOrder(sorted.merged());
+  return isNew;
+}
+
+}  // namespace kelvar_2_1_7
