@@ -82,7 +82,9 @@ class SummaryItems {
   /// the same items. What an ordering leaves undecided stands as SummaryMapping says. Either done or, when an
   /// exception passes, not begun. Defined with the view.
   void sort(SummaryMapping mapping);
-  /// The same, faster: the list's items are those of `byPlace` that are shown.
+  /// The same for the entries from `begin` up to `end` alone.
+  void sort(SummaryMapping mapping, std::size_t begin, std::size_t end);
+  /// The whole list, faster: its items are those of `byPlace` that are shown.
   void sort(SummaryMapping mapping, std::span<SummaryItemImpl* const> byPlace);
   /// The same for a list in which all but the entries at `loose`, ascending slots, stand in order already. Answers by
   /// slot whether what stands there was loose, or stands behind another one than before. Not for orderings by label.
@@ -100,12 +102,12 @@ class SummaryItems {
                                      bool correctness, bool map) const;
 
  private:
-  /// The list's items in the order of the entries. Null entries stand last.
+  /// The items from `begin` up to `end` in the order of the entries. Null entries stand last.
   template <class Entries>
-  void takeOrder(const Entries& entries) noexcept {
-    for (std::size_t i = 0; i < items_.size(); ++i) {
+  void takeOrder(const Entries& entries, std::size_t begin, std::size_t end) noexcept {
+    for (std::size_t i = begin; i < end; ++i) {
       static_cast<void>(items_[i].release());  // every item changes its owner at most once
-      items_[i].reset(i < entries.size() ? entries[i].item : nullptr);
+      items_[i].reset(i - begin < entries.size() ? entries[i - begin].item : nullptr);
     }
   }
 

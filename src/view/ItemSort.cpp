@@ -151,8 +151,8 @@ void sortEntries(const Ordering& ordering, Entries entries) {
 
 namespace {
 
-/// The list's items, null entries left out.
-void addEntries(std::vector<Entry>& entries, const SummaryItems& items) {
+/// Adds the items that are there.
+void addEntries(std::vector<Entry>& entries, std::span<const SummaryItems::value_type> items) {
   entries.reserve(entries.size() + items.size());
   for (const SummaryItems::value_type& item : items) {
     if (item) entries.push_back({0, item.get()});
@@ -162,16 +162,20 @@ void addEntries(std::vector<Entry>& entries, const SummaryItems& items) {
 }  // namespace
 
 void SummaryItems::sort(SummaryMapping mapping) {
+  sort(mapping, 0, size());
+}
+
+void SummaryItems::sort(SummaryMapping mapping, std::size_t begin, std::size_t end) {
   std::vector<Entry> entries;
-  addEntries(entries, *this);
+  addEntries(entries, std::span(items_).subspan(begin, end - begin));
   if (!entries.empty()) sortEntries(orderingOf(mapping), entries);
-  takeOrder(entries);
+  takeOrder(entries, begin, end);
 }
 
 std::vector<SummaryItemImpl*> SummaryItems::byPlace(const SummaryItems& visible, const SummaryItems& hidden) {
   std::vector<Entry> entries;
-  addEntries(entries, visible);
-  addEntries(entries, hidden);
+  addEntries(entries, visible.items_);
+  addEntries(entries, hidden.items_);
   ItemSort(orderingOf(kSortLocator)).sortByPlace(entries);
   std::vector<SummaryItemImpl*> items;
   items.reserve(entries.size());

@@ -77,7 +77,7 @@ void SummaryItems::sort(SummaryMapping mapping, std::span<SummaryItemImpl* const
     entries.push_back({0, byPlace[i]});
   }
   SortByPlace(orderingOf(mapping), sharePlaces).sort(entries);
-  takeOrder(entries);
+  takeOrder(entries, 0, size());
 }
 
 }  // namespace kelvar_2_1_7

@@ -90,7 +90,7 @@ std::vector<bool> SummaryItems::sortIn(SummaryMapping mapping, const std::vector
   std::vector<bool> isNew;
   isNew.reserve(size());
   for (const Entry& entry : sorted.merged()) isNew.push_back(entry.key == kNew);
-  takeOrder(sorted.merged());
+  takeOrder(sorted.merged(), 0, size());
   return isNew;
 }
 

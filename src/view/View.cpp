@@ -45,7 +45,8 @@ void take(Verdict verdict, const std::vector<Verdict>& verdicts, SummaryItems& v
   for (SummaryItems* const list : {&visible, &hidden}) {
     for (SummaryItems::value_type& item : *list) {
       if (*next++ != verdict) continue;
-      if (item != nullptr) item->setShown(verdict == kShown);
+      // What is visible and stays so is known to be shown: most items are not touched.
+      if (item != nullptr && (verdict != kShown || list == &hidden)) item->setShown(verdict == kShown);
       to.append(std::move(item));
     }
   }
@@ -60,20 +61,42 @@ void showAll(SummaryItems& visible, SummaryItems& hidden) {
   hidden.clear();
 }
 
-/// Whether the same items are shown as before. (The order of fewer would not stand: the relation of sites at one place
-/// knows circles, which open where one of them goes.)
-bool filter(const ViewSettings& settings, SummaryItems& visible, SummaryItems& hidden) {
+bool sharePlace(const SummaryItemImpl* a, const SummaryItemImpl* b) {
+  return a != nullptr && b != nullptr && a->place().display_order(b->place()) == 0;
+}
+
+/// The items that are going to stay visible and have a neighbour at their place that is not: where they will stand.
+std::vector<std::size_t> leftBehind(const SummaryItems& visible, const std::vector<Verdict>& verdicts) {
+  std::vector<std::size_t> left;
+  std::size_t kept = verdicts.front() == kShown ? 1 : 0;
+  for (std::size_t i = 1; i < visible.size(); ++i) {
+    const bool stays = verdicts[i] == kShown;
+    const bool followsOneThatStays = verdicts[i - 1] == kShown;
+    if (stays != followsOneThatStays && sharePlace(visible[i - 1], visible[i])) left.push_back(stays ? kept : kept - 1);
+    if (stays) ++kept;
+  }
+  return left;
+}
+
+/// What a filter did to the visible list.
+struct Filtered {
+  bool showsMore = false;
+  std::vector<std::size_t> leftBehind = {};  // if it shows no more: see there
+};
+
+Filtered filter(const ViewSettings& settings, SummaryItems& visible, SummaryItems& hidden) {
   if (!settings.filtersKinds() && !settings.filtersDetails()) {
-    const bool isSame = hidden.empty();
+    const bool showsMore = !hidden.empty();
     showAll(visible, hidden);
-    return isSame;
+    return {showsMore};
   }
   Verdicts verdicts;
   verdicts.each.reserve(visible.size() + hidden.size());
   verdicts.add(settings, visible);
-  const bool keepsAll = verdicts.counts[kShown] == visible.size();
+  const std::size_t stay = verdicts.counts[kShown];
   verdicts.add(settings, hidden);
-  const bool isSame = keepsAll && verdicts.counts[kShown] == visible.size();
+  Filtered filtered{verdicts.counts[kShown] != stay};
+  if (!filtered.showsMore && stay != visible.size()) filtered.leftBehind = leftBehind(visible, verdicts.each);
 
   SummaryItems shown;
   SummaryItems rest;
@@ -84,14 +107,40 @@ bool filter(const ViewSettings& settings, SummaryItems& visible, SummaryItems& h
   take(kHiddenByDetail, verdicts.each, visible, hidden, rest);
   visible.swap(shown);
   hidden.swap(rest);
-  return isSame;
+  return filtered;
 }
 
 }  // namespace
 
 void View::rebuild(const ViewSettings& settings, SummaryItems& visible, SummaryItems& hidden) {
-  if (!filter(settings, visible, hidden)) order_.reset();
+  const std::optional<Order> order = std::exchange(order_, std::nullopt);
+  const Filtered filtered = filter(settings, visible, hidden);
+  if (order && order->mapping == settings.mapping() && !filtered.showsMore) {
+    mend(*order, visible, filtered.leftBehind);
+    order_ = order;
+  }
   sort(settings, visible, hidden);
+}
+
+void View::mend(const Order& order, SummaryItems& visible, const std::vector<std::size_t>& leftBehind) {
+  const auto firstOf = [&](std::size_t item) {
+    while (item > 0 && sharePlace(visible[item - 1], visible[item])) --item;
+    return item;
+  };
+  const auto endOf = [&](std::size_t item) {
+    while (++item < visible.size() && sharePlace(visible[item - 1], visible[item])) {
+    }
+    return item;
+  };
+  std::size_t mended = 0;
+  for (const std::size_t item : leftBehind) {
+    if (item < mended) continue;
+    const std::size_t first = firstOf(item);
+    mended = endOf(item);
+    if (order.reversed) std::reverse(visible.begin() + first, visible.begin() + mended);
+    visible.sort(order.mapping, first, mended);
+    if (order.reversed) std::reverse(visible.begin() + first, visible.begin() + mended);
+  }
 }
 
 void View::itemsChanged() noexcept {
@@ -101,8 +150,7 @@ void View::itemsChanged() noexcept {
 }
 
 void View::sort(const ViewSettings& settings, SummaryItems& visible, const SummaryItems& hidden) {
-  if (!order_ || order_->mapping != settings.mapping()) {
-    order_.reset();
+  if (!order_) {
     if (sortedBefore_ && byPlace_.empty()) byPlace_ = SummaryItems::byPlace(visible, hidden);
     byPlace_.empty() ? visible.sort(settings.mapping()) : visible.sort(settings.mapping(), byPlace_);
     sortedBefore_ = true;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -23,6 +24,9 @@ class View {
     SummaryMapping mapping;
     bool reversed;
   };
+  /// Sorts what stands at one place with those left behind once more. All others stay in order when some go; sites at
+  /// one place may not, since the relation among them knows circles, which open where one of them goes.
+  static void mend(const Order& order, SummaryItems& visible, const std::vector<std::size_t>& leftBehind);
   void sort(const ViewSettings& settings, SummaryItems& visible, const SummaryItems& hidden);
 
   /// How the visible items stand; nothing: who knows.
