@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -137,9 +138,10 @@ void View::mend(const Order& order, SummaryItems& visible, const std::vector<std
     if (item < mended) continue;
     const std::size_t first = firstOf(item);
     mended = endOf(item);
-    if (order.reversed) std::reverse(visible.begin() + first, visible.begin() + mended);
+    const auto there = std::span(visible).subspan(first, mended - first);
+    if (order.reversed) std::reverse(there.begin(), there.end());
     visible.sort(order.mapping, first, mended);
-    if (order.reversed) std::reverse(visible.begin() + first, visible.begin() + mended);
+    if (order.reversed) std::reverse(there.begin(), there.end());
   }
 }
 
