@@ -26,8 +26,16 @@ std::vector<unsigned long> sequencesOf(Edits edits) {
 
 }  // namespace
 
-SequenceIndex::SequenceIndex(std::vector<unsigned long> sequences) : sequences_(std::move(sequences)) {
-  if (!std::is_sorted(sequences_.begin(), sequences_.end())) std::sort(sequences_.begin(), sequences_.end());
+SequenceIndex::SequenceIndex(const std::vector<unsigned long>& sequences) {
+  // Sites mostly are added in the order of their sequences, and edited later: few stand out of order.
+  std::vector<unsigned long> others;
+  sequences_.reserve(sequences.size());
+  for (const unsigned long sequence : sequences) {
+    (sequences_.empty() || sequence > sequences_.back() ? sequences_ : others).push_back(sequence);
+  }
+  std::sort(others.begin(), others.end());
+  const auto ascending = sequences_.insert(sequences_.end(), others.begin(), others.end());
+  std::inplace_merge(sequences_.begin(), ascending, sequences_.end());
   sequences_.erase(std::unique(sequences_.begin(), sequences_.end()), sequences_.end());
 }
 

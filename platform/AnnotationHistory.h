@@ -37,7 +37,7 @@ class SequenceIndex {
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
   /// Takes them in any order and however often each.
-  explicit SequenceIndex(std::vector<unsigned long> sequences);
+  explicit SequenceIndex(const std::vector<unsigned long>& sequences);
 
   [[nodiscard]] const std::vector<unsigned long>& all() const noexcept { return sequences_; }
   /// kNone for what is no sequence. Sequences without gaps, and one asked for after the one before it, cost no search.

@@ -1,6 +1,7 @@
 #include "EditTable.h"
 
 #include <limits>
+#include <optional>
 #include <set>
 #include <string>
 
@@ -90,10 +91,9 @@ struct Row {
   [[noreturn]] void refuse(const std::string& expected) const { values.connection().refuse(place(), expected); }
 
   [[nodiscard]] std::int64_t integer(int column, const Range& range) const {
-    if (values.type(column) != SQLITE_INTEGER) refuse(range.sentence());
-    const std::int64_t value = values.integer(column);
-    if (!range.holds(value)) refuse(range.sentence());
-    return value;
+    const std::optional<std::int64_t> value = values.ifInteger(column);
+    if (!value || !range.holds(*value)) refuse(range.sentence());
+    return *value;
   }
 
   [[nodiscard]] std::string_view text(int column, const char* name) const {

@@ -116,6 +116,7 @@ bool path_t::empty() const noexcept {
 }
 
 int path_t::compare_leaf(const path_t& other) const noexcept {
+  if (entry_ == other.entry_) return 0;  // neighbours mostly are: no need to look at what may not be in the cache
   const Entry& a = *entry_;
   const Entry& b = *other.entry_;
   if (a.leaf == b.leaf) return 0;

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -60,6 +61,12 @@ class Statement {
 
   /// SQLITE_INTEGER, SQLITE_TEXT and so on. To be asked before the value is.
   [[nodiscard]] int type(int column) const noexcept { return sqlite3_column_type(statement_.get(), column); }
+  /// The integer of a column; none where it holds anything else. Finds the column once for both questions.
+  [[nodiscard]] std::optional<std::int64_t> ifInteger(int column) const noexcept {
+    sqlite3_value* const value = sqlite3_column_value(statement_.get(), column);
+    if (sqlite3_value_type(value) != SQLITE_INTEGER) return std::nullopt;
+    return sqlite3_value_int64(value);
+  }
   [[nodiscard]] std::int64_t integer(int column) const noexcept {
     return sqlite3_column_int64(statement_.get(), column);
   }
