@@ -6,6 +6,7 @@
 #include <limits>
 #include <span>
 
+#include "PerKind.h"
 #include "view/Orderings.h"
 #include "view/SiteFigures.h"
 #include "view/SortEntries.h"
@@ -21,17 +22,30 @@ inline constexpr std::uint64_t kUnordered = std::numeric_limits<std::uint64_t>::
   return std::isnan(number) ? kUnordered : orderedBits(number + 0.0);
 }
 
-/// Has the processor fetch what a walk over the records, at `index` now, is going to read `number` of.
+/// Has the processor fetch what an item's detail of a kind answers.
+template <auto detail>
+void callRecord(const SummaryItemImpl& item) {
+  __builtin_prefetch((item.*detail)());
+}
+inline constexpr PerKind<void (*)(const SummaryItemImpl&)> kCallRecord{
+    {callRecord<&SummaryItemImpl::surveyDetail>, callRecord<&SummaryItemImpl::surveyVectorizationDetail>,
+     callRecord<&SummaryItemImpl::suitabilityDetail>, callRecord<&SummaryItemImpl::correctnessDetail>,
+     callRecord<&SummaryItemImpl::mapDetail>}};
+
+/// Has the processor fetch what a walk over the records, at `index` now, is going to read `number` of: the item, then
+/// its detail, then the detail's record. Asks the details.
 template <class Record>
-void callAhead(std::span<const Record> records, std::size_t index, const Number& number) noexcept {
-  if (index + 2 * kSortStep < records.size()) {
-    const SummaryItemImpl& item = *records[index + 2 * kSortStep].item;
-    __builtin_prefetch(&item.place());
-    if (number.kind) item.prefetch(*number.kind);
+void callAhead(std::span<const Record> records, std::size_t index, const Number& number) {
+  const auto at = [&](std::size_t ahead) -> const SummaryItemImpl* {
+    return index + ahead < records.size() ? records[index + ahead].item : nullptr;
+  };
+  if (const SummaryItemImpl* const item = at(2 * kSortStep)) {
+    __builtin_prefetch(&item->place());
+    if (number.kind) item->prefetch(*number.kind);
   }
-  if (number.kind && index + kSortStep < records.size()) {
-    __builtin_prefetch(records[index + kSortStep].item->summaryDetail(*number.kind));
-  }
+  if (!number.kind) return;
+  if (const SummaryItemImpl* const item = at(kSortStep)) callDetail(item->summaryDetail(*number.kind));
+  if (const SummaryItemImpl* const item = at(kSortStep / 2)) kCallRecord[*number.kind](*item);
 }
 
 /// Makes a number of each item its key.

@@ -22,6 +22,14 @@ using Entries = std::span<Entry>;
 /// How many items ahead memory is called for: items and their details lie anywhere.
 inline constexpr std::size_t kSortStep = 32;
 
+/// Has the processor fetch a detail: what it answers may stand behind its first cache line.
+inline void callDetail(const digestio::SummaryDetail* detail) noexcept {
+  constexpr std::size_t kCacheLine = 64;
+  if (detail == nullptr) return;
+  __builtin_prefetch(detail);
+  __builtin_prefetch(reinterpret_cast<const char*>(detail) + kCacheLine);
+}
+
 /// Calls `then` for each group of two or more neighbours with one key. It may use the keys for others.
 template <class Record, class Then>
 void forEachTie(std::span<Record> records, const Then& then) {
