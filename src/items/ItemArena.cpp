@@ -26,8 +26,8 @@ constexpr bool kOneByOne = false;
 constexpr bool kOneByOne = false;
 #endif
 
-/// A chunk is as large as a huge page and lies like one: walks over a long list then meet the limits of the address
-/// translation five hundred times less often.
+/// A chunk lies on a multiple of its size, so that an item's address tells its chunk. The kernel hands out its pages as
+/// they are filled: one huge page for each would wait for more memory than most lists take.
 constexpr std::size_t kChunkSize = std::size_t{2} << 20;
 
 std::byte* mapAligned() {
@@ -87,13 +87,9 @@ struct ItemArena::Chunk {
   static constexpr std::size_t kHeader = 64;
   static constexpr std::size_t kRoom = (kChunkSize - kHeader) / sizeof(SummaryItemImpl);
 
-  static Chunk* open(bool isFirst) {
+  static Chunk* open() {
     std::byte* memory = spare.take();
-    if (memory == nullptr) {
-      memory = mapAligned();
-      // A short list stays in a few small pages. Where there are no huge pages, small ones do.
-      if (!isFirst) madvise(memory, kChunkSize, MADV_HUGEPAGE);
-    }
+    if (memory == nullptr) memory = mapAligned();
     spare.enter();
     return ::new (memory) Chunk;
   }
@@ -113,7 +109,7 @@ struct ItemArena::Chunk {
 void* ItemArena::take() {
   if (kOneByOne) return nullptr;
   if (chunk_ == nullptr || chunk_->made == Chunk::kRoom) {
-    Chunk* const next = Chunk::open(chunk_ == nullptr);
+    Chunk* const next = Chunk::open();
     retire();
     chunk_ = next;
   }

@@ -1,7 +1,5 @@
 #include "view/ItemTable.h"
 
-#include <sys/mman.h>
-
 #include <array>
 #include <charconv>
 #include <cstddef>
@@ -169,16 +167,6 @@ class RowWalk {
   std::array<ItemDetails, kStep> asked_;
 };
 
-/// Has the kernel give the room of a long text in huge pages, where it has them: small ones take it long to hand out.
-void askForHugePages(std::string& text) noexcept {
-  constexpr std::size_t kPage = 4096;
-  constexpr std::size_t kLong = std::size_t{4} << 20;
-  if (text.capacity() < kLong) return;
-  void* room = text.data();
-  std::size_t size = text.capacity();
-  if (std::align(kPage, kLong / 2, room, size) != nullptr) madvise(room, size / kPage * kPage, MADV_HUGEPAGE);
-}
-
 /// Rows may be wider than the headings over them; memory that stays unused costs nothing.
 constexpr std::size_t kSlack = 32;
 
@@ -189,7 +177,6 @@ void appendTable(std::string& out, const SummaryItems& items, const Columns& col
   appendHeader(out, columns);
   const std::size_t width = (out.size() - begin) / kHeaderLines + kSlack;
   out.reserve(out.size() + items.size() * width);
-  askForHugePages(out);
   RowText row;
   RowWalk(items, columns).forEachRow([&](const SummaryItemImpl& item, const ItemDetails& details) {
     putRow(row, columns, item, details);
