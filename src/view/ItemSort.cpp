@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <span>
 #include <vector>
 
 #include "items/SummaryItems.h"
+#include "view/LeafOrder.h"
 #include "view/MergeSort.h"
 #include "view/NumberKeys.h"
 #include "view/Orderings.h"
@@ -40,8 +42,7 @@ class ItemSort {
  private:
   /// The first number from the one at `index` on that may tell items like this one apart; the end, if there is none.
   [[nodiscard]] std::size_t nextNumber(std::size_t index, const SummaryItemImpl& item) const noexcept {
-    const auto isIdle = [&](const Number& number) { return number.ofLoops && item.detailKind() != digestio::kLoop; };
-    while (index < ordering_.count() && isIdle(ordering_.numbers[index])) ++index;
+    while (index < ordering_.count() && ordering_.isIdle(index, item)) ++index;
     return index;
   }
 
@@ -106,17 +107,40 @@ class ItemSort {
   }
 
   void byPlace(PlacedEntries entries, bool byLocator) {
-    const auto before = [](const PlacedEntry& a, const PlacedEntry& b) { return a.place.display_order(b.place) < 0; };
-    mergeSort(entries, buffer_, before);
+    constexpr std::size_t kMany = 4096;
+    const PlacedEntries mixed = betweenSorted(entries);
+    if (mixed.size() >= kMany) arrange(mixed);
+    mergeSort(entries, buffer_, standsBefore);
     shared_.clear();
     for (std::size_t begin = 0, end = 1; begin < entries.size(); begin = end++) {
-      while (end < entries.size() && !before(entries[end - 1], entries[end])) ++end;
+      while (end < entries.size() && !standsBefore(entries[end - 1], entries[end])) ++end;
       if (end - begin > 1) shared_.push_back(entries.subspan(begin, end - begin));
     }
     for (std::size_t i = 0; i < shared_.size(); ++i) {
       if (i + kSortStep < shared_.size()) call(shared_[i + kSortStep]);
       breakTies(shared_[i], byLocator);
     }
+  }
+
+  static bool standsBefore(const PlacedEntry& a, const PlacedEntry& b) { return a.place.display_order(b.place) < 0; }
+
+  /// What is left without the sorted lists that the entries begin and end with.
+  static PlacedEntries betweenSorted(PlacedEntries entries) {
+    const auto begin = std::is_sorted_until(entries.begin(), entries.end(), standsBefore);
+    const auto standsBehind = [](const PlacedEntry& a, const PlacedEntry& b) { return standsBefore(b, a); };
+    const auto end = std::is_sorted_until(entries.rbegin(), std::reverse_iterator(begin), standsBehind);
+    return {begin, end.base()};
+  }
+
+  /// Nearly by place.
+  void arrange(PlacedEntries entries) {
+    LeafOrder order;
+    for (PlacedEntry& entry : entries) entry.key = order.leafOf(entry.place);
+    order.rankLeaves();
+    for (PlacedEntry& entry : entries) {
+      entry.key = order.numberOf(static_cast<std::uint32_t>(entry.key), entry.place);
+    }
+    radixSort(entries, buffer_);
   }
 
   static void call(PlacedEntries entries) noexcept {

@@ -35,6 +35,10 @@ struct Ordering {
     while (count < numbers.size() && numbers[count].read != nullptr) ++count;
     return count;
   }
+  /// Whether the number at `index` is the same for all that the numbers before it do not tell from `item`.
+  [[nodiscard]] bool isIdle(std::size_t index, const SummaryItemImpl& item) const noexcept {
+    return numbers[index].ofLoops && item.detailKind() != digestio::kLoop;
+  }
 };
 
 /// The ordering that a mapping selects; that by locator for a value without one.

@@ -1,3 +1,4 @@
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -12,16 +13,32 @@ namespace kelvar_2_1_7 {
 
 namespace {
 
-/// Which way two items stand by the numbers of an ordering and then by place: negative, zero or positive.
-int standing(const Ordering& ordering, const SummaryItemImpl& a, const SummaryItemImpl& b) {
-  for (std::size_t i = 0; i < ordering.count(); ++i) {
-    const std::uint64_t keyOfA = keyOf(ordering.numbers[i].read(a));
-    const std::uint64_t keyOfB = keyOf(ordering.numbers[i].read(b));
-    if (keyOfA != keyOfB) return keyOfA < keyOfB ? -1 : 1;
-    if (keyOfA == kUnordered) break;  // the ordering has nothing more to say of them
+/// Where an item stands by the numbers of an ordering and then by place.
+class Standing {
+ public:
+  Standing(const Ordering& ordering, const SummaryItemImpl& item) : ordering_(ordering), place_(item.place()) {
+    // Of what is no number the ordering has nothing more to say, and idle numbers are the same.
+    for (std::size_t i = 0; i < ordering.count() && !ordering.isIdle(i, item); ++i) {
+      keys_[count_++] = keyOf(ordering.numbers[i].read(item));
+      if (keys_[i] == kUnordered) break;
+    }
   }
-  return a.place().display_order(b.place());
-}
+
+  /// Negative, zero or positive as `item` stands before, with or behind this.
+  [[nodiscard]] int orderOf(const SummaryItemImpl& item) const {
+    for (std::size_t i = 0; i < count_; ++i) {
+      const std::uint64_t key = keyOf(ordering_.numbers[i].read(item));
+      if (key != keys_[i]) return key < keys_[i] ? -1 : 1;
+    }
+    return item.place().display_order(place_);
+  }
+
+ private:
+  const Ordering& ordering_;
+  std::array<std::uint64_t, 3> keys_{};
+  std::size_t count_ = 0;
+  sitenotes::locator_t place_;
+};
 
 /// What the key of an entry says of it: whether it was loose, or stands behind another one than before.
 constexpr std::uint64_t kStays = 0;
@@ -34,15 +51,15 @@ class SortIn {
   SortIn(const Ordering& ordering, Entries standing, Entries loose) : ordering_(ordering), standing_(standing) {
     merged_.reserve(standing.size() + loose.size());
     while (!loose.empty()) {
-      const SummaryItemImpl& item = *loose.front().item;
-      takeWhile(item, [](int order) { return order < 0; });
+      const Standing front(ordering, *loose.front().item);
+      takeWhile(front, [](int order) { return order < 0; });
       const std::size_t begin = merged_.size();
-      takeWhile(item, [](int order) { return order == 0; });
+      takeWhile(front, [](int order) { return order == 0; });
       const bool isAlone = begin == merged_.size();
       do {
         merged_.push_back({kNew, loose.front().item});
         loose = loose.subspan(1);
-      } while (!loose.empty() && kelvar_2_1_7::standing(ordering_, *loose.front().item, item) == 0);
+      } while (!loose.empty() && front.orderOf(*loose.front().item) == 0);
       if (!isAlone) sortAnew(Entries(merged_).subspan(begin));
     }
     merged_.insert(merged_.end(), standing_.begin(), standing_.end());
@@ -52,8 +69,8 @@ class SortIn {
 
  private:
   template <class Goes>
-  void takeWhile(const SummaryItemImpl& item, Goes goes) {
-    while (!standing_.empty() && goes(kelvar_2_1_7::standing(ordering_, *standing_.front().item, item))) {
+  void takeWhile(const Standing& front, Goes goes) {
+    while (!standing_.empty() && goes(front.orderOf(*standing_.front().item))) {
       if (kSortStep < standing_.size()) __builtin_prefetch(&standing_[kSortStep].item->place());
       merged_.push_back(standing_.front());
       standing_ = standing_.subspan(1);

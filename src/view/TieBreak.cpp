@@ -2,12 +2,37 @@
 
 #include <algorithm>
 #include <boost/endian/conversion.hpp>
+#include <compare>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 namespace kelvar_2_1_7 {
 
+namespace {
+
+std::uint64_t kindsOf(const SummaryItemImpl& item) {
+  return std::uint64_t{static_cast<std::uint32_t>(item.annotationKind())} << 32 |
+         static_cast<std::uint32_t>(item.detailKind());
+}
+
+}  // namespace
+
+bool TieBreak::decidedAtOnce(Entries pair) {
+  const SummaryItemImpl& a = *pair[0].item;
+  const SummaryItemImpl& b = *pair[1].item;
+  std::strong_ordering order = kindsOf(a) <=> kindsOf(b);
+  if (order == 0) order = a.labelText() <=> b.labelText();
+  if (order == 0) order = a.handle() <=> b.handle();
+  if (order > 0) std::swap(pair[0].item, pair[1].item);
+  return order != 0;
+}
+
 void TieBreak::bySite(Entries entries) {
+  if (entries.size() == 2) {
+    if (siteBefore(Site(*entries[1].item), Site(*entries[0].item))) std::swap(entries[0].item, entries[1].item);
+    return;
+  }
   sites_.keyed.clear();
   for (const Entry& entry : entries) sites_.keyed.push_back({Site(*entry.item), entry.item});
   mergeSort(std::span(sites_.keyed), sites_.buffer,
@@ -16,13 +41,7 @@ void TieBreak::bySite(Entries entries) {
 }
 
 void TieBreak::byKinds(Entries entries) {
-  byKey(
-      entries,
-      [](const SummaryItemImpl& item) {
-        return std::uint64_t{static_cast<std::uint32_t>(item.annotationKind())} << 32 |
-               static_cast<std::uint32_t>(item.detailKind());
-      },
-      [this](Entries tied) { byLabel(tied, [this](Entries named) { byHandle(named); }); });
+  byKey(entries, kindsOf, [this](Entries tied) { byLabel(tied, [this](Entries named) { byHandle(named); }); });
 }
 
 void TieBreak::byHandle(Entries entries) {

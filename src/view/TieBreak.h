@@ -18,7 +18,7 @@ class TieBreak {
  public:
   /// `byLocator`: on top of that, as the ordering by locator says.
   void sort(Entries entries, bool byLocator) {
-    byKinds(entries);
+    if (entries.size() != 2 || !decidedAtOnce(entries)) byKinds(entries);
     if (byLocator) bySite(entries);
   }
   /// As the ordering by locator says of one place, and else as they stand.
@@ -45,6 +45,8 @@ class TieBreak {
     std::vector<Keyed<Key>> buffer;
   };
 
+  /// Most that share a place are two, and differ in what is near at hand. Leaves alone those that do not.
+  static bool decidedAtOnce(Entries pair);
   void byKinds(Entries entries);
   void byHandle(Entries entries);
   void byFigures(Entries entries, std::span<const Figure> figures);
