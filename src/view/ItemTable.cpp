@@ -10,6 +10,7 @@
 
 #include "view/ColumnGroups.h"
 #include "view/RowText.h"
+#include "view/SortEntries.h"
 
 namespace kelvar_2_1_7 {
 
@@ -139,13 +140,6 @@ class RowWalk {
   /// Null where the list has none, also before its beginning.
   [[nodiscard]] const SummaryItemImpl* at(std::size_t index) const {
     return index < items_.size() ? items_[index] : nullptr;
-  }
-  /// What a detail answers may stand behind its first cache line.
-  static void callDetail(const digestio::SummaryDetail* detail) {
-    constexpr std::size_t kCacheLine = 64;
-    if (detail == nullptr) return;
-    __builtin_prefetch(detail);
-    __builtin_prefetch(reinterpret_cast<const char*>(detail) + kCacheLine);
   }
   void callDetails(std::size_t index) const {
     const SummaryItemImpl* const item = at(index);

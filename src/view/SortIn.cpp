@@ -8,6 +8,7 @@
 #include "view/NumberKeys.h"
 #include "view/Orderings.h"
 #include "view/SortEntries.h"
+#include "view/TieBreak.h"
 
 namespace kelvar_2_1_7 {
 
@@ -24,6 +25,8 @@ class Standing {
     }
   }
 
+  /// Whether the ordering tells it from others by what is no number.
+  [[nodiscard]] bool isNoNumber() const noexcept { return count_ != 0 && keys_[count_ - 1] == kUnordered; }
   /// Negative, zero or positive as `item` stands before, with or behind this.
   [[nodiscard]] int orderOf(const SummaryItemImpl& item) const {
     for (std::size_t i = 0; i < count_; ++i) {
@@ -44,23 +47,23 @@ class Standing {
 constexpr std::uint64_t kStays = 0;
 constexpr std::uint64_t kNew = 1;
 
-/// Merges loose entries, which are in order, into others, which are so too. Where some of either stand as one, all of
-/// them are sorted anew.
+/// Merges loose entries, which are in order, into others, which are so too. Where some of either stand as one, ties are
+/// broken anew.
 class SortIn {
  public:
   SortIn(const Ordering& ordering, Entries standing, Entries loose) : ordering_(ordering), standing_(standing) {
     merged_.reserve(standing.size() + loose.size());
     while (!loose.empty()) {
       const Standing front(ordering, *loose.front().item);
-      takeWhile(front, [](int order) { return order < 0; });
+      takeStanding(front, [](int order) { return order < 0; });
       const std::size_t begin = merged_.size();
-      takeWhile(front, [](int order) { return order == 0; });
+      takeStanding(front, [](int order) { return order == 0; });
       const bool isAlone = begin == merged_.size();
       do {
         merged_.push_back({kNew, loose.front().item});
         loose = loose.subspan(1);
       } while (!loose.empty() && front.orderOf(*loose.front().item) == 0);
-      if (!isAlone) sortAnew(Entries(merged_).subspan(begin));
+      if (!isAlone) breakTies(Entries(merged_).subspan(begin), front);
     }
     merged_.insert(merged_.end(), standing_.begin(), standing_.end());
   }
@@ -69,20 +72,32 @@ class SortIn {
 
  private:
   template <class Goes>
-  void takeWhile(const Standing& front, Goes goes) {
+  void takeStanding(const Standing& front, Goes goes) {
     while (!standing_.empty() && goes(front.orderOf(*standing_.front().item))) {
-      if (kSortStep < standing_.size()) __builtin_prefetch(&standing_[kSortStep].item->place());
+      callAhead();
       merged_.push_back(standing_.front());
       standing_ = standing_.subspan(1);
     }
   }
 
-  void sortAnew(Entries entries) {
-    sortEntries(ordering_, entries);
+  /// Of loops, the ordering by kind reads a detail.
+  void callAhead() const noexcept {
+    if (2 * kSortStep >= standing_.size()) return;
+    __builtin_prefetch(&standing_[2 * kSortStep].item->place());
+    const SummaryItemImpl& next = *standing_[kSortStep].item;
+    if (next.detailKind() == digestio::kLoop) next.prefetch(digestio::kSurveyVectorization);
+    const SummaryItemImpl& near = *standing_[kSortStep / 2].item;
+    if (near.detailKind() == digestio::kLoop) callDetail(near.summaryDetail(digestio::kSurveyVectorization));
+  }
+
+  void breakTies(Entries entries, const Standing& front) {
+    const SummaryItemImpl& item = *entries.front().item;
+    tieBreak_.sort(entries, !front.isNoNumber() && goesByLocator(ordering_.tie, item));
     for (Entry& entry : entries) entry.key = kNew;
   }
 
   const Ordering& ordering_;
+  TieBreak tieBreak_;
   Entries standing_;  // what is left of them
   std::vector<Entry> merged_;
 };
