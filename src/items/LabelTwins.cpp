@@ -1,6 +1,7 @@
 #include "LabelTwins.h"
 
 #include <algorithm>
+#include <bit>
 #include <boost/sort/spreadsort/integer_sort.hpp>
 #include <cstdint>
 #include <functional>
@@ -20,8 +21,7 @@ constexpr Slot kNone = std::numeric_limits<Slot>::max();
 constexpr annotation_t::kind_t kTakenIn = annotation_t::task;
 constexpr annotation_t::kind_t kTaker = annotation_t::taskloop;
 
-/// A slot behind a hash of what its item is looked up by: sorted, like names stand together. Most sites have no twin,
-/// and their names are never looked at again.
+/// A slot behind a hash of what its item is looked up by: sorted, like names stand together.
 using Key = std::uint64_t;
 using Keys = std::vector<Key>;
 
@@ -41,6 +41,32 @@ Keys::iterator endOfHash(Keys::iterator begin, Keys::iterator end) {
   return std::find_if(begin, end, [hash = hashOf(*begin)](Key key) { return hashOf(key) != hash; });
 }
 
+/// Which hashes came more than once, and by chance a few others: bits that two passes over all keys cost far less than
+/// it does to sort them.
+class SeenTwice {
+ public:
+  explicit SeenTwice(std::size_t count)
+      : once_(std::bit_ceil(std::max(count, std::size_t{8})) / 8), twice_(once_.size()) {}  // eight bits for each
+
+  void see(const Keys& keys) {
+    for (const Key key : keys) {
+      const std::uint64_t bit = bitOf(key);
+      twice_[wordOf(key)] |= once_[wordOf(key)] & bit;
+      once_[wordOf(key)] |= bit;
+    }
+  }
+  void dropOthers(Keys& keys) const {
+    std::erase_if(keys, [this](Key key) { return (twice_[wordOf(key)] & bitOf(key)) == 0; });
+  }
+
+ private:
+  [[nodiscard]] std::size_t wordOf(Key key) const noexcept { return (hashOf(key) >> 6) & (once_.size() - 1); }
+  static constexpr std::uint64_t bitOf(Key key) noexcept { return std::uint64_t{1} << (hashOf(key) & 63); }
+
+  std::vector<std::uint64_t> once_;
+  std::vector<std::uint64_t> twice_;
+};
+
 /// The slots whose items share a label and an annotation kind, in a list that is only ever touched at its front: a
 /// slot that has been visited leaves one occupied slot of its group behind at most, since it takes in the lowest
 /// other one. So whoever is visited stands first or second, and a search is a look at the front.
@@ -51,6 +77,11 @@ class Twins {
     Keys keys;    // by label and kind
     Keys wanted;  // those that may be taken in, by the label and kind of who would
     readKeys(keys, wanted);
+    SeenTwice seen(keys.size());
+    seen.see(keys);
+    seen.see(wanted);
+    seen.dropOthers(keys);
+    seen.dropOthers(wanted);
     boost::sort::spreadsort::integer_sort(keys.begin(), keys.end());
     boost::sort::spreadsort::integer_sort(wanted.begin(), wanted.end());
 
