@@ -11,8 +11,65 @@
 
 namespace kelvar_2_1_7 {
 
+/// The different keys of some records, as long as they are few, each with a number.
+template <class Key>
+class FewKeys {
+ public:
+  static constexpr std::size_t kMost = 256;
+
+  /// The number of a key; kMost if there are too many to give it one.
+  [[nodiscard]] std::size_t numberOf(Key key) noexcept {
+    std::size_t place = static_cast<std::size_t>((key * kSpread) >> (kDigits - kPlaceBits));
+    while (numbers_[place] != 0 && keys_[numbers_[place] - std::size_t{1}] != key) place = (place + 1) % kPlaces;
+    if (numbers_[place] == 0) {
+      if (size_ == kMost) return kMost;
+      keys_[size_++] = key;
+      numbers_[place] = static_cast<std::uint16_t>(size_);
+    }
+    return numbers_[place] - std::size_t{1};
+  }
+  [[nodiscard]] std::span<const Key> keys() const noexcept { return {keys_.data(), size_}; }
+
+ private:
+  static constexpr int kDigits = std::numeric_limits<Key>::digits;
+  static constexpr int kPlaceBits = 10;  // four places for each key
+  static constexpr std::size_t kPlaces = std::size_t{1} << kPlaceBits;
+  static constexpr Key kSpread = static_cast<Key>(0x9e3779b97f4a7c15);  // the golden ratio's bits
+
+  std::array<std::uint16_t, kPlaces> numbers_{};  // from 1 on; 0: a free place
+  std::array<Key, kMost> keys_;
+  std::size_t size_ = 0;
+};
+
+/// Sorts stably by an unsigned `key` of each record, if the keys take few values: each record moves once. Answers
+/// whether they do; if not, nothing has changed.
+template <class Record>
+bool sortByFewKeys(std::span<Record> records, std::vector<Record>& buffer) {
+  using Keys = FewKeys<decltype(Record::key)>;
+  Keys few;
+  std::array<std::size_t, Keys::kMost> places{};
+  std::vector<unsigned char> numbers;
+  numbers.reserve(records.size());
+  for (const Record& record : records) {
+    const std::size_t number = few.numberOf(record.key);
+    if (number == Keys::kMost) return false;
+    numbers.push_back(static_cast<unsigned char>(number));
+    ++places[number];
+  }
+  std::array<std::size_t, Keys::kMost> inOrder{};
+  const auto end = inOrder.begin() + static_cast<std::ptrdiff_t>(few.keys().size());
+  for (auto next = inOrder.begin(); next != end; ++next) *next = static_cast<std::size_t>(next - inOrder.begin());
+  std::sort(inOrder.begin(), end, [&](std::size_t a, std::size_t b) { return few.keys()[a] < few.keys()[b]; });
+  std::size_t place = 0;
+  for (auto next = inOrder.begin(); next != end; ++next) place += std::exchange(places[*next], place);
+
+  buffer.assign(records.begin(), records.end());
+  for (std::size_t i = 0; i < buffer.size(); ++i) records[places[numbers[i]]++] = buffer[i];
+  return true;
+}
+
 /// Sorts stably by an unsigned `key` of each record: byte by byte from the last one, in as many passes as the keys have
-/// bytes in which they differ. Beats every sort that compares where keys take few values, as kinds and counts do.
+/// bytes in which they differ, or at once where they take few values, as kinds and counts do.
 template <class Record>
 void radixSort(std::span<Record> records, std::vector<Record>& buffer) {
   using Key = decltype(Record::key);
@@ -25,7 +82,7 @@ void radixSort(std::span<Record> records, std::vector<Record>& buffer) {
 
   Key differences = 0;
   for (const Record& record : records) differences |= record.key ^ records.front().key;
-  if (differences == 0) return;
+  if (differences == 0 || sortByFewKeys(records, buffer)) return;
   buffer.resize(records.size());
   std::span<Record> from = records;
   std::span<Record> to = buffer;
