@@ -22,10 +22,10 @@ bool TieBreak::decidedAtOnce(Entries pair) {
   const SummaryItemImpl& a = *pair[0].item;
   const SummaryItemImpl& b = *pair[1].item;
   std::strong_ordering order = kindsOf(a) <=> kindsOf(b);
-  if (order == 0) order = a.labelText() <=> b.labelText();
-  if (order == 0) order = a.handle() <=> b.handle();
-  if (order > 0) std::swap(pair[0].item, pair[1].item);
-  return order != 0;
+  if (std::is_eq(order)) order = a.labelText() <=> b.labelText();
+  if (std::is_eq(order)) order = a.handle() <=> b.handle();
+  if (std::is_gt(order)) std::swap(pair[0].item, pair[1].item);
+  return std::is_neq(order);
 }
 
 void TieBreak::bySite(Entries entries) {
