@@ -18,7 +18,8 @@ class Collection;
 /// file is small or cannot be looked at, and for any other path, load reads.
 class PLATFORM_EXPORT ReadAhead {
  public:
-  /// `results` are paths as load will be given them, in that order. Requires: this thread has no other one.
+  /// `results` are paths as load will be given them, in that order. Requires: this thread has no other one, and this
+  /// one goes on it too.
   explicit ReadAhead(std::vector<std::string> results);
   /// Waits for the file that is being read.
   ~ReadAhead();

@@ -5,9 +5,9 @@
 namespace kelvar_2_1_7 {
 
 std::uint32_t LeafOrder::leafOf(const sitenotes::locator_t& place) {
-  const toolbelt::path_t file = place.get_file();  // a suite's own locator may hand it out by value
-  const std::string_view leaf = file.get_leaf();
-  const auto known = leaves_.find(leaf);
+  const toolbelt::path_t file = place.get_file();  // a suite's own may hand out this and the leaf by value
+  const std::string& leaf = file.get_leaf();
+  const auto known = leaves_.find(std::string_view(leaf));
   if (known != leaves_.end()) return known->second;
   return leaves_.emplace(leaf, static_cast<std::uint32_t>(leaves_.size())).first->second;
 }
