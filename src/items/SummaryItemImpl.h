@@ -63,7 +63,7 @@ class SummaryItemImpl final : public SummaryItem {
   /// Whether merge(other) would change anything. Few sites of a program are seen by any one analysis.
   [[nodiscard]] bool gainsFrom(const SummaryItemImpl& other) const;
 
-  /// What the join that is under way, or was the last one, has made of the item.
+  /// What the join that is under way has made of the item.
   enum class InJoin : unsigned char { kLeft, kChanged, kAdded };
   [[nodiscard]] InJoin inJoin() const noexcept { return inJoin_; }
   void setInJoin(InJoin made) noexcept { inJoin_ = made; }
