@@ -8,22 +8,22 @@ namespace kelvar_2_1_7 {
 
 using InJoin = SummaryItemImpl::InJoin;
 
-JoinedItems::JoinedItems(SummaryItems& list, JoinMemory& memory, OfLent)
+JoinedItems::JoinedItems(SummaryItems& list, JoinMemory& memory, OfBorrowed)
     : list_(list),
       memory_(memory),
       byHandle_(memory.byHandle ? std::move(*memory.byHandle) : HandleIndex(list.size())),
       inOrder_(memory.byHandle.has_value()),
       loose_(std::move(memory.loose)) {
   memory.clear();
-  lent_.reserve(list.size());
+  borrowed_.reserve(list.size());
   items_.reserve(list.size());
   for (SummaryItems::value_type& entry : list) {
-    lent_.push_back(entry.get());
+    borrowed_.push_back(entry.get());
     if (entry) items_.append(std::move(entry));
   }
 }
 
-JoinedItems::JoinedItems(SummaryItems& list, JoinMemory& memory) : JoinedItems(list, memory, OfLent()) {
+JoinedItems::JoinedItems(SummaryItems& list, JoinMemory& memory) : JoinedItems(list, memory, OfBorrowed()) {
   if (inOrder_) {
     for (const std::size_t slot : loose_) lookAt(*items_[slot]);
     return;
@@ -37,15 +37,15 @@ JoinedItems::JoinedItems(SummaryItems& list, JoinMemory& memory) : JoinedItems(l
 }
 
 JoinedItems::~JoinedItems() {
-  if (lent_.empty()) return;
+  if (borrowed_.empty()) return;
   for (std::size_t index = 0; index < changed_.size(); ++index) changed_[index]->takeBack(*before_[index]);
   for (SummaryItems* const list : {&items_, &retired_}) {
     for (SummaryItems::value_type& entry : *list) {
       if (entry && entry->inJoin() != InJoin::kAdded) static_cast<void>(entry.release());
     }
   }
-  for (std::size_t index = 0; index < lent_.size(); ++index) {
-    list_.begin()[static_cast<std::ptrdiff_t>(index)].reset(lent_[index]);
+  for (std::size_t index = 0; index < borrowed_.size(); ++index) {
+    list_.begin()[static_cast<std::ptrdiff_t>(index)].reset(borrowed_[index]);
   }
 }
 
@@ -100,7 +100,7 @@ std::vector<bool> JoinedItems::sort() {
     items_.sort(kSortKind);
     return {};
   }
-  for (std::size_t slot = lent_.size(); slot < items_.size(); ++slot) loose_.push_back(slot);
+  for (std::size_t slot = borrowed_.size(); slot < items_.size(); ++slot) loose_.push_back(slot);
   return items_.sortIn(kSortKind, std::exchange(loose_, {}));
 }
 
@@ -122,7 +122,7 @@ void JoinedItems::settle() noexcept {
   for (SummaryItemImpl* const item : changed_) item->setInJoin(InJoin::kLeft);
   for (SummaryItemImpl* const item : added_) item->setInJoin(InJoin::kLeft);
   list_.swap(items_);
-  lent_.clear();
+  borrowed_.clear();
   if (!remembers_ || byHandle_.hasTwins()) return;
   memory_.byHandle.emplace(std::move(byHandle_));
   memory_.loose.swap(loose_);

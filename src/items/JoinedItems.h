@@ -32,8 +32,8 @@ class JoinedItems {
   void settle() noexcept;
 
  private:
-  struct OfLent {};
-  JoinedItems(SummaryItems& list, JoinMemory& memory, OfLent);  // from its end on, the destructor gives back
+  struct OfBorrowed {};
+  JoinedItems(SummaryItems& list, JoinMemory& memory, OfBorrowed);  // from its end on, the destructor gives back
 
   void lookAt(SummaryItemImpl& item);
   /// Keeps what the item is, if it is not of this join's own making: it may be changed then.
@@ -44,10 +44,10 @@ class JoinedItems {
 
   SummaryItems& list_;
   JoinMemory& memory_;
-  std::vector<SummaryItemImpl*> lent_;  // by index of the list before; empty once it is settled
+  std::vector<SummaryItemImpl*> borrowed_;  // by index of the list before; empty once it is settled
   SummaryItems items_;
   SummaryItems retired_;                   // those that were folded into others
-  std::vector<SummaryItemImpl*> changed_;  // lent items
+  std::vector<SummaryItemImpl*> changed_;  // borrowed items
   SummaryItems before_;                    // what they were
   std::vector<SummaryItemImpl*> added_;
   HandleIndex byHandle_;

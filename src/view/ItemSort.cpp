@@ -62,7 +62,7 @@ class ItemSort {
   }
 
   void byPlace(Entries entries, bool byLocator) {
-    readPlaces(entries, nullptr);
+    readPlaces(entries, {});
     byPlace(PlacedEntries(placed_), byLocator);
     takeOrder(entries);
   }
@@ -70,7 +70,7 @@ class ItemSort {
   /// Where nearly all items tie, each is visited once for its first number and its place.
   void byFewValues(Entries entries) {
     const std::size_t first = nextNumber(0, *entries.front().item);
-    readPlaces(entries, ordering_.count() != 0 ? &ordering_.numbers[first] : nullptr);
+    readPlaces(entries, first != ordering_.count() ? ordering_.numbers[first] : Number());
     byFewValues(PlacedEntries(placed_), first);
     takeOrder(entries);
   }
@@ -96,20 +96,23 @@ class ItemSort {
     falls < entries.size() / kFew ? mergeSort(entries, buffer_, before) : radixSort(entries, buffer_);
   }
 
-  void readPlaces(Entries entries, const Number* number) {
+  /// With `number`, if there is one to read.
+  void readPlaces(Entries entries, const Number& number) {
     placed_.clear();
     placed_.reserve(entries.size());
     for (std::size_t i = 0; i < entries.size(); ++i) {
-      callAhead(std::span<const Entry>(entries), i, number != nullptr ? *number : Number());
+      callAhead(std::span<const Entry>(entries), i, number);
       SummaryItemImpl* const item = entries[i].item;
-      placed_.push_back({number != nullptr ? keyOf(number->read(*item)) : 0, item, item->place()});
+      placed_.push_back({number.read != nullptr ? keyOf(number.read(*item)) : 0, item, item->place()});
     }
   }
 
   void byPlace(PlacedEntries entries, bool byLocator) {
     constexpr std::size_t kMany = 4096;
-    const PlacedEntries mixed = betweenSorted(entries);
-    if (mixed.size() >= kMany) arrange(mixed);
+    if (entries.size() >= kMany) {
+      const PlacedEntries mixed = betweenSorted(entries);
+      if (mixed.size() >= kMany) arrange(mixed);
+    }
     mergeSort(entries, buffer_, standsBefore);
     shared_.clear();
     for (std::size_t begin = 0, end = 1; begin < entries.size(); begin = end++) {
