@@ -2,8 +2,10 @@
 
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "digestio.h"
 #include "kelvar/SummaryItem.h"
@@ -94,6 +96,9 @@ class KELVAR_EXPORT SummaryData {
 
   /// The view as fixed-width text with the program-wide figures; with `verbose`, statuses and settings too.
   [[nodiscard]] std::string asString(bool verbose) const;
+  /// The same text in pieces, for those who pass it on: whole, that of a million sites takes a quarter of a gigabyte.
+  /// A piece is valid while `out` is called with it. What `out` throws passes through; it may not change this object.
+  void write(bool verbose, const std::function<void(std::string_view piece)>& out) const;
 
  private:
   std::unique_ptr<Impl> impl_;

@@ -97,7 +97,13 @@ SummaryResult* SummaryData::mapResult() {
 }
 
 std::string SummaryData::asString(bool verbose) const {
-  return impl_->asString(verbose);
+  TextSink text;
+  impl_->write(text, verbose);
+  return std::move(text.text());
+}
+void SummaryData::write(bool verbose, const std::function<void(std::string_view)>& out) const {
+  TextSink sink(out);
+  impl_->write(sink, verbose);
 }
 
 }  // namespace kelvar_2_1_7

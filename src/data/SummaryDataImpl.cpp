@@ -111,7 +111,7 @@ SummaryItem* SummaryData::Impl::item(int index) {
   return visibleItems_[static_cast<std::size_t>(index)];
 }
 
-std::string SummaryData::Impl::asString(bool verbose) {
+void SummaryData::Impl::write(TextSink& out, bool verbose) {
   mappingValid();
   SummaryReport report{.statuses = kindStatus_,
                        .settings = settings_,
@@ -125,7 +125,7 @@ std::string SummaryData::Impl::asString(bool verbose) {
        {digestio::kSurvey, digestio::kSuitability, digestio::kCorrectness, digestio::kMap}) {
     if (hasData(kind)) report.results[kind] = &kindResults_[kind];
   }
-  return report.asString(verbose);
+  report.write(out, verbose);
 }
 
 int SummaryData::Impl::threading_paradigm() const {

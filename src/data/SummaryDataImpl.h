@@ -13,6 +13,7 @@
 #include "results/AggregateSummaryResultImpl.h"
 #include "results/SummaryResultImpl.h"
 #include "sitenotes.h"
+#include "view/TextSink.h"
 #include "view/View.h"
 #include "view/ViewSettings.h"
 
@@ -37,7 +38,7 @@ class __attribute__((visibility("hidden"))) SummaryData::Impl {  // else exporte
 
   [[nodiscard]] int num_items();
   [[nodiscard]] SummaryItem* item(int index);
-  [[nodiscard]] std::string asString(bool verbose);
+  void write(TextSink& out, bool verbose);
 
   [[nodiscard]] const boost::shared_ptr<sitenotes::database_t>& annotationDatabase() const { return database_; }
 

@@ -7,6 +7,7 @@
 #include <limits>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "view/ColumnGroups.h"
 #include "view/RowText.h"
@@ -166,23 +167,24 @@ constexpr std::size_t kSlack = 32;
 
 }  // namespace
 
-void appendTable(std::string& out, const SummaryItems& items, const Columns& columns) {
-  const std::size_t begin = out.size();
-  appendHeader(out, columns);
-  const std::size_t width = (out.size() - begin) / kHeaderLines + kSlack;
-  out.reserve(out.size() + items.size() * width);
+void writeTable(TextSink& out, const SummaryItems& items, const Columns& columns) {
+  std::string header;
+  appendHeader(header, columns);
+  out.expect(header.size() + items.size() * (header.size() / kHeaderLines + kSlack));
+  out.text() += header;
   RowText row;
   RowWalk(items, columns).forEachRow([&](const SummaryItemImpl& item, const ItemDetails& details) {
     putRow(row, columns, item, details);
-    row.endLine(out);
+    row.endLine(out.text());
+    out.pass();
   });
 }
 
 std::string SummaryItems::asString(bool verbose, bool survey, bool surveyVectorization, bool suitability,
                                    bool correctness, bool map) const {
-  std::string out;
-  appendTable(out, *this, {verbose, {{survey, surveyVectorization, suitability, correctness, map}}});
-  return out;
+  TextSink out;
+  writeTable(out, *this, {verbose, {{survey, surveyVectorization, suitability, correctness, map}}});
+  return std::move(out.text());
 }
 
 }  // namespace kelvar_2_1_7

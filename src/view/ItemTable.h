@@ -1,9 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "PerKind.h"
 #include "items/SummaryItems.h"
+#include "view/TextSink.h"
 
 namespace kelvar_2_1_7 {
 
@@ -13,7 +12,7 @@ struct Columns {
   PerKind<bool> shown;  // the groups of these analyses
 };
 
-/// Writes a list as a fixed-width table behind `out`: a line for each item under four lines of headings.
-void appendTable(std::string& out, const SummaryItems& items, const Columns& columns);
+/// Writes a list as a fixed-width table: a line for each item under four lines of headings.
+void writeTable(TextSink& out, const SummaryItems& items, const Columns& columns);
 
 }  // namespace kelvar_2_1_7

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <ctime>
 #include <limits>
+#include <string>
 
 #include "names.h"
 #include "view/FormattedPiece.h"
@@ -94,26 +95,29 @@ Columns columnsOf(const SummaryReport& report, bool verbose) {
   return columns;
 }
 
-}  // namespace
-
-std::string SummaryReport::asString(bool verbose) const {
-  std::string out;
-  if (verbose) appendSettings(out, *this);
-  appendTable(out, items, columnsOf(*this, verbose));
-  appendPiece<kPieceSize>(out, "\nnum procs: %d\nparadigm: %d\nprog max gain: %f\n", processors, threadingParadigm,
-                          programMaxGain);
-  appendPiece<kPieceSize>(out, "\naggregate results: %d\n", aggregate.resultCount());
-  appendTimes(out, aggregate);
-  appendHost(out, aggregate);
-  appendSystem(out, aggregate);
+void appendFigures(std::string& out, const SummaryReport& report) {
+  appendPiece<kPieceSize>(out, "\nnum procs: %d\nparadigm: %d\nprog max gain: %f\n", report.processors,
+                          report.threadingParadigm, report.programMaxGain);
+  appendPiece<kPieceSize>(out, "\naggregate results: %d\n", report.aggregate.resultCount());
+  appendTimes(out, report.aggregate);
+  appendHost(out, report.aggregate);
+  appendSystem(out, report.aggregate);
   out += "\nCollection Details\n";
   for (const KindBlock& block : kKindBlocks) {
-    const SummaryResult* const result = results[block.kind];
+    const SummaryResult* const result = report.results[block.kind];
     if (result == nullptr) continue;
     appendPiece<kPieceSize>(out, "\n%s results: %d\n", block.name, result->resultCount());
     appendTimes(out, *result);
   }
-  return out;
+}
+
+}  // namespace
+
+void SummaryReport::write(TextSink& out, bool verbose) const {
+  if (verbose) appendSettings(out.text(), *this);
+  writeTable(out, items, columnsOf(*this, verbose));
+  appendFigures(out.text(), *this);
+  out.finish();
 }
 
 }  // namespace kelvar_2_1_7

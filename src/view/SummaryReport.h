@@ -1,11 +1,10 @@
 #pragma once
 
-#include <string>
-
 #include "PerKind.h"
 #include "items/SummaryItems.h"
 #include "kelvar/SummaryResult.h"
 #include "kelvar/SummaryTypes.h"
+#include "view/TextSink.h"
 #include "view/ViewSettings.h"
 
 namespace kelvar_2_1_7 {
@@ -22,8 +21,8 @@ struct SummaryReport {
   /// The result of each kind that an item of the view has a detail of; null for the others.
   PerKind<const SummaryResult*> results;
 
-  /// The report as text; with `verbose`, statuses and settings come first, and items say how they matched.
-  [[nodiscard]] std::string asString(bool verbose) const;
+  /// Writes the report as text; with `verbose`, statuses and settings come first, and items say how they matched.
+  void write(TextSink& out, bool verbose) const;
 };
 
 }  // namespace kelvar_2_1_7

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <boost/make_shared.hpp>
+#include <stdexcept>
+#include <string>
+#include <string_view>
 
 #include "kelvar/SummaryData.h"
 #include "kelvar/SummaryDataLoader.h"
@@ -181,6 +184,27 @@ TEST(SummaryData, AddsAResultWholeOrNotAtAll) {
   const auto [calls, allocations] = support::atEveryFault<Program>(add, check);
   EXPECT_GT(calls, 30);
   EXPECT_GT(allocations, 20);
+}
+
+TEST(SummaryData, WritesInPiecesWhatItSaysAsAString) {
+  support::Suite suite;
+  support::Collection result;
+  for (int line = 1; line <= 3000; ++line) {
+    result.details.push_back(support::detail("solver", "x.cpp:" + std::to_string(line)).survey());
+  }
+  suite.result("survey", result);
+  SummaryData data(boost::shared_ptr<sitenotes::database_t>{});
+  data.addSummaryData("survey", {});
+  std::string written;
+  int pieces = 0;
+  data.write(true, [&](std::string_view piece) {
+    written += piece;
+    ++pieces;
+  });
+  EXPECT_EQ(written, data.asString(true));
+  EXPECT_GT(pieces, 2);
+  EXPECT_THROW(data.write(false, [](std::string_view) { throw std::runtime_error("full"); }), std::runtime_error);
+  EXPECT_EQ(data.asString(true), written);
 }
 
 TEST(SummaryData, IsBuiltWholeOrNotAtAll) {

@@ -35,7 +35,7 @@ struct Request {
 };
 
 void printText(const Loaded& loaded, const Selection& selection) {
-  print(loaded.data->asString(selection.verbose));
+  loaded.data->write(selection.verbose, print);
 }
 
 constexpr const char* kExamples =
