@@ -40,6 +40,9 @@ if(KELVAR_BUILD_FUZZ)
   target_compile_options(kelvar_build_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
+# A library calls what it holds itself: nobody puts another function of its own in its place.
+target_link_options(kelvar_build_options INTERFACE LINKER:-Bsymbolic-functions)
+
 # The library reads files that others wrote. What a fault in it could do is bounded; sanitizers have their own bounds.
 include(CheckPIESupported)
 check_pie_supported()

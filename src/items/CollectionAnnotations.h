@@ -18,6 +18,7 @@ class CollectionAnnotations {
   CollectionAnnotations() noexcept = default;
   CollectionAnnotations(const CollectionAnnotations& other)
       : each_(other.each_ != nullptr ? std::make_unique<PerKind<Annotation>>(*other.each_) : nullptr) {}
+  CollectionAnnotations(CollectionAnnotations&&) noexcept = default;
   CollectionAnnotations& operator=(const CollectionAnnotations&) = delete;
   CollectionAnnotations& operator=(CollectionAnnotations&&) noexcept = default;
 

@@ -1,4 +1,3 @@
-#include <string_view>
 #include <utility>
 
 #include "SummaryItemImpl.h"
@@ -6,10 +5,6 @@
 namespace kelvar_2_1_7 {
 
 namespace {
-
-/// The label of the item that stands for all that an analysis did not resolve any deeper. It survives every merge,
-/// so that what was cut off is never taken for a site.
-constexpr std::string_view kTooDeep = "__too deep__";
 
 /// Whether both places are known and on one line. Files and columns differ too easily between a run and today.
 bool onOneLine(const sitenotes::locator_t& a, const sitenotes::locator_t& b) {
@@ -24,12 +19,17 @@ SummaryItemImpl::SummaryItemImpl(CopyOf copy) : SummaryItemImpl(copy.source) {
   becomeLikeItsCopy();
 }
 
+SummaryItemImpl::SummaryItemImpl(LastOf last) : SummaryItemImpl(std::move(last.source)) {
+  inArena_ = false;
+  becomeLikeItsCopy();
+}
+
 void SummaryItemImpl::becomeLikeItsCopy() {
   if (isLikeItsCopy()) return;
   detailKind_ = digestio::kAnnotatedSite;
   annotationKind_ = annotation_->get_kind();
   locator_ = annotation_->get_locator();
-  label_ = annotation_->get_label();
+  setLabel(annotation_->get_label());
   saysAsAnnotated_ = true;
 }
 
@@ -47,40 +47,35 @@ void SummaryItemImpl::merge(const SummaryItemImpl& other) {
   // Statuses are read as they were before the merge: the records are settled before the items' identity is.
   const bool current = status_ == kCurrent || other.status_ == kCurrent;
   for (const digestio::SummaryDataKind kind : kAllKinds) {
-    CollectionInfo& record = collections_[kind];
-    const CollectionInfo& theirs = other.collections_[kind];
-    if (record.detail == nullptr && theirs.detail != nullptr) {
-      record = theirs;
+    if (details_[kind] == nullptr && other.details_[kind] != nullptr) {
+      setRecord(kind, other.statuses_[kind], other.details_[kind]);
       collectionAnnotations_.set(kind, other.collectionAnnotations_.of(kind));
     }
-    if (record.status == kNoMatchCurrent && current) {
-      record.status = onOneLine(locator_, other.locator_) ? kExactMatchCurrent : kApproximateMatchCurrent;
+    if (statuses_[kind] == kNoMatchCurrent && current) {
+      statuses_.set(kind, onOneLine(locator_, other.locator_) ? kExactMatchCurrent : kApproximateMatchCurrent);
     }
   }
 
   if (!annotation_) takeAnnotation(other);
   if (locator_.is_null()) takePlace(other);
-  if (label_.empty()) takeLabel(other.label_);
+  if (!hasLabel_) takeLabel(other);
 
   if (other.status_ > status_) {
     if (other.annotation_) takeAnnotation(other);
     if (!other.locator_.is_null()) takePlace(other);
-    if (!other.label_.empty()) takeLabel(other.label_);
+    if (other.hasLabel_) takeLabel(other);
     status_ = other.status_;
   }
-  if (other.label_ == kTooDeep) takeLabel(kTooDeep);
+  // It survives every merge, so that what was cut off is never taken for a site.
+  if (other.isTooDeep_) takeLabel(other);
   if (!selected_) selected_ = other.selected_;
 }
 
 bool SummaryItemImpl::gainsFrom(const SummaryItemImpl& other) const {
   const bool current = status_ == kCurrent || other.status_ == kCurrent;
-  for (const digestio::SummaryDataKind kind : kAllKinds) {
-    const CollectionInfo& record = collections_[kind];
-    if (record.detail == nullptr && other.collections_[kind].detail != nullptr) return true;
-    if (record.status == kNoMatchCurrent && current) return true;
-  }
-  return (!annotation_ && (other.annotation_ || other.handle_ != handle_)) || locator_.is_null() || label_.empty() ||
-         other.status_ > status_ || other.label_ == kTooDeep || (!selected_ && other.selected_);
+  return !other.seen_.isWithin(seen_) || (current && statuses_.has(kNoMatchCurrent)) ||
+         (!annotation_ && (other.annotation_ || other.handle_ != handle_)) || locator_.is_null() || !hasLabel_ ||
+         other.status_ > status_ || other.isTooDeep_ || (!selected_ && other.selected_);
 }
 
 void SummaryItemImpl::takeAnnotation(const SummaryItemImpl& other) {
@@ -94,8 +89,8 @@ void SummaryItemImpl::takePlace(const SummaryItemImpl& other) {
   saysAsAnnotated_ = false;
 }
 
-void SummaryItemImpl::takeLabel(std::string_view label) {
-  label_ = label;
+void SummaryItemImpl::takeLabel(const SummaryItemImpl& other) {
+  setLabel(other.label_);
   saysAsAnnotated_ = false;
 }
 

@@ -12,13 +12,12 @@ namespace {
 /// Items and their sites lie anywhere in memory: they are called for some steps ahead, one step of the way at a time.
 void callSitesAhead(const HandleIndex& byHandle, const SummaryItems& incoming, std::size_t index) {
   constexpr std::size_t kStep = 16;
-  if (index + 3 * kStep < incoming.size()) incoming.call(index + 3 * kStep);
+  if (index + 3 * kStep < incoming.size()) SummaryItems::callMarks(incoming[index + 3 * kStep]);
   if (index + 2 * kStep < incoming.size() && incoming[index + 2 * kStep] != nullptr) {
     byHandle.prefetch(incoming[index + 2 * kStep]->handle());
   }
   if (index + kStep < incoming.size() && incoming[index + kStep] != nullptr) {
-    const SummaryItemImpl* const item = byHandle.find(incoming[index + kStep]->handle());
-    if (item != nullptr) SummaryItems::call(*item);
+    SummaryItems::callMarks(byHandle.find(incoming[index + kStep]->handle()));
   }
 }
 
@@ -27,7 +26,7 @@ SummaryDataStatus matchByHandle(JoinedItems& joined, const SummaryItems& incomin
   SummaryDataStatus match = kExactMatchCurrent;
   for (std::size_t index = 0; index < incoming.size(); ++index) {
     callSitesAhead(joined.byHandle(), incoming, index);
-    const SummaryItemImpl* const item = incoming[index];
+    SummaryItemImpl* const item = incoming[index];
     if (item == nullptr) continue;
     SummaryItemImpl* const known = item->handle() != 0 ? joined.byHandle().find(item->handle()) : nullptr;
     if (known == nullptr) {

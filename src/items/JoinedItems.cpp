@@ -62,8 +62,9 @@ void JoinedItems::keep(SummaryItemImpl& item) {
   item.setInJoin(InJoin::kChanged);
 }
 
-void JoinedItems::append(const SummaryItemImpl& item) {
-  SummaryItemImpl& added = items_.make(SummaryItemImpl::CopyOf{item});
+void JoinedItems::append(SummaryItemImpl& item) {
+  SummaryItemImpl& added =
+      item.isLent() ? items_.make(SummaryItemImpl::CopyOf{item}) : items_.make(SummaryItemImpl::LastOf{item});
   added.setInJoin(InJoin::kAdded);
   added_.push_back(&added);
 }

@@ -24,7 +24,7 @@ class JoinedItems {
 
   /// The items of the list before.
   [[nodiscard]] const HandleIndex& byHandle() const noexcept { return byHandle_; }
-  void append(const SummaryItemImpl& item);  // a copy of it
+  void append(SummaryItemImpl& item);  // a copy of it; all that is left of it, unless it is lent
   void merge(SummaryItemImpl& into, const SummaryItemImpl& other);
   /// Orders the items by kind, and folds neighbours that `sameSite` says are one.
   void fold(SameSite sameSite);

@@ -4,7 +4,6 @@
 #include <bit>
 #include <boost/sort/spreadsort/integer_sort.hpp>
 #include <cstdint>
-#include <functional>
 #include <limits>
 #include <string_view>
 #include <utility>
@@ -25,9 +24,9 @@ constexpr annotation_t::kind_t kTaker = annotation_t::taskloop;
 using Key = std::uint64_t;
 using Keys = std::vector<Key>;
 
-constexpr Key keyOf(std::size_t labelHash, annotation_t::kind_t kind, Slot slot) {
+constexpr Key keyOf(std::uint32_t labelHash, annotation_t::kind_t kind, Slot slot) {
   constexpr std::uint64_t kSpread = 0x9e3779b97f4a7c15;  // the golden ratio's bits: every one of a kind changes many
-  const std::uint64_t hash = (labelHash ^ static_cast<std::uint32_t>(kind)) * kSpread;
+  const std::uint64_t hash = (std::uint64_t{static_cast<std::uint32_t>(kind)} << 32 | labelHash) * kSpread;
   return (hash & ~std::uint64_t{kNone}) | slot;
 }
 constexpr Slot slotOf(Key key) {
@@ -144,12 +143,11 @@ class Twins {
   void readKeys(Keys& keys, Keys& wanted) const {
     keys.reserve(items_.size());
     for (Slot slot = 0; slot + 1 < items_.size(); ++slot) {
-      items_.callAhead(slot);
+      items_.callMarksAhead(slot);
       const SummaryItemImpl* const item = items_[slot];
-      if (item == nullptr || !item->hasAnnotation() || item->labelText().empty()) continue;
-      const std::size_t labelHash = std::hash<std::string_view>()(item->labelText());
-      keys.push_back(keyOf(labelHash, item->annotationKind(), slot));
-      if (item->annotationKind() == kTakenIn) wanted.push_back(keyOf(labelHash, kTaker, slot));
+      if (item == nullptr || !item->hasAnnotation() || !item->hasLabel()) continue;
+      keys.push_back(keyOf(item->labelHash(), item->annotationKind(), slot));
+      if (item->annotationKind() == kTakenIn) wanted.push_back(keyOf(item->labelHash(), kTaker, slot));
     }
   }
 

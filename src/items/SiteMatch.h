@@ -30,8 +30,8 @@ void foldNeighbours(SummaryItems& items, IsNew isNew, SameSite sameSite, TakeIn 
     const auto next = items.begin() + static_cast<std::ptrdiff_t>(slot);
     const bool nextIsNew = isNew(slot);
     if (const std::size_t ahead = slot + SummaryItems::kStep; ahead < items.size() && isNew(ahead)) {
-      items.call(ahead - 1);
-      items.call(ahead);
+      SummaryItems::callMarks(items[ahead - 1]);
+      SummaryItems::callMarks(items[ahead]);
     }
     if ((lastIsNew || nextIsNew) && *last && *next && sameSite(**last, **next)) {
       takeIn(*last, *next);

@@ -1,6 +1,9 @@
 #include "SummaryItemImpl.h"
 
 #include <array>
+#include <functional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "items/ItemArena.h"
@@ -37,7 +40,8 @@ auto typed(const SummaryDetail* detail) -> decltype((detail->*view)()) {
 }  // namespace
 
 SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner)
-    : owner_(owner),
+    : handle_(0),
+      locator_(toolbelt::path_t(), 0, 0),
       detailKind_(digestio::kAnnotatedSite),
       annotationKind_(sitenotes::annotation_t::parallel),
       status_(kNoMatchCurrent),
@@ -48,9 +52,11 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner)
       sharesPlace_(false),
       lent_(false),
       inJoin_(InJoin::kLeft),
-      locator_(toolbelt::path_t(), 0, 0),
-      handle_(0),
-      collections_{} {}
+      hasLabel_(false),
+      isTooDeep_(false),
+      labelHash_(0),
+      details_{},
+      owner_(owner) {}
 
 SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, boost::shared_ptr<sitenotes::annotation_t> annotation,
                                  unsigned long handle, SummaryDataStatus status, bool survey, bool suitability,
@@ -59,7 +65,7 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, boost::shared_ptr<sit
   annotationKind_ = annotation->get_kind();
   status_ = status;
   locator_ = annotation->get_locator();
-  label_ = annotation->get_label();
+  setLabel(annotation->get_label());
   annotation_ = std::move(annotation);
   handle_ = handle;
   saysAsAnnotated_ = true;
@@ -74,7 +80,7 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, SummaryDetail* detail
   if (annotation) {
     annotationKind_ = annotation->get_kind();
     locator_ = annotation->get_locator();
-    label_ = annotation->get_label();
+    setLabel(annotation->get_label());
     annotation_ = annotation;
     handle_ = handle;
   }
@@ -84,26 +90,42 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, SummaryDetail* detail
   for (const SummaryDataKind kind : kReadingOrder) {
     if (!kShows[kind](*detail)) continue;
     shown = true;
-    CollectionInfo& record = collections_[kind];
-    record.status = kNoMatchCurrent;
-    record.count = 1;
-    record.detail = detail;
+    setRecord(kind, kNoMatchCurrent, detail);
     if (kKeepsAnnotation[kind]) collectionAnnotations_.set(kind, annotation);
   }
   // A detail that shows nothing gives no identity either.
   if (!shown || annotation) return;
   annotationKind_ = detail->annotationKind();
   locator_ = detail->locator();
-  label_ = detail->label();
+  setLabel(detail->label());
   handle_ = handle;
 }
 
 SummaryItemImpl::~SummaryItemImpl() = default;
 
 void SummaryItemImpl::setKnown(const PerKind<bool>& known) noexcept {
+  statuses_ = {};
+  counted_ = seen_ = {};
+  details_ = {};
   for (const SummaryDataKind kind : kAllKinds) {
-    collections_[kind] = {.status = known[kind] ? status_ : kNotPresent, .count = known[kind] ? 1U : 0U};
+    if (known[kind]) setRecord(kind, status_, nullptr);
   }
+}
+
+void SummaryItemImpl::setLabel(std::string label) noexcept {
+  // The label of the item that stands for all that an analysis did not resolve any deeper.
+  constexpr std::string_view kTooDeep = "__too deep__";
+  label_ = std::move(label);
+  hasLabel_ = !label_.empty();
+  isTooDeep_ = label_ == kTooDeep;
+  labelHash_ = static_cast<std::uint32_t>(std::hash<std::string_view>()(label_));
+}
+
+void SummaryItemImpl::setRecord(SummaryDataKind kind, SummaryDataStatus status, SummaryDetail* detail) noexcept {
+  statuses_.set(kind, status);
+  counted_.add(kind);
+  details_[kind] = detail;
+  if (detail != nullptr) seen_.add(kind);
 }
 
 void SummaryItemImpl::operator delete(SummaryItemImpl* item, std::destroying_delete_t) noexcept {
@@ -114,28 +136,28 @@ void SummaryItemImpl::operator delete(SummaryItemImpl* item, std::destroying_del
 }
 
 bool SummaryItemImpl::shows(SummaryDataKind kind) const {
-  const SummaryDetail* detail = collections_[kind].detail;
+  const SummaryDetail* detail = details_[kind];
   return detail != nullptr && kShows[kind](*detail);
 }
 
 digestio::SurveyDetail* SummaryItemImpl::surveyDetail() const {
-  return typed<&SummaryDetail::surveyView>(collections_[digestio::kSurvey].detail);
+  return typed<&SummaryDetail::surveyView>(details_[digestio::kSurvey]);
 }
 
 digestio::SurveyVectorizationDetail* SummaryItemImpl::surveyVectorizationDetail() const {
-  return typed<&SummaryDetail::surveyVectorizationView>(collections_[digestio::kSurveyVectorization].detail);
+  return typed<&SummaryDetail::surveyVectorizationView>(details_[digestio::kSurveyVectorization]);
 }
 
 digestio::SuitabilityDetail* SummaryItemImpl::suitabilityDetail() const {
-  return typed<&SummaryDetail::suitabilityView>(collections_[digestio::kSuitability].detail);
+  return typed<&SummaryDetail::suitabilityView>(details_[digestio::kSuitability]);
 }
 
 digestio::CorrectnessDetail* SummaryItemImpl::correctnessDetail() const {
-  return typed<&SummaryDetail::correctnessView>(collections_[digestio::kCorrectness].detail);
+  return typed<&SummaryDetail::correctnessView>(details_[digestio::kCorrectness]);
 }
 
 digestio::MapDetail* SummaryItemImpl::mapDetail() const {
-  return typed<&SummaryDetail::mapView>(collections_[digestio::kMap].detail);
+  return typed<&SummaryDetail::mapView>(details_[digestio::kMap]);
 }
 
 }  // namespace kelvar_2_1_7

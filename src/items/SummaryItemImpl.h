@@ -1,14 +1,15 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
+#include <cstdint>
 #include <memory>
 #include <new>
 #include <string>
-#include <string_view>
 
 #include "PerKind.h"
 #include "digestio.h"
 #include "items/CollectionAnnotations.h"
+#include "items/KindMarks.h"
 #include "kelvar/SummaryData.h"
 #include "kelvar/SummaryItem.h"
 #include "sitenotes.h"
@@ -18,13 +19,6 @@ namespace kelvar_2_1_7 {
 /// The one kind of item there is. Joins work on the fields; everyone else reads through SummaryItem.
 class SummaryItemImpl final : public SummaryItem {
  public:
-  /// What one analysis says of the site.
-  struct CollectionInfo {
-    SummaryDataStatus status = kNotPresent;
-    unsigned int count = 0;
-    digestio::SummaryDetail* detail = nullptr;  // the result that loaded it owns it
-  };
-
   /// An annotated site. `annotation` must not be empty. Each flag fills the record of its kind with `status` and a
   /// count of 1 and no detail; `survey` fills that of the vectorization survey too.
   SummaryItemImpl(SummaryData::Impl* owner, boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle,
@@ -37,6 +31,11 @@ class SummaryItemImpl final : public SummaryItem {
     const SummaryItemImpl& source;
   };
   explicit SummaryItemImpl(CopyOf copy);
+  /// The same of one that is not needed any more, and may only be destroyed from then on.
+  struct LastOf {
+    SummaryItemImpl& source;
+  };
+  explicit SummaryItemImpl(LastOf last);
   /// All that an item is, its selection included, for takeBack.
   struct StateOf {
     const SummaryItemImpl& source;
@@ -83,13 +82,13 @@ class SummaryItemImpl final : public SummaryItem {
   [[nodiscard]] unsigned long handle() const override { return handle_; }
   [[nodiscard]] SummaryDataStatus summaryDataStatus() const override { return status_; }
   [[nodiscard]] SummaryDataStatus summaryDataStatus(digestio::SummaryDataKind kind) const override {
-    return collections_[kind].status;
+    return statuses_[kind];
   }
   [[nodiscard]] unsigned int summaryDataCount(digestio::SummaryDataKind kind) const override {
-    return collections_[kind].count;
+    return counted_.has(kind) ? 1 : 0;
   }
   [[nodiscard]] digestio::SummaryDetail* summaryDetail(digestio::SummaryDataKind kind) const override {
-    return collections_[kind].detail;
+    return details_[kind];
   }
   [[nodiscard]] digestio::SurveyDetail* surveyDetail() const override;
   [[nodiscard]] digestio::SurveyVectorizationDetail* surveyVectorizationDetail() const override;
@@ -117,9 +116,12 @@ class SummaryItemImpl final : public SummaryItem {
   /// The stored place, label and annotation without a copy, for passes over whole lists.
   [[nodiscard]] const sitenotes::locator_t& place() const noexcept { return locator_; }
   [[nodiscard]] const std::string& labelText() const noexcept { return label_; }
+  [[nodiscard]] bool hasLabel() const noexcept { return hasLabel_; }
+  /// Made once: every fold looks for labels that are the same.
+  [[nodiscard]] std::uint32_t labelHash() const noexcept { return labelHash_; }
   [[nodiscard]] bool hasAnnotation() const noexcept { return annotation_ != nullptr; }
   /// Has the processor fetch what summaryDetail(kind) is going to read, for passes over whole lists.
-  void prefetch(digestio::SummaryDataKind kind) const noexcept { __builtin_prefetch(&collections_[kind].detail); }
+  void prefetch(digestio::SummaryDataKind kind) const noexcept { __builtin_prefetch(&details_[kind]); }
   /// Whether the typed detail of `kind` is there.
   [[nodiscard]] bool shows(digestio::SummaryDataKind kind) const;
 
@@ -146,14 +148,23 @@ class SummaryItemImpl final : public SummaryItem {
 
   explicit SummaryItemImpl(SummaryData::Impl* owner);  // an empty item
   SummaryItemImpl(const SummaryItemImpl&) = default;
+  SummaryItemImpl(SummaryItemImpl&&) = default;
   SummaryItemImpl& operator=(SummaryItemImpl&&) noexcept = default;
   void takeAnnotation(const SummaryItemImpl& other);
   void takePlace(const SummaryItemImpl& other);
-  void takeLabel(std::string_view label);
+  void takeLabel(const SummaryItemImpl& other);
+  void setLabel(std::string label) noexcept;
+  void setRecord(digestio::SummaryDataKind kind, SummaryDataStatus status, digestio::SummaryDetail* detail) noexcept;
 
-  SummaryData::Impl* owner_;
+  // What joins ask of every item, within 64 bytes with the table of operations.
+  unsigned long handle_;
+  boost::shared_ptr<sitenotes::annotation_t> annotation_;
+  sitenotes::locator_t locator_;
   digestio::SummaryDetailKind detailKind_;
   sitenotes::annotation_t::kind_t annotationKind_;
+  KindStatuses statuses_;  // of the records, one for each kind
+  KindSet counted_;        // the records that something stands behind
+  KindSet seen_;           // those with a detail
   SummaryDataStatus status_ : 8;
   bool selected_ : 1;
   bool inArena_ : 1;
@@ -162,11 +173,13 @@ class SummaryItemImpl final : public SummaryItem {
   bool sharesPlace_ : 1;
   bool lent_ : 1;
   InJoin inJoin_ : 2;
-  sitenotes::locator_t locator_;
+  bool hasLabel_ : 1;
+  bool isTooDeep_ : 1;  // the label says that the item stands for all that was not resolved any deeper
+  std::uint32_t labelHash_;
+
   std::string label_;
-  boost::shared_ptr<sitenotes::annotation_t> annotation_;
-  unsigned long handle_;
-  PerKind<CollectionInfo> collections_;
+  PerKind<digestio::SummaryDetail*> details_;  // the results that loaded them own them; null: none
+  SummaryData::Impl* owner_;
   CollectionAnnotations collectionAnnotations_;
 };
 

@@ -37,17 +37,15 @@ class SummaryItems {
   /// Calls an item into the cache that a walk over the list is about to come to: a list is mostly walked in another
   /// order than that of its memory.
   void callAhead(std::size_t index) const noexcept {
-    if (index + kStep < items_.size()) call(index + kStep);
+    if (index + kStep < items_.size()) call(items_[index + kStep].get());
   }
-  /// Calls one item into the cache.
-  void call(std::size_t index) const noexcept {
-    if (items_[index] != nullptr) call(*items_[index]);
+  /// The same for what joins ask of every item alone.
+  void callMarksAhead(std::size_t index) const noexcept {
+    if (index + kStep < items_.size()) callMarks(items_[index + kStep].get());
   }
-  static void call(const SummaryItemImpl& item) noexcept {
-    constexpr std::size_t kCacheLine = 64;
-    const char* const bytes = reinterpret_cast<const char*>(&item);
-    for (std::size_t line = 0; line < sizeof(SummaryItemImpl); line += kCacheLine) __builtin_prefetch(bytes + line);
-  }
+  /// Calls one item into the cache, if it is there.
+  static void call(const SummaryItemImpl* item) noexcept { call<sizeof(SummaryItemImpl)>(item); }
+  static void callMarks(const SummaryItemImpl* item) noexcept { call<kMarks>(item); }
 
   void reserve(std::size_t count) { items_.reserve(count); }
   void append(value_type item) { items_.push_back(std::move(item)); }
@@ -109,6 +107,18 @@ class SummaryItems {
       static_cast<void>(items_[i].release());  // every item changes its owner at most once
       items_[i].reset(i - begin < entries.size() ? entries[i - begin].item : nullptr);
     }
+  }
+
+  static constexpr std::size_t kCacheLine = 64;
+  static constexpr std::size_t kMarks = 68;
+
+  /// Its first `Size` bytes, which need not begin where a cache line does.
+  template <std::size_t Size>
+  static void call(const SummaryItemImpl* item) noexcept {
+    if (item == nullptr) return;
+    const char* const bytes = reinterpret_cast<const char*>(item);
+    for (std::size_t line = 0; line < Size; line += kCacheLine) __builtin_prefetch(bytes + line);
+    __builtin_prefetch(bytes + Size - 1);
   }
 
   ItemArena arena_;

@@ -147,7 +147,7 @@ class ItemSort {
   }
 
   static void call(PlacedEntries entries) noexcept {
-    for (const PlacedEntry& entry : entries) SummaryItems::call(*entry.item);
+    for (const PlacedEntry& entry : entries) SummaryItems::call(entry.item);
   }
 
   void breakTies(PlacedEntries entries, bool byLocator) {

@@ -127,7 +127,7 @@ class RowWalk {
   template <class Put>
   void forEachRow(const Put& put) {
     for (std::size_t far = 0; far < items_.size() + 3 * kStep; ++far) {
-      if (far < items_.size()) items_.call(far);
+      if (far < items_.size()) SummaryItems::call(items_[far]);
       callDetails(far - kStep);
       ItemDetails& details = asked_[far % kStep];
       if (const SummaryItemImpl* const item = at(far - 3 * kStep)) put(*item, details);

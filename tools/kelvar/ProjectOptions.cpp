@@ -93,11 +93,12 @@ Pieces piecesOf(const ProjectRequest& request) {
   throw UsageError("nothing to report: expected a PROJECT, or options that name its pieces");
 }
 
-Loaded loadSaying(const Pieces& pieces, const ProjectRequest& request) {
-  Loaded loaded = load(pieces);
-  for (const std::string& complaint : loaded.complaints) say(complaint);
-  for (const Setting& hide : request.hidings) hide(*loaded.data);
-  return loaded;
+const Loaded& loadSaying(const Pieces& pieces, const ProjectRequest& request) {
+  static const Loaded* loaded = nullptr;
+  loaded = new Loaded(load(pieces));
+  for (const std::string& complaint : loaded->complaints) say(complaint);
+  for (const Setting& hide : request.hidings) hide(*loaded->data);
+  return *loaded;
 }
 
 }  // namespace kelvar_tool

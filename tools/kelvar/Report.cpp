@@ -113,7 +113,7 @@ PrintFormat printing(const Request& request) {
 
 ExitStatus report(const Request& request) {
   const PrintFormat printReport = printing(request);
-  const Loaded loaded = loadSaying(piecesOf(request.project), request.project);
+  const Loaded& loaded = loadSaying(piecesOf(request.project), request.project);
   loaded.data->setMapping(request.selection.ordering, request.selection.reverse);
   printReport(loaded, request.selection);
   return loaded.complaints.empty() ? kDone : kUnreadable;

@@ -132,7 +132,7 @@ bool isStale(const Freshness& found, const Threshold& threshold) {
 
 ExitStatus status(const Request& request) {
   const Pieces pieces = piecesOf(request.project);
-  const Loaded loaded = loadSaying(pieces, request.project);
+  const Loaded& loaded = loadSaying(pieces, request.project);
   const Freshness found = lookAt(*loaded.data);
   for (const std::string& warning : found.leaves.warnings()) say(warning);
 
