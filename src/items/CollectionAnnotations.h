@@ -30,6 +30,9 @@ class CollectionAnnotations {
     if (each_ == nullptr) each_ = std::make_unique<PerKind<Annotation>>();
     (*each_)[kind] = std::move(annotation);
   }
+  void drop(digestio::SummaryDataKind kind) noexcept {
+    if (each_ != nullptr) (*each_)[kind].reset();
+  }
 
  private:
   std::unique_ptr<PerKind<Annotation>> each_;  // null: none

@@ -43,6 +43,17 @@ std::unique_ptr<SummaryItemImpl> SummaryItemImpl::copySummaryItem(const SummaryI
   return std::make_unique<SummaryItemImpl>(CopyOf{source});
 }
 
+void SummaryItemImpl::takeBack(const Records& records) noexcept {
+  statuses_ = records.statuses;
+  counted_ = records.counted;
+  seen_ = records.seen;
+  for (const digestio::SummaryDataKind kind : kAllKinds) {
+    if (seen_.has(kind)) continue;
+    details_[kind] = nullptr;
+    collectionAnnotations_.drop(kind);
+  }
+}
+
 void SummaryItemImpl::merge(const SummaryItemImpl& other) {
   // Statuses are read as they were before the merge: the records are settled before the items' identity is.
   const bool current = status_ == kCurrent || other.status_ == kCurrent;
@@ -71,10 +82,13 @@ void SummaryItemImpl::merge(const SummaryItemImpl& other) {
   if (!selected_) selected_ = other.selected_;
 }
 
-bool SummaryItemImpl::gainsFrom(const SummaryItemImpl& other) const {
+bool SummaryItemImpl::gainsRecordsFrom(const SummaryItemImpl& other) const {
   const bool current = status_ == kCurrent || other.status_ == kCurrent;
-  return !other.seen_.isWithin(seen_) || (current && statuses_.has(kNoMatchCurrent)) ||
-         (!annotation_ && (other.annotation_ || other.handle_ != handle_)) || locator_.is_null() || !hasLabel_ ||
+  return !other.seen_.isWithin(seen_) || (current && statuses_.has(kNoMatchCurrent));
+}
+
+bool SummaryItemImpl::gainsMoreFrom(const SummaryItemImpl& other) const {
+  return (!annotation_ && (other.annotation_ || other.handle_ != handle_)) || locator_.is_null() || !hasLabel_ ||
          other.status_ > status_ || other.isTooDeep_ || (!selected_ && other.selected_);
 }
 

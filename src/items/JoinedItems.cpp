@@ -38,7 +38,10 @@ JoinedItems::JoinedItems(SummaryItems& list, JoinMemory& memory) : JoinedItems(l
 
 JoinedItems::~JoinedItems() {
   if (borrowed_.empty()) return;
-  for (std::size_t index = 0; index < changed_.size(); ++index) changed_[index]->takeBack(*before_[index]);
+  while (!changes_.empty()) {
+    takeBack(changes_.back());
+    changes_.pop_back();
+  }
   for (SummaryItems* const list : {&items_, &retired_}) {
     for (SummaryItems::value_type& entry : *list) {
       if (entry && entry->inJoin() != InJoin::kAdded) static_cast<void>(entry.release());
@@ -56,10 +59,24 @@ void JoinedItems::lookAt(SummaryItemImpl& item) {
 }
 
 void JoinedItems::keep(SummaryItemImpl& item) {
-  if (item.inJoin() != InJoin::kLeft) return;
-  before_.make(SummaryItemImpl::StateOf{item});
-  changed_.push_back(&item);
+  if (item.inJoin() == InJoin::kChanged || item.inJoin() == InJoin::kAdded) return;
+  changes_.push_back({&item, &before_.make(SummaryItemImpl::StateOf{item}), {}});
   item.setInJoin(InJoin::kChanged);
+}
+
+void JoinedItems::keepRecords(SummaryItemImpl& item) {
+  if (item.inJoin() != InJoin::kLeft) return;
+  changes_.push_back({&item, nullptr, item.records()});
+  item.setInJoin(InJoin::kRecordsChanged);
+}
+
+void JoinedItems::takeBack(const Change& change) noexcept {
+  if (change.before != nullptr) {
+    change.item->takeBack(*change.before);
+  } else {
+    change.item->takeBack(change.records);
+    change.item->setInJoin(InJoin::kLeft);
+  }
 }
 
 void JoinedItems::append(SummaryItemImpl& item) {
@@ -70,8 +87,9 @@ void JoinedItems::append(SummaryItemImpl& item) {
 }
 
 void JoinedItems::merge(SummaryItemImpl& into, const SummaryItemImpl& other) {
-  if (!into.gainsFrom(other)) return;
-  keep(into);
+  const bool gainsMore = into.gainsMoreFrom(other);
+  if (!gainsMore && !into.gainsRecordsFrom(other)) return;
+  gainsMore ? keep(into) : keepRecords(into);
   into.merge(other);
   // It may stand elsewhere now, and have another handle.
   if (!into.isLikeItsCopy()) inOrder_ = remembers_ = false;
@@ -120,7 +138,7 @@ void JoinedItems::takeIn(SummaryItems::value_type& into, SummaryItems::value_typ
 }
 
 void JoinedItems::settle() noexcept {
-  for (SummaryItemImpl* const item : changed_) item->setInJoin(InJoin::kLeft);
+  for (const Change& change : changes_) change.item->setInJoin(InJoin::kLeft);
   for (SummaryItemImpl* const item : added_) item->setInJoin(InJoin::kLeft);
   list_.swap(items_);
   borrowed_.clear();

@@ -33,11 +33,20 @@ class JoinedItems {
 
  private:
   struct OfBorrowed {};
+  /// What a borrowed item was before it was changed.
+  struct Change {
+    SummaryItemImpl* item;
+    SummaryItemImpl* before;  // null: no more than its records changed
+    SummaryItemImpl::Records records;
+  };
   JoinedItems(SummaryItems& list, JoinMemory& memory, OfBorrowed);  // from its end on, the destructor gives back
 
   void lookAt(SummaryItemImpl& item);
   /// Keeps what the item is, if it is not of this join's own making: it may be changed then.
   void keep(SummaryItemImpl& item);
+  /// The same for its records alone.
+  void keepRecords(SummaryItemImpl& item);
+  static void takeBack(const Change& change) noexcept;
   [[nodiscard]] std::vector<bool> sort();
   void nameAdded();
   void takeIn(SummaryItems::value_type& into, SummaryItems::value_type& from);
@@ -46,9 +55,9 @@ class JoinedItems {
   JoinMemory& memory_;
   std::vector<SummaryItemImpl*> borrowed_;  // by index of the list before; empty once it is settled
   SummaryItems items_;
-  SummaryItems retired_;                   // those that were folded into others
-  std::vector<SummaryItemImpl*> changed_;  // borrowed items
-  SummaryItems before_;                    // what they were
+  SummaryItems retired_;  // those that were folded into others
+  std::vector<Change> changes_;
+  SummaryItems before_;  // what items were
   std::vector<SummaryItemImpl*> added_;
   HandleIndex byHandle_;
   bool remembers_ = true;           // whether the next join may rely on what this one knows

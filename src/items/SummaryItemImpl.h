@@ -59,11 +59,22 @@ class SummaryItemImpl final : public SummaryItem {
 
   /// Folds `other`, which stands for the same site, into this item. See ItemMerge.cpp for who wins what.
   void merge(const SummaryItemImpl& other);
-  /// Whether merge(other) would change anything. Few sites of a program are seen by any one analysis.
-  [[nodiscard]] bool gainsFrom(const SummaryItemImpl& other) const;
+  /// Whether merge(other) would change anything: the records, or the rest. Few sites of a program are seen by any one
+  /// analysis, and of most of those it changes the records alone.
+  [[nodiscard]] bool gainsRecordsFrom(const SummaryItemImpl& other) const;
+  [[nodiscard]] bool gainsMoreFrom(const SummaryItemImpl& other) const;
+
+  /// What the records of an item were before merges added to them, which replace no detail.
+  struct Records {
+    KindStatuses statuses;
+    KindSet counted;
+    KindSet seen;
+  };
+  [[nodiscard]] Records records() const noexcept { return {statuses_, counted_, seen_}; }
+  void takeBack(const Records& records) noexcept;
 
   /// What the join that is under way has made of the item.
-  enum class InJoin : unsigned char { kLeft, kChanged, kAdded };
+  enum class InJoin : unsigned char { kLeft, kRecordsChanged, kChanged, kAdded };
   [[nodiscard]] InJoin inJoin() const noexcept { return inJoin_; }
   void setInJoin(InJoin made) noexcept { inJoin_ = made; }
 
