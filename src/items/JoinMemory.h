@@ -11,8 +11,9 @@ namespace kelvar_2_1_7 {
 /// What a join leaves to the next one of the same list, so that this need not look at every item again. Whoever changes
 /// the list, or the order of its items, in between clears it.
 struct JoinMemory {
-  std::optional<HandleIndex> byHandle;  // of the list, which stands in the order of joins; nothing: it does not
+  std::optional<HandleIndex> byHandle;  // of the list, which stands as a join leaves it; nothing: it does not
   std::vector<std::size_t> loose;       // slots, ascending, of items that may not stand right any more
+  std::size_t apart = 0;                // how many at the end of the list are no match for any other
 
   void clear() noexcept { *this = JoinMemory(); }
 };

@@ -14,13 +14,17 @@ JoinedItems::JoinedItems(SummaryItems& list, JoinMemory& memory, OfBorrowed)
       byHandle_(memory.byHandle ? std::move(*memory.byHandle) : HandleIndex(list.size())),
       inOrder_(memory.byHandle.has_value()),
       loose_(std::move(memory.loose)) {
+  const std::size_t apartBegin = list.size() - std::exchange(memory.apart, 0);
   memory.clear();
   borrowed_.reserve(list.size());
   items_.reserve(list.size());
+  apart_.reserve(list.size());
   for (SummaryItems::value_type& entry : list) {
+    const bool isApart = borrowed_.size() >= apartBegin;
     borrowed_.push_back(entry.get());
-    if (entry) items_.append(std::move(entry));
+    if (entry) (isApart ? apart_ : items_).append(std::move(entry));
   }
+  standing_ = items_.size();
 }
 
 JoinedItems::JoinedItems(SummaryItems& list, JoinMemory& memory) : JoinedItems(list, memory, OfBorrowed()) {
@@ -34,6 +38,20 @@ JoinedItems::JoinedItems(SummaryItems& list, JoinMemory& memory) : JoinedItems(l
     lookAt(item);
     if (item.hasAnnotation() && item.handle() != 0) byHandle_.name(item.handle(), item);
   }
+  setApart();
+}
+
+void JoinedItems::setApart() noexcept {
+  auto end = items_.begin();
+  for (SummaryItems::value_type& entry : items_) {
+    if (!mayMatch(*entry)) {
+      apart_.append(std::move(entry));
+    } else if (SummaryItems::value_type& to = *end++; &to != &entry) {
+      to = std::move(entry);
+    }
+  }
+  standing_ = static_cast<std::size_t>(end - items_.begin());
+  items_.truncate(standing_);
 }
 
 JoinedItems::~JoinedItems() {
@@ -42,7 +60,7 @@ JoinedItems::~JoinedItems() {
     takeBack(changes_.back());
     changes_.pop_back();
   }
-  for (SummaryItems* const list : {&items_, &retired_}) {
+  for (SummaryItems* const list : {&items_, &apart_, &retired_}) {
     for (SummaryItems::value_type& entry : *list) {
       if (entry && entry->inJoin() != InJoin::kAdded) static_cast<void>(entry.release());
     }
@@ -80,8 +98,9 @@ void JoinedItems::takeBack(const Change& change) noexcept {
 }
 
 void JoinedItems::append(SummaryItemImpl& item) {
+  SummaryItems& items = mayMatch(item) ? items_ : apart_;
   SummaryItemImpl& added =
-      item.isLent() ? items_.make(SummaryItemImpl::CopyOf{item}) : items_.make(SummaryItemImpl::LastOf{item});
+      item.isLent() ? items.make(SummaryItemImpl::CopyOf{item}) : items.make(SummaryItemImpl::LastOf{item});
   added.setInJoin(InJoin::kAdded);
   added_.push_back(&added);
 }
@@ -99,6 +118,7 @@ void JoinedItems::fold(SameSite sameSite) {
   nameAdded();
   const std::vector<bool> isNew = sort();
   retired_.reserve(items_.size());  // none retires twice
+  items_.reserve(items_.size() + apart_.size());
   const auto takeIn = [this](SummaryItems::value_type& into, SummaryItems::value_type& from) {
     this->takeIn(into, from);
   };
@@ -119,7 +139,7 @@ std::vector<bool> JoinedItems::sort() {
     items_.sort(kSortKind);
     return {};
   }
-  for (std::size_t slot = borrowed_.size(); slot < items_.size(); ++slot) loose_.push_back(slot);
+  for (std::size_t slot = standing_; slot < items_.size(); ++slot) loose_.push_back(slot);
   return items_.sortIn(kSortKind, std::exchange(loose_, {}));
 }
 
@@ -140,11 +160,14 @@ void JoinedItems::takeIn(SummaryItems::value_type& into, SummaryItems::value_typ
 void JoinedItems::settle() noexcept {
   for (const Change& change : changes_) change.item->setInJoin(InJoin::kLeft);
   for (SummaryItemImpl* const item : added_) item->setInJoin(InJoin::kLeft);
+  const std::size_t apart = apart_.size();
+  for (SummaryItems::value_type& entry : apart_) items_.append(std::move(entry));
   list_.swap(items_);
   borrowed_.clear();
   if (!remembers_ || byHandle_.hasTwins()) return;
   memory_.byHandle.emplace(std::move(byHandle_));
   memory_.loose.swap(loose_);
+  memory_.apart = apart;
 }
 
 }  // namespace kelvar_2_1_7

@@ -26,7 +26,8 @@ class JoinedItems {
   [[nodiscard]] const HandleIndex& byHandle() const noexcept { return byHandle_; }
   void append(SummaryItemImpl& item);  // a copy of it; all that is left of it, unless it is lent
   void merge(SummaryItemImpl& into, const SummaryItemImpl& other);
-  /// Orders the items by kind, and folds neighbours that `sameSite` says are one.
+  /// Orders the items that may match by kind, and folds neighbours that `sameSite` says are one. The others, which that
+  /// order puts behind or before all of them, need no place in it.
   void fold(SameSite sameSite);
   /// Makes this the list.
   void settle() noexcept;
@@ -42,6 +43,7 @@ class JoinedItems {
   JoinedItems(SummaryItems& list, JoinMemory& memory, OfBorrowed);  // from its end on, the destructor gives back
 
   void lookAt(SummaryItemImpl& item);
+  void setApart() noexcept;
   /// Keeps what the item is, if it is not of this join's own making: it may be changed then.
   void keep(SummaryItemImpl& item);
   /// The same for its records alone.
@@ -55,6 +57,8 @@ class JoinedItems {
   JoinMemory& memory_;
   std::vector<SummaryItemImpl*> borrowed_;  // by index of the list before; empty once it is settled
   SummaryItems items_;
+  SummaryItems apart_;    // those that are no match for any other: of these nothing is asked
+  std::size_t standing_;  // how many of the items are borrowed
   SummaryItems retired_;  // those that were folded into others
   std::vector<Change> changes_;
   SummaryItems before_;  // what items were

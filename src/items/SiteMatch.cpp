@@ -20,6 +20,10 @@ bool sameLeaf(const SummaryItemImpl& a, const SummaryItemImpl& b) {
   return ours.get_leaf() == theirs.get_leaf();
 }
 
+bool mayMatch(const SummaryItemImpl& item) noexcept {
+  return item.hasAnnotation() || item.detailKind() == digestio::kAnnotatedSite;
+}
+
 bool sameSortOfSite(const SummaryItemImpl& a, const SummaryItemImpl& b) {
   return a.detailKind() == digestio::kAnnotatedSite && b.detailKind() == digestio::kAnnotatedSite &&
          a.annotationKind() == b.annotationKind();

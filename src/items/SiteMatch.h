@@ -11,6 +11,10 @@ namespace kelvar_2_1_7 {
 /// directories do not count.
 [[nodiscard]] bool sameLeaf(const SummaryItemImpl& a, const SummaryItemImpl& b);
 
+/// Whether a join may ever find that the item and another one stand for one site: hot spots and loops that no
+/// annotation names stay what they are.
+[[nodiscard]] bool mayMatch(const SummaryItemImpl& item) noexcept;
+
 /// Whether both are annotated sites of one annotation kind: only those ever stand for one site without a handle.
 [[nodiscard]] bool sameSortOfSite(const SummaryItemImpl& a, const SummaryItemImpl& b);
 

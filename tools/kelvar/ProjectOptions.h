@@ -29,8 +29,8 @@ void addHidings(CLI::App& app, ProjectRequest& request);
 /// What is to be read. Throws UsageError where PROJECT is no directory, or there is nothing to read.
 [[nodiscard]] Pieces piecesOf(const ProjectRequest& request);
 
-/// Reads `pieces`, says what could not be read, and hides what is not asked for. What it answers stays until the process
-/// ends, which frees at once what would take long to take apart.
+/// Reads `pieces`, says what could not be read, and hides what is not asked for. What it answers stays until the
+/// process ends, which frees at once what would take long to take apart.
 [[nodiscard]] const Loaded& loadSaying(const Pieces& pieces, const ProjectRequest& request);
 
 }  // namespace kelvar_tool
