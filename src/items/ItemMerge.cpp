@@ -59,7 +59,7 @@ void SummaryItemImpl::merge(const SummaryItemImpl& other) {
   const bool current = status_ == kCurrent || other.status_ == kCurrent;
   for (const digestio::SummaryDataKind kind : kAllKinds) {
     if (details_[kind] == nullptr && other.details_[kind] != nullptr) {
-      setRecord(kind, other.statuses_[kind], other.details_[kind]);
+      setRecord(kind, other.record(kind));
       collectionAnnotations_.set(kind, other.collectionAnnotations_.of(kind));
     }
     if (statuses_[kind] == kNoMatchCurrent && current) {

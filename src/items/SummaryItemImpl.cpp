@@ -90,7 +90,7 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, SummaryDetail* detail
   for (const SummaryDataKind kind : kReadingOrder) {
     if (!kShows[kind](*detail)) continue;
     shown = true;
-    setRecord(kind, kNoMatchCurrent, detail);
+    setRecord(kind, {.status = kNoMatchCurrent, .count = 1, .detail = detail});
     if (kKeepsAnnotation[kind]) collectionAnnotations_.set(kind, annotation);
   }
   // A detail that shows nothing gives no identity either.
@@ -108,7 +108,7 @@ void SummaryItemImpl::setKnown(const PerKind<bool>& known) noexcept {
   counted_ = seen_ = {};
   details_ = {};
   for (const SummaryDataKind kind : kAllKinds) {
-    if (known[kind]) setRecord(kind, status_, nullptr);
+    if (known[kind]) setRecord(kind, {.status = status_, .count = 1, .detail = nullptr});
   }
 }
 
@@ -121,11 +121,11 @@ void SummaryItemImpl::setLabel(std::string label) noexcept {
   labelHash_ = static_cast<std::uint32_t>(std::hash<std::string_view>()(label_));
 }
 
-void SummaryItemImpl::setRecord(SummaryDataKind kind, SummaryDataStatus status, SummaryDetail* detail) noexcept {
-  statuses_.set(kind, status);
-  counted_.add(kind);
-  details_[kind] = detail;
-  if (detail != nullptr) seen_.add(kind);
+void SummaryItemImpl::setRecord(SummaryDataKind kind, const CollectionInfo& record) noexcept {
+  statuses_.set(kind, record.status);
+  if (record.count != 0) counted_.add(kind);
+  if (record.detail != nullptr) seen_.add(kind);
+  details_[kind] = record.detail;
 }
 
 void SummaryItemImpl::operator delete(SummaryItemImpl* item, std::destroying_delete_t) noexcept {

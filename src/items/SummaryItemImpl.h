@@ -19,6 +19,13 @@ namespace kelvar_2_1_7 {
 /// The one kind of item there is. Joins work on the fields; everyone else reads through SummaryItem.
 class SummaryItemImpl final : public SummaryItem {
  public:
+  /// What one analysis says of the site.
+  struct CollectionInfo {
+    SummaryDataStatus status;
+    unsigned int count;               // 0 or 1
+    digestio::SummaryDetail* detail;  // the result that loaded it owns it
+  };
+
   /// An annotated site. `annotation` must not be empty. Each flag fills the record of its kind with `status` and a
   /// count of 1 and no detail; `survey` fills that of the vectorization survey too.
   SummaryItemImpl(SummaryData::Impl* owner, boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle,
@@ -96,7 +103,7 @@ class SummaryItemImpl final : public SummaryItem {
     return statuses_[kind];
   }
   [[nodiscard]] unsigned int summaryDataCount(digestio::SummaryDataKind kind) const override {
-    return counted_.has(kind) ? 1 : 0;
+    return record(kind).count;
   }
   [[nodiscard]] digestio::SummaryDetail* summaryDetail(digestio::SummaryDataKind kind) const override {
     return details_[kind];
@@ -165,9 +172,14 @@ class SummaryItemImpl final : public SummaryItem {
   void takePlace(const SummaryItemImpl& other);
   void takeLabel(const SummaryItemImpl& other);
   void setLabel(std::string label) noexcept;
-  void setRecord(digestio::SummaryDataKind kind, SummaryDataStatus status, digestio::SummaryDetail* detail) noexcept;
+  [[nodiscard]] CollectionInfo record(digestio::SummaryDataKind kind) const noexcept {
+    return {.status = statuses_[kind], .count = counted_.has(kind) ? 1U : 0U, .detail = details_[kind]};
+  }
+  /// Fills the record, which was empty of what `record` is not empty of.
+  void setRecord(digestio::SummaryDataKind kind, const CollectionInfo& record) noexcept;
 
-  // What joins ask of every item, within 64 bytes with the table of operations.
+  // What joins ask of every item stands within 64 bytes, with the table of operations. The records lie as what is asked
+  // together: statuses, counts, whether there is a detail, and apart from those the details.
   unsigned long handle_;
   boost::shared_ptr<sitenotes::annotation_t> annotation_;
   sitenotes::locator_t locator_;
