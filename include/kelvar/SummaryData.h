@@ -97,7 +97,8 @@ class KELVAR_EXPORT SummaryData {
   /// The view as fixed-width text with the program-wide figures; with `verbose`, statuses and settings too.
   [[nodiscard]] std::string asString(bool verbose) const;
   /// The same text in pieces, for those who pass it on: whole, that of a million sites takes a quarter of a gigabyte.
-  /// A piece is valid while `out` is called with it. What `out` throws passes through; it may not change this object.
+  /// A piece is valid while `out` is called with it. `out` may not change this object. What `out` or a collaborator
+  /// throws passes through, behind the pieces that were handed on before it.
   void write(bool verbose, const std::function<void(std::string_view piece)>& out) const;
 
  private:

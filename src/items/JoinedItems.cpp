@@ -150,10 +150,9 @@ void JoinedItems::takeIn(SummaryItems::value_type& into, SummaryItems::value_typ
   const unsigned long handle = into->handle();
   keep(*into);
   into->merge(*from);
-  if (into->handle() != handle) {
-    byHandle_.forget(handle, *into);
-    if (into->hasAnnotation() && into->handle() != 0) byHandle_.name(into->handle(), *into);
-  }
+  if (into->handle() != handle) byHandle_.forget(handle, *into);
+  // Its annotation may be new to it where its handle is not.
+  if (into->hasAnnotation() && into->handle() != 0) byHandle_.name(into->handle(), *into);
   retired_.append(std::move(from));
 }
 

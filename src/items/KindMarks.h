@@ -20,7 +20,7 @@ class KindSet {
   std::uint8_t bits_ = 0;
 };
 
-/// A status for each analysis kind, in two bytes.
+/// A status for each analysis kind, one of SummaryDataStatus, in two bytes.
 class KindStatuses {
  public:
   [[nodiscard]] SummaryDataStatus operator[](digestio::SummaryDataKind kind) const noexcept {
@@ -28,7 +28,7 @@ class KindStatuses {
   }
   void set(digestio::SummaryDataKind kind, SummaryDataStatus status) noexcept {
     const unsigned others = bits_ & ~(kMask << shiftOf(kind));
-    bits_ = static_cast<std::uint16_t>(others | static_cast<unsigned>(status) << shiftOf(kind));
+    bits_ = static_cast<std::uint16_t>(others | (static_cast<unsigned>(status) & kMask) << shiftOf(kind));
   }
   /// Whether any kind has it.
   [[nodiscard]] bool has(SummaryDataStatus status) const noexcept {

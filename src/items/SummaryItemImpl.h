@@ -175,7 +175,7 @@ class SummaryItemImpl final : public SummaryItem {
   [[nodiscard]] CollectionInfo record(digestio::SummaryDataKind kind) const noexcept {
     return {.status = statuses_[kind], .count = counted_.has(kind) ? 1U : 0U, .detail = details_[kind]};
   }
-  /// Fills the record, which was empty of what `record` is not empty of.
+  /// Fills a record that has no detail yet.
   void setRecord(digestio::SummaryDataKind kind, const CollectionInfo& record) noexcept;
 
   // What joins ask of every item stands within 64 bytes, with the table of operations. The records lie as what is asked

@@ -59,11 +59,8 @@ std::unique_ptr<SummaryItemImpl> ItemText::item(const std::string& line) {
   const auto annotationKind = static_cast<support::Kind>(kind);
   detail.reports(annotationKind);
   boost::shared_ptr<sitenotes::annotation_t> annotation;
-  unsigned long handle = 0;
-  if (identity[0] == '@') {
-    annotation = support::annotation(textOf(label), textOf(place), annotationKind);
-    handle = std::stoul(identity.substr(1));
-  }
+  const unsigned long handle = identity.size() > 1 ? std::stoul(identity.substr(1)) : 0;
+  if (identity[0] == '@') annotation = support::annotation(textOf(label), textOf(place), annotationKind);
   auto item = annotation && !hasRecords ? support::itemFrom(annotation, handle, static_cast<SummaryDataStatus>(status))
                                         : support::itemFrom(detail, annotation, handle);
   item->setSelected(selected);

@@ -11,6 +11,7 @@
 ///     @7 solver a/x.cpp:12 k2 s5        an annotation, its handle, annotation kind and status
 ///     @7 solver a/x.cpp:12 survey map   an annotated site with details
 ///     - solver a/x.cpp:12 k2 d1 survey  a site that only an analysis knows, with its detail kind
+///     -7 solver a/x.cpp:12 survey       the same with a handle
 ///
 /// `_` stands for an empty label or place, `__too_deep__` for the label with blanks, `selected` for the user's mark.
 class ItemText {

@@ -1,7 +1,7 @@
 // Whether the fast passes join as the plain ones do.
 #include <gtest/gtest.h>
 
-#include <array>
+#include <deque>
 #include <random>
 #include <vector>
 
@@ -74,36 +74,46 @@ TEST(Fold, EqualsThePlainPassesOnRandomLists) {
   }
 }
 
-// The second and the third rely on what those before them left. In which order they leave the list is theirs to choose.
+/// Joins one result after the other: each relies on what those before it left. In which order they leave the list is
+/// theirs to choose.
+void expectSameJoins(const std::string& list, const std::vector<std::string>& incoming) {
+  std::vector<SummaryDataStatus> quick;
+  std::vector<SummaryDataStatus> slow;
+  std::deque<ItemText> results;
+  JoinMemory memory;
+  expectSame(
+      list,
+      [&](SummaryItems& items) {
+        for (const std::string& text : incoming) {
+          SummaryItems result = results.emplace_back().list(text);
+          quick.push_back(join(items, result, memory));
+        }
+        items.sort(kSortKind);
+      },
+      [&](SummaryItems& items) {
+        for (const std::string& text : incoming) {
+          SummaryItems result = results.emplace_back().list(text);
+          slow.push_back(plain::join(items, result));
+        }
+        items.sort(kSortKind);
+      });
+  ASSERT_EQ(quick, slow) << list;
+}
+
 TEST(Join, ThreeEqualPlainJoinsOnRandomLists) {
   std::mt19937 random(11);
   for (int round = 0; round < 3000; ++round) {
     const int handles = round % 2 == 0 ? 40 : 4000;  // of many, few come twice
     std::vector<std::string> incoming;
     for (int i = 0; i < 3; ++i) incoming.push_back(randomList(random, 4 + round % 40, handles));
-    std::vector<SummaryDataStatus> quick;
-    std::vector<SummaryDataStatus> slow;
-    std::array<ItemText, 6> results;
-    expectSame(
-        randomList(random, 4 + round % 40, handles),
-        [&](SummaryItems& items) {
-          JoinMemory memory;
-          for (std::size_t i = 0; i < incoming.size(); ++i) {
-            SummaryItems result = results[i].list(incoming[i]);
-            quick.push_back(join(items, result, memory));
-          }
-          items.sort(kSortKind);
-        },
-        [&](SummaryItems& items) {
-          for (std::size_t i = 0; i < incoming.size(); ++i) {
-            SummaryItems result = results[3 + i].list(incoming[i]);
-            slow.push_back(plain::join(items, result));
-          }
-          items.sort(kSortKind);
-        });
-    ASSERT_EQ(quick, slow);
+    expectSameJoins(randomList(random, 4 + round % 40, handles), incoming);
     if (HasFatalFailure()) return;
   }
+}
+
+TEST(Join, FindsAnAnnotationThatTheOneBeforeItFoldedIntoItsHandle) {
+  expectSameJoins("-7 a x.cpp:1 survey\n", {"@7 a x.cpp:2 survey suit\n", "@7 a x.cpp:2 map\n"});
+  expectSameJoins("-7 a x.cpp:1 survey\n", {"@7 a x.cpp:2\n", "@7 a x.cpp:2 map\n"});
 }
 
 }  // namespace
