@@ -2,9 +2,11 @@
 
 #include <boost/container/deque.hpp>
 #include <memory_resource>
+#include <span>
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "ResultRecords.h"
 #include "digestio.h"
@@ -101,8 +103,10 @@ class Detail final : public digestio::SummaryDetail {
 };
 static_assert(sizeof(Detail) <= 96, "a collection holds a million of them");
 
-/// One analysis in memory. Details stand in large blocks that never move; what they refer to comes from an arena that
-/// goes with the collection, so a detail costs no allocation of its own.
+/// One analysis in memory. Details are asked for in the order of their file, but lie by source file and line: nobody
+/// lists them otherwise, and a walk in that order then goes through memory as it lies, here and in what is made of
+/// them. They stand in large blocks that never move; what they refer to comes from an arena that goes with the
+/// collection, so a detail costs no allocation of its own.
 class Collection final : public digestio::SummaryCollection {
  public:
   digestio::SummaryDataKind dataKind() const override { return program_.dataKind; }
@@ -113,13 +117,12 @@ class Collection final : public digestio::SummaryCollection {
   int target_system() const override { return program_.targetSystem; }
   double programMaxGain() const override { return program_.programMaxGain; }
   int detailCount() const override { return static_cast<int>(details_.size()); }
-  digestio::SummaryDetail* detail(int index) const override { return &details_[static_cast<std::size_t>(index)]; }
+  digestio::SummaryDetail* detail(int index) const override { return inOrder_[static_cast<std::size_t>(index)]; }
 
   [[nodiscard]] ProgramRecord& program() noexcept { return program_; }
-  /// The caller sees to it that an int counts them.
-  void add(const DetailFields& fields) { details_.emplace_back(fields); }
-  /// A copy of `text` that lives as long as this object.
-  [[nodiscard]] std::string_view keep(std::string_view text);
+  /// Takes all details, whose labels need not outlive the call. To be called once; the caller sees to it that an int
+  /// counts them.
+  void take(std::span<const DetailFields> inOrder);
   /// A view of `record` that lives as long as this object.
   template <class View, class Record>
   [[nodiscard]] View* keepView(const Record& record) {
@@ -128,11 +131,15 @@ class Collection final : public digestio::SummaryCollection {
   }
 
  private:
+  /// A copy of `text` that lives as long as this object.
+  [[nodiscard]] std::string_view keep(std::string_view text);
+
   using Blocks = boost::container::deque_options<boost::container::block_size<4096>>::type;
 
   ProgramRecord program_;
   std::pmr::monotonic_buffer_resource arena_;
-  mutable boost::container::deque<Detail, void, Blocks> details_;  // handed out as the interface has it: not const
+  boost::container::deque<Detail, void, Blocks> details_;
+  std::vector<Detail*> inOrder_;
 };
 
 }  // namespace kelvar_platform

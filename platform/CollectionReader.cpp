@@ -47,15 +47,16 @@ constexpr std::array<JsonField<MapRecord>, 1> kMapFields{{
     {"strides", integers<&MapRecord::strides>, kAlways},
 }};
 
-/// A collection while it is read, with the detail that is being read.
+/// A collection while it is read.
 struct Reading {
   Collection& collection;
-  DetailFields detail;
+  std::vector<DetailFields>& details;
+  DetailFields detail;  // the one that is being read
   KnownPaths files;
 };
 
 void readLabel(JsonReader& in, JsonValue& value, Reading& out) {
-  out.detail.label = out.collection.keep(in.text(value));
+  out.detail.label = in.text(value);
 }
 
 void readFile(JsonReader& in, JsonValue& value, Reading& out) {
@@ -93,7 +94,7 @@ void readDetails(JsonReader& in, JsonValue& value, Reading& out) {
   in.readList(value, [&](JsonValue& element) {
     out.detail = {};
     in.readObject(element, kDetailFields, out);
-    out.collection.add(out.detail);
+    out.details.push_back(out.detail);
   });
 }
 
@@ -130,10 +131,12 @@ std::string collectionFile(const std::string& result) {
   return result + "/collection.json";
 }
 
-std::unique_ptr<Collection> readCollection(const std::string& result, JsonReader& in) {
+std::unique_ptr<Collection> CollectionReader::read(const std::string& result) {
   auto collection = std::make_unique<Collection>();
-  Reading reading{.collection = *collection, .detail = {}, .files = {}};
-  in.readDocument(collectionFile(result), kCollectionFields, reading);
+  details_.clear();
+  Reading reading{.collection = *collection, .details = details_, .detail = {}, .files = {}};
+  in_.readDocument(collectionFile(result), kCollectionFields, reading);
+  collection->take(details_);
   return collection;
 }
 

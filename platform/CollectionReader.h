@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "Collection.h"
 #include "JsonReader.h"
@@ -11,8 +12,15 @@ namespace kelvar_platform {
 /// Where a result keeps its collection.
 [[nodiscard]] std::string collectionFile(const std::string& result);
 
-/// Reads the collection of the result at `result`, in the memory of `in`. Throws a ReadError at the first value that
-/// does not fit.
-[[nodiscard]] std::unique_ptr<Collection> readCollection(const std::string& result, JsonReader& in);
+/// Reads collections, one after the other, in memory that is kept for the next.
+class CollectionReader {
+ public:
+  /// The collection of the result at `result`. Throws a ReadError at the first value that does not fit.
+  [[nodiscard]] std::unique_ptr<Collection> read(const std::string& result);
+
+ private:
+  JsonReader in_;
+  std::vector<DetailFields> details_;  ///< of the collection that is being read, in the order of its file
+};
 
 }  // namespace kelvar_platform

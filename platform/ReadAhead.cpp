@@ -44,7 +44,7 @@ struct ReadAhead::Impl {
     if (!isWorthAThread(collectionFile(*next))) return;
     if (!reader) reader.emplace();
     try {
-      reading = std::async(std::launch::async, [this, &result = *next] { return readCollection(result, *reader); });
+      reading = std::async(std::launch::async, [this, &result = *next] { return reader->read(result); });
     } catch (const std::system_error&) {
       reading = {};  // load reads, as it does without this
     }
@@ -52,7 +52,7 @@ struct ReadAhead::Impl {
 
   const std::vector<std::string> results;
   std::vector<std::string>::const_iterator next;
-  std::optional<JsonReader> reader;                  ///< of the other thread, while there is one
+  std::optional<CollectionReader> reader;            ///< of the other thread, while there is one
   std::future<std::unique_ptr<Collection>> reading;  ///< of `next`; waits for the thread when it goes
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "sitenotes.h"
@@ -9,8 +10,9 @@ namespace kelvar_2_1_7 {
 
 /// The n-th of some sites, and where it stands.
 struct Placed {
-  sitenotes::locator_t place;
-  std::size_t index;
+  sitenotes::locator_t place{toolbelt::path_t(), 0, 0};
+  std::size_t index = 0;
+  std::uint64_t key = 0;  // for sorts
 };
 
 /// Orders sites by place; those of one place stay as they were. Defined with the view, beside the one sort.
@@ -22,7 +24,7 @@ template <class PlaceOf>
 [[nodiscard]] std::vector<Placed> placeOrder(std::size_t count, PlaceOf placeOf) {
   std::vector<Placed> sites;
   sites.reserve(count);
-  for (std::size_t index = 0; index < count; ++index) sites.push_back({placeOf(index), index});
+  for (std::size_t index = 0; index < count; ++index) sites.push_back({placeOf(index), index, 0});
   sortByPlace(sites);
   return sites;
 }

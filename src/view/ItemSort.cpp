@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "items/SummaryItems.h"
-#include "view/LeafOrder.h"
 #include "view/MergeSort.h"
 #include "view/NumberKeys.h"
 #include "view/Orderings.h"
+#include "view/PlaceSort.h"
 #include "view/RadixSort.h"
 #include "view/SortEntries.h"
 #include "view/TieBreak.h"
@@ -108,42 +108,16 @@ class ItemSort {
   }
 
   void byPlace(PlacedEntries entries, bool byLocator) {
-    constexpr std::size_t kMany = 4096;
-    if (entries.size() >= kMany) {
-      const PlacedEntries mixed = betweenSorted(entries);
-      if (mixed.size() >= kMany) arrange(mixed);
-    }
-    mergeSort(entries, buffer_, standsBefore);
+    placeSort(entries, buffer_);
     shared_.clear();
     for (std::size_t begin = 0, end = 1; begin < entries.size(); begin = end++) {
-      while (end < entries.size() && !standsBefore(entries[end - 1], entries[end])) ++end;
+      while (end < entries.size() && !standsBefore<PlacedEntry>(entries[end - 1], entries[end])) ++end;
       if (end - begin > 1) shared_.push_back(entries.subspan(begin, end - begin));
     }
     for (std::size_t i = 0; i < shared_.size(); ++i) {
       if (i + kSortStep < shared_.size()) call(shared_[i + kSortStep]);
       breakTies(shared_[i], byLocator);
     }
-  }
-
-  static bool standsBefore(const PlacedEntry& a, const PlacedEntry& b) { return a.place.display_order(b.place) < 0; }
-
-  /// What is left without the sorted lists that the entries begin and end with.
-  static PlacedEntries betweenSorted(PlacedEntries entries) {
-    const auto begin = std::is_sorted_until(entries.begin(), entries.end(), standsBefore);
-    const auto standsBehind = [](const PlacedEntry& a, const PlacedEntry& b) { return standsBefore(b, a); };
-    const auto end = std::is_sorted_until(entries.rbegin(), std::reverse_iterator(begin), standsBehind);
-    return {begin, end.base()};
-  }
-
-  /// Nearly by place.
-  void arrange(PlacedEntries entries) {
-    LeafOrder order;
-    for (PlacedEntry& entry : entries) entry.key = order.leafOf(entry.place);
-    order.rankLeaves();
-    for (PlacedEntry& entry : entries) {
-      entry.key = order.numberOf(static_cast<std::uint32_t>(entry.key), entry.place);
-    }
-    radixSort(entries, buffer_);
   }
 
   static void call(PlacedEntries entries) noexcept {

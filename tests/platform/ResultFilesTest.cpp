@@ -90,17 +90,19 @@ TEST_F(ResultFiles, ManyKeysInOneObjectAreToldApart) {
   EXPECT_EQ(refusal(), "collection.json: 150000: expected a key that stands once");
 }
 
-TEST_F(ResultFiles, ManyDetailsStayWhereTheyAre) {
+TEST_F(ResultFiles, ManyDetailsStayWhereTheyAreAndAreAskedForAsTheyStandInTheFile) {
   std::string details;
   for (int i = 0; i < 20'000; ++i) {
     const std::string number = std::to_string(i);
-    details += R"({"label":"s)" + number + R"(","map":{"strides":[)" + number + ",0,0]}},";
+    details += R"({"label":"s)" + number + R"(","file":"f)" + std::to_string(i % 7) + R"(","line":)" +
+               std::to_string(i * 7919 % 100) + R"(,"map":{"strides":[)" + number + ",0,0]}},";
   }
   const auto collection = load(with("\"details\":[" + details + "{}]"));
   ASSERT_TRUE(collection) << refusal();
   ASSERT_EQ(collection->detailCount(), 20'001);
   for (int i = 0; i < 20'000; ++i) {
     ASSERT_EQ(collection->detail(i)->label(), "s" + std::to_string(i));
+    ASSERT_EQ(collection->detail(i)->locator().get_line(), i * 7919 % 100);
     ASSERT_EQ(collection->detail(i)->mapView()->strides(0), i);
   }
 }

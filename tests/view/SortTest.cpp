@@ -5,9 +5,11 @@
 #include <limits>
 #include <numeric>
 
+#include "items/PlaceOrder.h"
 #include "support/Faults.h"
 #include "support/Rows.h"
 #include "view/MergeSort.h"
+#include "view/PlaceSort.h"
 #include "view/PlainOrderings.h"
 #include "view/RadixSort.h"
 #include "view/RandomItems.h"
@@ -69,6 +71,38 @@ TEST(MergeSort, AsksOnceForEachRecordOfWhatIsSortedOrTurnedAround) {
     mergeSort(std::span(records), buffer, [&](int a, int b) { return ++asked, a < b; });
     EXPECT_LT(asked, 10001);
     EXPECT_TRUE(std::is_sorted(records.begin(), records.end()));
+  }
+}
+
+/// Records at few places up to the end of the first and from the beginning of the second sorted part.
+std::vector<Placed> somePlaces(std::size_t count, std::size_t sortedBefore, std::size_t sortedBehind) {
+  std::mt19937 engine(7);
+  std::vector<Placed> records;
+  while (records.size() < count) {
+    const std::string file = std::string(1, static_cast<char>('a' + engine() % 2)) + "/leaf" + "xyz"[engine() % 3];
+    const int line = static_cast<int>(engine() % 400) - 200;
+    const int column = static_cast<int>(engine() % 3);
+    records.push_back({sitenotes::locator_t(toolbelt::path_t(file), line, column), records.size()});
+  }
+  const auto at = [&](std::size_t index) { return records.begin() + static_cast<std::ptrdiff_t>(index); };
+  std::stable_sort(at(0), at(sortedBefore), standsBefore<Placed>);
+  std::stable_sort(at(count - sortedBehind), at(count), standsBefore<Placed>);
+  return records;
+}
+
+TEST(PlaceSort, SortsAsAStableSortDoesWhateverStandsAlready) {
+  constexpr std::size_t kCount = 9000;  // enough to be arranged first, even without the sorted parts
+  const std::pair<std::size_t, std::size_t> sorted[] = {{0, 0},       {kCount, 0},  {1, kCount - 1},
+                                                        {4000, 5000}, {2000, 2500}, {4000, 4900}};
+  for (const auto& [before, behind] : sorted) {
+    std::vector<Placed> records = somePlaces(kCount, before, behind);
+    std::vector<Placed> want = records;
+    std::stable_sort(want.begin(), want.end(), standsBefore<Placed>);
+    std::vector<Placed> buffer;
+    placeSort(std::span(records), buffer);
+    EXPECT_TRUE(std::equal(records.begin(), records.end(), want.begin(),
+                           [](const Placed& a, const Placed& b) { return a.index == b.index; }))
+        << before << ' ' << behind;
   }
 }
 
