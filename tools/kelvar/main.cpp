@@ -1,8 +1,10 @@
+#include <malloc.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cstdlib>
 #include <exception>
+#include <limits>
 #include <new>
 #include <string>
 
@@ -84,6 +86,16 @@ void sayWhyItEnds() {
   });
 }
 
+/// What a large list leaves is the next one's: pages that the kernel has cleared once need not be cleared again. By
+/// itself the allocator gives each large block back to the kernel.
+void keepFreedMemory() noexcept {
+#ifdef __GLIBC__
+  constexpr int kAnySize = std::numeric_limits<int>::max();
+  static_cast<void>(::mallopt(M_MMAP_THRESHOLD, kAnySize));
+  static_cast<void>(::mallopt(M_TRIM_THRESHOLD, kAnySize));
+#endif
+}
+
 }  // namespace
 
 }  // namespace kelvar_tool
@@ -92,6 +104,7 @@ int main(int count, char** arguments) {
   using namespace kelvar_tool;
   holdStandardDescriptors();
   sayWhyItEnds();
+  keepFreedMemory();
   try {
     return run(count, arguments);
   } catch (const kelvar_platform::ReadError& error) {
