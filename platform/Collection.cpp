@@ -1,11 +1,10 @@
 #include "Collection.h"
 
 #include <algorithm>
+#include <boost/unordered/unordered_flat_map.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <functional>
-#include <tuple>
 
 #include "CollectionReader.h"
 #include "Diagnosis.h"
@@ -15,22 +14,42 @@ namespace kelvar_platform {
 
 namespace {
 
-/// Where a detail lies among others.
-struct Place {
-  const std::string* file;  // equal paths share their text
-  std::int32_t line;
+/// The ranks of leaves among all that details have.
+class LeafRanks {
+ public:
+  explicit LeafRanks(std::span<const DetailFields> details) {
+    for (const DetailFields& detail : details) ranks_.try_emplace(&detail.file.get_leaf(), 0);
+    std::vector<const std::string*> leaves;
+    for (const auto& leaf : ranks_) leaves.push_back(leaf.first);
+    std::sort(leaves.begin(), leaves.end(), [](const auto* a, const auto* b) { return *a < *b; });
+    for (std::uint32_t rank = 0; rank < leaves.size(); ++rank) ranks_[leaves[rank]] = rank;
+  }
+
+  [[nodiscard]] std::uint32_t of(const DetailFields& detail) const { return ranks_.at(&detail.file.get_leaf()); }
+
+ private:
+  boost::unordered_flat_map<const std::string*, std::uint32_t> ranks_;  // equal leaves share their text
+};
+
+/// A detail, and its leaf and line as a number.
+struct Placed {
+  std::uint64_t key;
   std::uint32_t index;
 };
 
-std::vector<Place> byPlace(std::span<const DetailFields> details) {
-  std::vector<Place> places;
+/// In display order.
+std::vector<Placed> byPlace(std::span<const DetailFields> details) {
+  const LeafRanks ranks(details);
+  std::vector<Placed> places;
   places.reserve(details.size());
   for (const DetailFields& detail : details) {
-    places.push_back({&detail.file.get_text(), detail.line, static_cast<std::uint32_t>(places.size())});
+    const auto line = static_cast<std::uint32_t>(detail.line);  // never negative
+    places.push_back({std::uint64_t{ranks.of(detail)} << 32 | line, static_cast<std::uint32_t>(places.size())});
   }
-  std::sort(places.begin(), places.end(), [](const Place& a, const Place& b) {
-    if (a.file != b.file) return std::less<>()(a.file, b.file);
-    return std::tie(a.line, a.index) < std::tie(b.line, b.index);
+  std::sort(places.begin(), places.end(), [&](const Placed& a, const Placed& b) {
+    if (a.key != b.key) return a.key < b.key;
+    const int order = placeOf(details[a.index]).display_order(placeOf(details[b.index]));
+    return order != 0 ? order < 0 : a.index < b.index;
   });
   return places;
 }
@@ -46,7 +65,7 @@ std::string_view Collection::keep(std::string_view text) {
 
 void Collection::take(std::span<const DetailFields> inOrder) {
   constexpr std::size_t kStep = 16;
-  const std::vector<Place> places = byPlace(inOrder);
+  const std::vector<Placed> places = byPlace(inOrder);
   const auto fieldsAt = [&](std::size_t place) { return &inOrder[places[place].index]; };
   inOrder_.resize(inOrder.size());
   for (std::size_t place = 0; place < places.size(); ++place) {

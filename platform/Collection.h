@@ -84,13 +84,17 @@ struct DetailFields {
   digestio::MapDetail* map = nullptr;
 };
 
+[[nodiscard]] inline sitenotes::locator_t placeOf(const DetailFields& fields) noexcept {
+  return {fields.file, fields.line, fields.column};
+}
+
 class Detail final : public digestio::SummaryDetail {
  public:
   explicit Detail(const DetailFields& fields) noexcept : fields_(fields) {}
 
   digestio::SummaryDetailKind detailKind() const override { return fields_.detailKind; }
   sitenotes::annotation_t::kind_t annotationKind() const override { return fields_.annotationKind; }
-  sitenotes::locator_t locator() const override { return {fields_.file, fields_.line, fields_.column}; }
+  sitenotes::locator_t locator() const override { return placeOf(fields_); }
   std::string label() const override { return std::string(fields_.label); }
   digestio::SurveyDetail* surveyView() const override { return fields_.survey; }
   digestio::SurveyVectorizationDetail* surveyVectorizationView() const override { return fields_.surveyVectorization; }

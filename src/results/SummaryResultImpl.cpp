@@ -3,9 +3,14 @@
 #include <algorithm>
 #include <boost/filesystem/operations.hpp>
 #include <boost/filesystem/path.hpp>
+#include <boost/sort/spreadsort/integer_sort.hpp>
 #include <boost/system/error_code.hpp>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "items/PlaceOrder.h"
 
@@ -33,11 +38,17 @@ std::uint64_t duration(std::uint64_t start, std::uint64_t end) {
 
 using Details = std::vector<digestio::SummaryDetail*>;
 
-Details detailsOf(const digestio::SummaryCollection& collection) {
+/// The details as they lie in memory. Who reads a collection may lay them by place: then little is left to sort, and
+/// what a walk over them is about to come to lies ahead.
+Details detailsInMemory(const digestio::SummaryCollection& collection) {
   Details details;
   const int count = collection.detailCount();
   details.reserve(static_cast<std::size_t>(std::max(count, 0)));
   for (int index = 0; index < count; ++index) details.push_back(collection.detail(index));
+  const auto bitsFrom = [](const digestio::SummaryDetail* detail, std::size_t offset) {
+    return reinterpret_cast<std::uintptr_t>(detail) >> offset;
+  };
+  boost::sort::spreadsort::integer_sort(details.begin(), details.end(), bitsFrom, std::less<>());
   return details;
 }
 
@@ -48,15 +59,11 @@ sitenotes::locator_t placeOf(const digestio::SummaryDetail* detail) {
 
 /// Items that are made in this order lie side by side on most walks over their list.
 Details detailsByPlace(const digestio::SummaryCollection& collection) {
-  const Details details = detailsOf(collection);
-  const std::vector<Placed> places = placeOrder(details.size(), [&](std::size_t index) {
-    constexpr std::size_t kStep = 16;  // details lie anywhere: they are called into the cache some steps ahead
-    if (index + kStep < details.size()) __builtin_prefetch(details[index + kStep]);
-    return placeOf(details[index]);
-  });
+  const Details details = detailsInMemory(collection);
+  const auto placeAt = [&](std::size_t index) { return placeOf(details[index]); };
   Details byPlace;
   byPlace.reserve(details.size());
-  for (const Placed& placed : places) byPlace.push_back(details[placed.index]);
+  for (const Placed& placed : placeOrder(details.size(), placeAt)) byPlace.push_back(details[placed.index]);
   return byPlace;
 }
 
