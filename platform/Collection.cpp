@@ -67,6 +67,7 @@ void Collection::take(std::span<const DetailFields> inOrder) {
   constexpr std::size_t kStep = 16;
   const std::vector<Placed> places = byPlace(inOrder);
   const auto fieldsAt = [&](std::size_t place) { return &inOrder[places[place].index]; };
+  details_.reserve(inOrder.size());
   inOrder_.resize(inOrder.size());
   for (std::size_t place = 0; place < places.size(); ++place) {
     if (place + 2 * kStep < places.size()) __builtin_prefetch(fieldsAt(place + 2 * kStep));

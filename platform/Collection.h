@@ -1,6 +1,5 @@
 #pragma once
 
-#include <boost/container/deque.hpp>
 #include <memory_resource>
 #include <span>
 #include <string_view>
@@ -107,10 +106,9 @@ class Detail final : public digestio::SummaryDetail {
 };
 static_assert(sizeof(Detail) <= 96, "a collection holds a million of them");
 
-/// One analysis in memory. Details are asked for in the order of their file, but lie by source file and line: nobody
-/// lists them otherwise, and a walk in that order then goes through memory as it lies, here and in what is made of
-/// them. They stand in large blocks that never move; what they refer to comes from an arena that goes with the
-/// collection, so a detail costs no allocation of its own.
+/// One analysis in memory. Details are asked for in the order of their file, but lie in display order: nobody lists
+/// them otherwise, and a walk in that order then goes through memory as it lies, here and in what is made of them. What
+/// they refer to comes from an arena that goes with the collection, so a detail costs no allocation of its own.
 class Collection final : public digestio::SummaryCollection {
  public:
   digestio::SummaryDataKind dataKind() const override { return program_.dataKind; }
@@ -138,11 +136,9 @@ class Collection final : public digestio::SummaryCollection {
   /// A copy of `text` that lives as long as this object.
   [[nodiscard]] std::string_view keep(std::string_view text);
 
-  using Blocks = boost::container::deque_options<boost::container::block_size<4096>>::type;
-
   ProgramRecord program_;
   std::pmr::monotonic_buffer_resource arena_;
-  boost::container::deque<Detail, void, Blocks> details_;
+  std::vector<Detail> details_;  // never grows once it is filled: details stay where they are
   std::vector<Detail*> inOrder_;
 };
 

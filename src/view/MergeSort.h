@@ -33,10 +33,6 @@ class MergeSort {
     }
     mergeDeeper(last, 0);
   }
-  /// The same for records that stand in order up to `middle`, and from there on.
-  void mergeAt(Record* middle) {
-    if (middle != begin_ && middle != end_) merge({begin_, middle}, {middle, end_});
-  }
 
  private:
   struct Run {
@@ -129,12 +125,6 @@ class MergeSort {
 template <class Record, class Before>
 void mergeSort(std::span<Record> records, std::vector<Record>& buffer, Before before) {
   MergeSort(records, buffer, before).sort();
-}
-
-/// The same for records of which the first `standing` and all others each stand in order.
-template <class Record, class Before>
-void mergeAt(std::size_t standing, std::span<Record> records, std::vector<Record>& buffer, Before before) {
-  MergeSort(records, buffer, before).mergeAt(records.data() + standing);
 }
 
 }  // namespace kelvar_2_1_7

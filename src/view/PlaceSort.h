@@ -38,17 +38,26 @@ void arrangeByPlace(std::span<Record> records, std::vector<Record>& buffer) {
   radixSort(records, buffer);
 }
 
+/// Whether the records are made of no more than that many sorted lists.
+template <class Record>
+[[nodiscard]] bool hasFewRuns(std::span<const Record> records, std::size_t most) {
+  const auto standsBehind = [](const Record& a, const Record& b) { return standsBefore(b, a); };
+  std::size_t runs = 0;
+  for (auto at = records.begin(); at != records.end() && runs <= most; ++runs) {
+    at = std::adjacent_find(at, records.end(), standsBehind);
+    if (at != records.end()) ++at;
+  }
+  return runs <= most;
+}
+
 /// Sorts records by `place`. Many that stand in no order are first arranged by leaf and line, which takes no call of
 /// the collaborators' order.
 template <class Record>
 void placeSort(std::span<Record> records, std::vector<Record>& buffer) {
   constexpr std::size_t kMany = 4096;
-  if (records.size() >= kMany) {
+  constexpr std::size_t kFewRuns = 32;
+  if (records.size() >= kMany && !hasFewRuns(std::span<const Record>(records), kFewRuns)) {
     const std::span<Record> mixed = betweenSorted(records);
-    if (mixed.empty()) {
-      const auto standing = static_cast<std::size_t>(mixed.data() - records.data());
-      return mergeAt(standing, records, buffer, standsBefore<Record>);
-    }
     if (mixed.size() >= kMany) arrangeByPlace(mixed, buffer);
   }
   mergeSort(records, buffer, standsBefore<Record>);
