@@ -32,9 +32,10 @@ constexpr std::array kReadingOrder{digestio::kSurvey, digestio::kSurveyVectoriza
 /// The two surveys see functions and loops, whose annotation says nothing of the run.
 constexpr PerKind<bool> kKeepsAnnotation{{false, false, true, true, true}};
 
+/// Most items have no detail of most kinds, and say so in their first bytes.
 template <auto view>
-auto typed(const SummaryDetail* detail) -> decltype((detail->*view)()) {
-  return detail != nullptr ? (detail->*view)() : nullptr;
+auto typed(const SummaryItemImpl& item, SummaryDataKind kind) {
+  return item.hasDetail(kind) ? (item.summaryDetail(kind)->*view)() : nullptr;
 }
 
 }  // namespace
@@ -136,28 +137,27 @@ void SummaryItemImpl::operator delete(SummaryItemImpl* item, std::destroying_del
 }
 
 bool SummaryItemImpl::shows(SummaryDataKind kind) const {
-  const SummaryDetail* detail = details_[kind];
-  return detail != nullptr && kShows[kind](*detail);
+  return hasDetail(kind) && kShows[kind](*details_[kind]);
 }
 
 digestio::SurveyDetail* SummaryItemImpl::surveyDetail() const {
-  return typed<&SummaryDetail::surveyView>(details_[digestio::kSurvey]);
+  return typed<&SummaryDetail::surveyView>(*this, digestio::kSurvey);
 }
 
 digestio::SurveyVectorizationDetail* SummaryItemImpl::surveyVectorizationDetail() const {
-  return typed<&SummaryDetail::surveyVectorizationView>(details_[digestio::kSurveyVectorization]);
+  return typed<&SummaryDetail::surveyVectorizationView>(*this, digestio::kSurveyVectorization);
 }
 
 digestio::SuitabilityDetail* SummaryItemImpl::suitabilityDetail() const {
-  return typed<&SummaryDetail::suitabilityView>(details_[digestio::kSuitability]);
+  return typed<&SummaryDetail::suitabilityView>(*this, digestio::kSuitability);
 }
 
 digestio::CorrectnessDetail* SummaryItemImpl::correctnessDetail() const {
-  return typed<&SummaryDetail::correctnessView>(details_[digestio::kCorrectness]);
+  return typed<&SummaryDetail::correctnessView>(*this, digestio::kCorrectness);
 }
 
 digestio::MapDetail* SummaryItemImpl::mapDetail() const {
-  return typed<&SummaryDetail::mapView>(details_[digestio::kMap]);
+  return typed<&SummaryDetail::mapView>(*this, digestio::kMap);
 }
 
 }  // namespace kelvar_2_1_7

@@ -138,8 +138,12 @@ class SummaryItemImpl final : public SummaryItem {
   /// Made once: every fold looks for labels that are the same.
   [[nodiscard]] std::uint32_t labelHash() const noexcept { return labelHash_; }
   [[nodiscard]] bool hasAnnotation() const noexcept { return annotation_ != nullptr; }
-  /// Has the processor fetch what summaryDetail(kind) is going to read, for passes over whole lists.
-  void prefetch(digestio::SummaryDataKind kind) const noexcept { __builtin_prefetch(&details_[kind]); }
+  /// Whether there is a detail of `kind`; asks less memory than the detail itself.
+  [[nodiscard]] bool hasDetail(digestio::SummaryDataKind kind) const noexcept { return seen_.has(kind); }
+  /// Has the processor fetch what summaryDetail(kind) is going to read, if there is one, for passes over whole lists.
+  void prefetch(digestio::SummaryDataKind kind) const noexcept {
+    if (hasDetail(kind)) __builtin_prefetch(&details_[kind]);
+  }
   /// Whether the typed detail of `kind` is there.
   [[nodiscard]] bool shows(digestio::SummaryDataKind kind) const;
 

@@ -40,12 +40,6 @@ class ItemSort {
   void sortByPlace(Entries entries) { byPlace(entries, false); }
 
  private:
-  /// The first number from the one at `index` on that may tell items like this one apart; the end, if there is none.
-  [[nodiscard]] std::size_t nextNumber(std::size_t index, const SummaryItemImpl& item) const noexcept {
-    while (index < ordering_.count() && ordering_.isIdle(index, item)) ++index;
-    return index;
-  }
-
   void byNumbers(Entries entries, std::size_t next) {
     if (next == ordering_.count()) return byName(entries);
     readNumbers(entries, ordering_.numbers[next]);
@@ -69,7 +63,7 @@ class ItemSort {
 
   /// Where nearly all items tie, each is visited once for its first number and its place.
   void byFewValues(Entries entries) {
-    const std::size_t first = nextNumber(0, *entries.front().item);
+    const std::size_t first = ordering_.next(0, *entries.front().item);
     readPlaces(entries, first != ordering_.count() ? ordering_.numbers[first] : Number());
     byFewValues(PlacedEntries(placed_), first);
     takeOrder(entries);
@@ -81,7 +75,7 @@ class ItemSort {
     byKey(entries);
     forEachTie(entries, [this, index](PlacedEntries tied) {
       if (tied.front().key == kUnordered) return byPlace(tied, false);
-      const std::size_t next = nextNumber(index + 1, *tied.front().item);
+      const std::size_t next = ordering_.next(index + 1, *tied.front().item);
       if (next != ordering_.count()) readNumbers(tied, ordering_.numbers[next]);
       byFewValues(tied, next);
     });
@@ -101,7 +95,7 @@ class ItemSort {
     placed_.clear();
     placed_.reserve(entries.size());
     for (std::size_t i = 0; i < entries.size(); ++i) {
-      callAhead(std::span<const Entry>(entries), i, number);
+      callNumberAhead(i, number, itemsOf(entries));
       SummaryItemImpl* const item = entries[i].item;
       placed_.push_back({number.read != nullptr ? keyOf(number.read(*item)) : 0, item, item->place()});
     }

@@ -20,15 +20,19 @@ class SortByPlace {
  public:
   SortByPlace(const Ordering& ordering, bool sharePlaces) : ordering_(ordering), sharePlaces_(sharePlaces) {}
 
-  void sort(Entries entries) { byNumbers(entries, 0); }
+  /// The keys are the first number of the ordering, where it has one.
+  void sort(Entries entries) { ordering_.count() != 0 ? byNumber(entries, 0) : byName(entries); }
 
  private:
-  void byNumbers(Entries entries, std::size_t next) {
-    if (next == ordering_.count()) return byName(entries);
-    readNumbers(entries, ordering_.numbers[next]);
+  /// The keys are the number at `index`.
+  void byNumber(Entries entries, std::size_t index) {
     byKey(entries);
-    forEachTie(entries, [this, next](Entries tied) {
-      if (tied.front().key != kUnordered) byNumbers(tied, next + 1);
+    forEachTie(entries, [this, index](Entries tied) {
+      if (tied.front().key == kUnordered) return;
+      const std::size_t next = ordering_.next(index + 1, *tied.front().item);
+      if (next == ordering_.count()) return byName(tied);
+      readNumbers(tied, ordering_.numbers[next]);
+      byNumber(tied, next);
     });
   }
 
@@ -67,16 +71,20 @@ class SortByPlace {
 
 void SummaryItems::sort(SummaryMapping mapping, std::span<SummaryItemImpl* const> byPlace) {
   if (size() < 2) return;
+  const Ordering& ordering = orderingOf(mapping);
+  const Number& first = ordering.numbers.front();
+  const auto itemAt = [&](std::size_t index) { return index < byPlace.size() ? byPlace[index] : nullptr; };
   std::vector<Entry> entries;
   entries.reserve(size());
   bool sharePlaces = false;
   for (std::size_t i = 0; i < byPlace.size(); ++i) {
-    if (i + kSortStep < byPlace.size()) __builtin_prefetch(byPlace[i + kSortStep]);
-    if (!byPlace[i]->isShown()) continue;
-    sharePlaces = sharePlaces || byPlace[i]->sharesPlace();
-    entries.push_back({0, byPlace[i]});
+    callNumberAhead(i, first, itemAt);
+    SummaryItemImpl* const item = byPlace[i];
+    if (!item->isShown()) continue;
+    sharePlaces = sharePlaces || item->sharesPlace();
+    entries.push_back({first.read != nullptr ? keyOf(first.read(*item)) : 0, item});
   }
-  SortByPlace(orderingOf(mapping), sharePlaces).sort(entries);
+  SortByPlace(ordering, sharePlaces).sort(entries);
   takeOrder(entries, 0, size());
 }
 

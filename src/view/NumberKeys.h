@@ -32,27 +32,32 @@ inline constexpr PerKind<void (*)(const SummaryItemImpl&)> kCallRecord{
      callRecord<&SummaryItemImpl::suitabilityDetail>, callRecord<&SummaryItemImpl::correctnessDetail>,
      callRecord<&SummaryItemImpl::mapDetail>}};
 
-/// Has the processor fetch what a walk over the records, at `index` now, is going to read `number` of: the item, then
-/// its detail, then the detail's record. Asks the details.
+/// Which item stands at an index; null past the end.
 template <class Record>
-void callAhead(std::span<const Record> records, std::size_t index, const Number& number) {
-  const auto at = [&](std::size_t ahead) -> const SummaryItemImpl* {
-    return index + ahead < records.size() ? records[index + ahead].item : nullptr;
+[[nodiscard]] auto itemsOf(std::span<Record> records) noexcept {
+  return [records](std::size_t index) -> const SummaryItemImpl* {
+    return index < records.size() ? records[index].item : nullptr;
   };
-  if (const SummaryItemImpl* const item = at(2 * kSortStep)) {
-    __builtin_prefetch(&item->place());
-    if (number.kind) item->prefetch(*number.kind);
-  }
+}
+
+/// Has the processor fetch what a walk over items, at `index` now, is going to read `number` of: the item, then where
+/// its detail is, then the detail, then the detail's record. Asks the details.
+template <class ItemAt>
+void callNumberAhead(std::size_t index, const Number& number, const ItemAt& itemAt) {
+  if (const SummaryItemImpl* const item = itemAt(index + 2 * kSortStep)) __builtin_prefetch(&item->place());
   if (!number.kind) return;
-  if (const SummaryItemImpl* const item = at(kSortStep)) callDetail(item->summaryDetail(*number.kind));
-  if (const SummaryItemImpl* const item = at(kSortStep / 2)) kCallRecord[*number.kind](*item);
+  if (const SummaryItemImpl* const item = itemAt(index + kSortStep + kSortStep / 2)) item->prefetch(*number.kind);
+  if (const SummaryItemImpl* const item = itemAt(index + kSortStep); item != nullptr && item->hasDetail(*number.kind)) {
+    callDetail(item->summaryDetail(*number.kind));
+  }
+  if (const SummaryItemImpl* const item = itemAt(index + kSortStep / 2)) kCallRecord[*number.kind](*item);
 }
 
 /// Makes a number of each item its key.
 template <class Record>
 void readNumbers(std::span<Record> records, const Number& number) {
   for (std::size_t i = 0; i < records.size(); ++i) {
-    callAhead(std::span<const Record>(records), i, number);
+    callNumberAhead(i, number, itemsOf(records));
     records[i].key = keyOf(number.read(*records[i].item));
   }
 }

@@ -35,6 +35,12 @@ struct Ordering {
     while (count < numbers.size() && numbers[count].read != nullptr) ++count;
     return count;
   }
+  /// The first number from the one at `index` on that may tell `item` from others that the numbers before leave equal
+  /// with it; the end, if there is none.
+  [[nodiscard]] std::size_t next(std::size_t index, const SummaryItemImpl& item) const noexcept {
+    while (index < count() && isIdle(index, item)) ++index;
+    return index;
+  }
   /// Whether the number at `index` is the same for all that the numbers before it do not tell from `item`.
   [[nodiscard]] bool isIdle(std::size_t index, const SummaryItemImpl& item) const noexcept {
     return numbers[index].ofLoops && item.detailKind() != digestio::kLoop;

@@ -105,6 +105,7 @@ class SortIn {
 }  // namespace
 
 std::vector<bool> SummaryItems::sortIn(SummaryMapping mapping, const std::vector<std::size_t>& loose) {
+  if (loose.empty()) return std::vector<bool>(size(), false);
   std::vector<Entry> standing;
   std::vector<Entry> others;
   standing.reserve(size() - loose.size());
@@ -117,7 +118,7 @@ std::vector<bool> SummaryItems::sortIn(SummaryMapping mapping, const std::vector
     (isLoose ? others : standing).push_back({key, items_[slot].get()});
     key = isLoose ? kNew : kStays;
   }
-  if (!others.empty()) sortEntries(orderingOf(mapping), others);
+  sortEntries(orderingOf(mapping), others);
   const SortIn sorted(orderingOf(mapping), standing, others);
   std::vector<bool> isNew;
   isNew.reserve(size());
