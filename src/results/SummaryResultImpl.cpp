@@ -1,18 +1,12 @@
 #include "SummaryResultImpl.h"
 
-#include <algorithm>
 #include <boost/filesystem/operations.hpp>
 #include <boost/filesystem/path.hpp>
-#include <boost/sort/spreadsort/integer_sort.hpp>
 #include <boost/system/error_code.hpp>
-#include <cstddef>
-#include <cstdint>
-#include <functional>
 #include <string_view>
 #include <utility>
-#include <vector>
 
-#include "items/PlaceOrder.h"
+#include "DetailOrder.h"
 
 namespace kelvar_2_1_7 {
 
@@ -34,37 +28,6 @@ std::string textOrEmpty(const char* text) {
 
 std::uint64_t duration(std::uint64_t start, std::uint64_t end) {
   return end != 0 ? end - start : 0;
-}
-
-using Details = std::vector<digestio::SummaryDetail*>;
-
-/// The details as they lie in memory. Who reads a collection may lay them by place: then little is left to sort, and
-/// what a walk over them is about to come to lies ahead.
-Details detailsInMemory(const digestio::SummaryCollection& collection) {
-  Details details;
-  const int count = collection.detailCount();
-  details.reserve(static_cast<std::size_t>(std::max(count, 0)));
-  for (int index = 0; index < count; ++index) details.push_back(collection.detail(index));
-  const auto bitsFrom = [](const digestio::SummaryDetail* detail, std::size_t offset) {
-    return reinterpret_cast<std::uintptr_t>(detail) >> offset;
-  };
-  boost::sort::spreadsort::integer_sort(details.begin(), details.end(), bitsFrom, std::less<>());
-  return details;
-}
-
-/// The null place where there is no detail.
-sitenotes::locator_t placeOf(const digestio::SummaryDetail* detail) {
-  return detail != nullptr ? detail->locator() : sitenotes::locator_t(toolbelt::path_t(), 0, 0);
-}
-
-/// Items that are made in this order lie side by side on most walks over their list.
-Details detailsByPlace(const digestio::SummaryCollection& collection) {
-  const Details details = detailsInMemory(collection);
-  const auto placeAt = [&](std::size_t index) { return placeOf(details[index]); };
-  Details byPlace;
-  byPlace.reserve(details.size());
-  for (const Placed& placed : placeOrder(details.size(), placeAt)) byPlace.push_back(details[placed.index]);
-  return byPlace;
 }
 
 /// The path of a log, if the file is there. A path that cannot even be tested is that of no file.

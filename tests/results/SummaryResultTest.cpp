@@ -87,6 +87,18 @@ TEST(Result, ListsLivingAnnotationsBesideItsDetailsAndFoldsThem) {
   }
 }
 
+TEST(Result, DetailsThatAreAlikeStandAsListed) {
+  support::Suite suite;
+  const auto alike = detail("s", "x.cpp:2").survey();
+  suite.result("r", {.details = {detail("t", "x.cpp:9").survey(), alike, alike, alike}});
+  SummaryResultImpl result(nullptr, "r", nullptr);
+  ASSERT_EQ(result.items().size(), 4U);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(result.items()[static_cast<std::size_t>(i)]->summaryDetail(digestio::kSurvey),
+              result.summaryCollection()->detail(i + 1));
+  }
+}
+
 /// Aggregates over results that differ in what a case is about.
 template <class T>
 struct Agreement {

@@ -1,5 +1,6 @@
 #include "support/Fakes.h"
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
 #include <stdexcept>
 
@@ -31,9 +32,12 @@ struct FakeAnnotation final : sitenotes::annotation_t {
   bool isDisabled;
 };
 
+/// Details lie in memory from the last one to the first: nobody may take that for their order.
 class FakeCollection final : public digestio::SummaryCollection {
  public:
-  explicit FakeCollection(Collection values) : values_(std::move(values)) {}
+  explicit FakeCollection(Collection values) : values_(std::move(values)) {
+    std::reverse(values_.details.begin(), values_.details.end());
+  }
   ~FakeCollection() override { note("collection", "deleted"); }
   digestio::SummaryDataKind dataKind() const override { return answer("collection", "dataKind", values_.kind); }
   void reserved() const override { throw std::logic_error("nobody calls the reserved entry"); }
@@ -47,7 +51,7 @@ class FakeCollection final : public digestio::SummaryCollection {
   }
   digestio::SummaryDetail* detail(int index) const override {
     called("collection", "detail", std::to_string(index));
-    FakeDetail& detail = values_.details.at(static_cast<std::size_t>(index));
+    FakeDetail& detail = values_.details.at(values_.details.size() - 1 - static_cast<std::size_t>(index));
     return detail.isMissing() ? nullptr : &detail;
   }
 

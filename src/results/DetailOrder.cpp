@@ -1,0 +1,70 @@
+#include "DetailOrder.h"
+
+#include <algorithm>
+#include <boost/sort/spreadsort/integer_sort.hpp>
+#include <cstddef>
+#include <cstdint>
+
+#include "items/PlaceOrder.h"
+
+namespace kelvar_2_1_7 {
+
+using digestio::SummaryDetail;
+
+namespace {
+
+struct Listed {
+  SummaryDetail* detail;
+  std::size_t index;
+};
+
+std::uintptr_t addressOf(const Listed& listed) noexcept {
+  return reinterpret_cast<std::uintptr_t>(listed.detail);
+}
+
+std::vector<Listed> listed(const digestio::SummaryCollection& collection) {
+  std::vector<Listed> details;
+  const int count = collection.detailCount();
+  details.reserve(static_cast<std::size_t>(std::max(count, 0)));
+  for (int index = 0; index < count; ++index) details.push_back({collection.detail(index), details.size()});
+  return details;
+}
+
+/// Who reads a collection may lay its details by place: then little is left to sort, and what a walk over them is about
+/// to come to lies ahead.
+std::vector<Listed> inMemory(std::vector<Listed> details) {
+  const auto bitsFrom = [](const Listed& listed, std::size_t offset) { return addressOf(listed) >> offset; };
+  const auto before = [](const Listed& a, const Listed& b) { return addressOf(a) < addressOf(b); };
+  boost::sort::spreadsort::integer_sort(details.begin(), details.end(), bitsFrom, before);
+  return details;
+}
+
+sitenotes::locator_t placeOf(const SummaryDetail* detail) {
+  return detail != nullptr ? detail->locator() : sitenotes::locator_t(toolbelt::path_t(), 0, 0);
+}
+
+void sortByIndex(std::vector<Placed>& sites) {
+  for (auto begin = sites.begin(); begin != sites.end();) {
+    const auto end = std::find_if(begin, sites.end(),
+                                  [begin](const Placed& site) { return begin->place.display_order(site.place) != 0; });
+    std::sort(begin, end, [](const Placed& a, const Placed& b) { return a.index < b.index; });
+    begin = end;
+  }
+}
+
+}  // namespace
+
+std::vector<SummaryDetail*> detailsByPlace(const digestio::SummaryCollection& collection) {
+  const std::vector<Listed> details = listed(collection);
+  std::vector<Placed> sites;
+  sites.reserve(details.size());
+  for (const auto& [detail, index] : inMemory(details)) sites.push_back({placeOf(detail), index});
+  sortByPlace(sites);
+  sortByIndex(sites);
+  std::vector<SummaryDetail*> byPlace;
+  byPlace.reserve(details.size());
+  for (const Placed& site : sites) byPlace.push_back(details[site.index].detail);
+  return byPlace;
+}
+
+}  // namespace kelvar_2_1_7
