@@ -106,9 +106,9 @@ class Detail final : public digestio::SummaryDetail {
 };
 static_assert(sizeof(Detail) <= 96, "a collection holds a million of them");
 
-/// One analysis in memory. Details are asked for in the order of their file, but lie in display order: nobody lists
-/// them otherwise, and a walk in that order then goes through memory as it lies, here and in what is made of them. What
-/// they refer to comes from an arena that goes with the collection, so a detail costs no allocation of its own.
+/// One analysis in memory. Details are asked for in the order of their file, but lie in display order: most
+/// walks go in that order, which then is that of memory, here and in what is made of them. What they refer to comes
+/// from an arena that goes with the collection, so a detail costs no allocation of its own.
 class Collection final : public digestio::SummaryCollection {
  public:
   digestio::SummaryDataKind dataKind() const override { return program_.dataKind; }

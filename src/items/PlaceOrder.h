@@ -15,7 +15,8 @@ struct Placed {
   std::uint64_t key = 0;  // for sorts
 };
 
-/// Orders sites by place; those of one place stay as they were. Defined with the view, beside the one sort.
+/// Orders sites by place; those of one place stay as they were, if their leaves and lines are the same. Defined with
+/// the view, beside the one sort.
 void sortByPlace(std::vector<Placed>& sites);
 
 /// The indices of `count` sites by place. Items that are made in this order lie in memory as most walks over their
@@ -24,7 +25,7 @@ template <class PlaceOf>
 [[nodiscard]] std::vector<Placed> placeOrder(std::size_t count, PlaceOf placeOf) {
   std::vector<Placed> sites;
   sites.reserve(count);
-  for (std::size_t index = 0; index < count; ++index) sites.push_back({placeOf(index), index, 0});
+  for (std::size_t index = 0; index < count; ++index) sites.push_back({placeOf(index), index});
   sortByPlace(sites);
   return sites;
 }

@@ -18,22 +18,23 @@ struct Listed {
   std::size_t index;
 };
 
-std::uintptr_t addressOf(const Listed& listed) noexcept {
-  return reinterpret_cast<std::uintptr_t>(listed.detail);
+std::uintptr_t addressOf(const Listed& site) noexcept {
+  return reinterpret_cast<std::uintptr_t>(site.detail);
 }
 
-std::vector<Listed> listed(const digestio::SummaryCollection& collection) {
+std::vector<Listed> listedBy(const digestio::SummaryCollection& collection) {
   std::vector<Listed> details;
-  const int count = collection.detailCount();
-  details.reserve(static_cast<std::size_t>(std::max(count, 0)));
-  for (int index = 0; index < count; ++index) details.push_back({collection.detail(index), details.size()});
+  // Their number may change while they are taken.
+  for (int index = 0; index < collection.detailCount(); ++index) {
+    details.push_back({collection.detail(index), details.size()});
+  }
   return details;
 }
 
 /// Who reads a collection may lay its details by place: then little is left to sort, and what a walk over them is about
 /// to come to lies ahead.
 std::vector<Listed> inMemory(std::vector<Listed> details) {
-  const auto bitsFrom = [](const Listed& listed, std::size_t offset) { return addressOf(listed) >> offset; };
+  const auto bitsFrom = [](const Listed& site, std::size_t offset) { return addressOf(site) >> offset; };
   const auto before = [](const Listed& a, const Listed& b) { return addressOf(a) < addressOf(b); };
   boost::sort::spreadsort::integer_sort(details.begin(), details.end(), bitsFrom, before);
   return details;
@@ -45,7 +46,8 @@ sitenotes::locator_t placeOf(const SummaryDetail* detail) {
 
 void sortByIndex(std::vector<Placed>& sites) {
   for (auto begin = sites.begin(); begin != sites.end();) {
-    const auto end = std::find_if(begin, sites.end(),
+    // From the next one on: a place need not even be equal to itself.
+    const auto end = std::find_if(begin + 1, sites.end(),
                                   [begin](const Placed& site) { return begin->place.display_order(site.place) != 0; });
     std::sort(begin, end, [](const Placed& a, const Placed& b) { return a.index < b.index; });
     begin = end;
@@ -55,7 +57,7 @@ void sortByIndex(std::vector<Placed>& sites) {
 }  // namespace
 
 std::vector<SummaryDetail*> detailsByPlace(const digestio::SummaryCollection& collection) {
-  const std::vector<Listed> details = listed(collection);
+  const std::vector<Listed> details = listedBy(collection);
   std::vector<Placed> sites;
   sites.reserve(details.size());
   for (const auto& [detail, index] : inMemory(details)) sites.push_back({placeOf(detail), index});

@@ -81,7 +81,7 @@ void SummaryResultImpl::addDetails(SummaryData::Impl* owner) {
   for (digestio::SummaryDetail* const detail : detailsByPlace(*collection_)) {
     const SummaryItemImpl& item = items_.make(owner, detail, nullptr, 0UL);
     for (const digestio::SummaryDataKind kind : kAllKinds) {
-      if (item.summaryDetail(kind) != nullptr) carries_[kind] = true;
+      if (item.hasDetail(kind)) carries_[kind] = true;
     }
   }
 }

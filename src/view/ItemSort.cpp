@@ -1,9 +1,7 @@
 #include "view/ItemSort.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <span>
 #include <vector>
 
@@ -97,7 +95,7 @@ class ItemSort {
     for (std::size_t i = 0; i < entries.size(); ++i) {
       callNumberAhead(i, number, itemsOf(entries));
       SummaryItemImpl* const item = entries[i].item;
-      placed_.push_back({number.read != nullptr ? keyOf(number.read(*item)) : 0, item, item->place()});
+      placed_.push_back({keyOf(number, *item), item, item->place()});
     }
   }
 

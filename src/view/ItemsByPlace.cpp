@@ -82,7 +82,7 @@ void SummaryItems::sort(SummaryMapping mapping, std::span<SummaryItemImpl* const
     SummaryItemImpl* const item = byPlace[i];
     if (!item->isShown()) continue;
     sharePlaces = sharePlaces || item->sharesPlace();
-    entries.push_back({first.read != nullptr ? keyOf(first.read(*item)) : 0, item});
+    entries.push_back({keyOf(first, *item), item});
   }
   SortByPlace(ordering, sharePlaces).sort(entries);
   takeOrder(entries, 0, size());

@@ -22,6 +22,11 @@ inline constexpr std::uint64_t kUnordered = std::numeric_limits<std::uint64_t>::
   return std::isnan(number) ? kUnordered : orderedBits(number + 0.0);
 }
 
+/// The key that an ordering's number gives an item; 0 where the ordering has none.
+[[nodiscard]] inline std::uint64_t keyOf(const Number& number, const SummaryItemImpl& item) {
+  return number.read != nullptr ? keyOf(number.read(item)) : 0;
+}
+
 /// Has the processor fetch what an item's detail of a kind answers.
 template <auto detail>
 void callRecord(const SummaryItemImpl& item) {
@@ -41,7 +46,7 @@ template <class Record>
 }
 
 /// Has the processor fetch what a walk over items, at `index` now, is going to read `number` of: the item, then where
-/// its detail is, then the detail, then the detail's record. Asks the details.
+/// its detail is, then the detail, then the detail's record. Asks the details, save those of items that are not shown.
 template <class ItemAt>
 void callNumberAhead(std::size_t index, const Number& number, const ItemAt& itemAt) {
   if (const SummaryItemImpl* const item = itemAt(index + 2 * kSortStep)) __builtin_prefetch(&item->place());
@@ -50,7 +55,9 @@ void callNumberAhead(std::size_t index, const Number& number, const ItemAt& item
   if (const SummaryItemImpl* const item = itemAt(index + kSortStep); item != nullptr && item->hasDetail(*number.kind)) {
     callDetail(item->summaryDetail(*number.kind));
   }
-  if (const SummaryItemImpl* const item = itemAt(index + kSortStep / 2)) kCallRecord[*number.kind](*item);
+  if (const SummaryItemImpl* const item = itemAt(index + kSortStep / 2); item != nullptr && item->isShown()) {
+    kCallRecord[*number.kind](*item);
+  }
 }
 
 /// Makes a number of each item its key.

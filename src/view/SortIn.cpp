@@ -87,7 +87,9 @@ class SortIn {
     const SummaryItemImpl& next = *standing_[kSortStep].item;
     if (next.detailKind() == digestio::kLoop) next.prefetch(digestio::kSurveyVectorization);
     const SummaryItemImpl& near = *standing_[kSortStep / 2].item;
-    if (near.detailKind() == digestio::kLoop) callDetail(near.summaryDetail(digestio::kSurveyVectorization));
+    if (near.detailKind() == digestio::kLoop && near.hasDetail(digestio::kSurveyVectorization)) {
+      callDetail(near.summaryDetail(digestio::kSurveyVectorization));
+    }
   }
 
   void breakTies(Entries entries, const Standing& front) {

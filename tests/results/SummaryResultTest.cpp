@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
 
 #include "results/AggregateSummaryResultImpl.h"
@@ -91,7 +92,10 @@ TEST(Result, DetailsThatAreAlikeStandAsListed) {
   support::Suite suite;
   const auto alike = detail("s", "x.cpp:2").survey();
   suite.result("r", {.details = {detail("t", "x.cpp:9").survey(), alike, alike, alike}});
+  const support::CallLog log;
   SummaryResultImpl result(nullptr, "r", nullptr);
+  const std::string counted = log.text("collection detailCount");
+  EXPECT_EQ(std::count(counted.begin(), counted.end(), '\n'), 5) << "asked before each step";
   ASSERT_EQ(result.items().size(), 4U);
   for (int i = 0; i < 3; ++i) {
     EXPECT_EQ(result.items()[static_cast<std::size_t>(i)]->summaryDetail(digestio::kSurvey),

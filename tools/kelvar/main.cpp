@@ -87,7 +87,7 @@ void sayWhyItEnds() {
 }
 
 /// What a large list leaves is the next one's: pages that the kernel has cleared once need not be cleared again. By
-/// itself the allocator gives each large block back to the kernel.
+/// itself the allocator gives each large block back to the kernel. One that refuses this goes on so: nothing is lost.
 void keepFreedMemory() noexcept {
 #ifdef __GLIBC__
   constexpr int kAnySize = std::numeric_limits<int>::max();
