@@ -24,9 +24,11 @@ std::uintptr_t addressOf(const Listed& site) noexcept {
 
 std::vector<Listed> listedBy(const digestio::SummaryCollection& collection) {
   std::vector<Listed> details;
+  int index = 0;
   // Their number may change while they are taken.
-  for (int index = 0; index < collection.detailCount(); ++index) {
+  while (index < collection.detailCount()) {
     details.push_back({collection.detail(index), details.size()});
+    ++index;
   }
   return details;
 }
