@@ -50,7 +50,6 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner)
       inArena_(false),
       saysAsAnnotated_(false),
       shown_(true),
-      sharesPlace_(false),
       lent_(false),
       inJoin_(InJoin::kLeft),
       hasLabel_(false),

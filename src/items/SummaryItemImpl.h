@@ -124,12 +124,9 @@ class SummaryItemImpl final : public SummaryItem {
 
   virtual ~SummaryItemImpl();  // behind the twenty operations: items are deleted through this class alone
 
-  /// What the view knows of the item: whether it is shown, and whether the one before it, by place, stands at its
-  /// place.
+  /// What the view knows of the item.
   [[nodiscard]] bool isShown() const noexcept { return shown_; }
   void setShown(bool shown) noexcept { shown_ = shown; }
-  [[nodiscard]] bool sharesPlace() const noexcept { return sharesPlace_; }
-  void setSharesPlace(bool shares) noexcept { sharesPlace_ = shares; }
 
   /// The stored place, label and annotation without a copy, for passes over whole lists.
   [[nodiscard]] const sitenotes::locator_t& place() const noexcept { return locator_; }
@@ -138,7 +135,8 @@ class SummaryItemImpl final : public SummaryItem {
   /// Made once: every fold looks for labels that are the same.
   [[nodiscard]] std::uint32_t labelHash() const noexcept { return labelHash_; }
   [[nodiscard]] bool hasAnnotation() const noexcept { return annotation_ != nullptr; }
-  /// Whether there is a detail of `kind`; asks less memory than the detail itself.
+  /// The kinds that there is a detail of; asks less memory than the details themselves.
+  [[nodiscard]] KindSet seen() const noexcept { return seen_; }
   [[nodiscard]] bool hasDetail(digestio::SummaryDataKind kind) const noexcept { return seen_.has(kind); }
   /// Has the processor fetch what summaryDetail(kind) is going to read, if there is one, for passes over whole lists.
   void prefetch(digestio::SummaryDataKind kind) const noexcept {
@@ -197,7 +195,6 @@ class SummaryItemImpl final : public SummaryItem {
   bool inArena_ : 1;
   bool saysAsAnnotated_ : 1;  // detail kind, annotation kind, place and label are what the annotation says
   bool shown_ : 1;
-  bool sharesPlace_ : 1;
   bool lent_ : 1;
   InJoin inJoin_ : 2;
   bool hasLabel_ : 1;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "digestio.h"
 #include "items/ItemArena.h"
+#include "items/KindMarks.h"
 #include "items/SummaryItemImpl.h"
 #include "kelvar/SummaryTypes.h"
 
@@ -82,14 +84,19 @@ class SummaryItems {
   void sort(SummaryMapping mapping);
   /// The same for the entries from `begin` up to `end` alone.
   void sort(SummaryMapping mapping, std::size_t begin, std::size_t end);
+  /// An item of a list by place, with what orderings ask first, so that most items need not be touched.
+  struct ItemAtPlace {
+    SummaryItemImpl* item;
+    KindSet details;      // the kinds that it has a detail of
+    std::uint32_t place;  // the same for items of one place
+  };
   /// The whole list, faster: its items are those of `byPlace` that are shown.
-  void sort(SummaryMapping mapping, std::span<SummaryItemImpl* const> byPlace);
+  void sort(SummaryMapping mapping, std::span<const ItemAtPlace> byPlace, bool areAllShown);
   /// The same for a list in which all but the entries at `loose`, ascending slots, stand in order already. Answers by
   /// slot whether what stands there was loose, or stands behind another one than before. Not for orderings by label.
   std::vector<bool> sortIn(SummaryMapping mapping, const std::vector<std::size_t>& loose);
-  /// The items of two lists, which are one to the viewer, by place and what else decides between equals. Tells each
-  /// item whether it shares its place with the one before it.
-  static std::vector<SummaryItemImpl*> byPlace(const SummaryItems& visible, const SummaryItems& hidden);
+  /// The items of two lists, which are one to the viewer, by place and what else decides between equals.
+  static std::vector<ItemAtPlace> byPlace(const SummaryItems& visible, const SummaryItems& hidden);
 
   /// Folds the items that stand for one site, so that a result lists each site once. `kind` chooses the order in
   /// which they are looked at, and which is left: vectorization self time or place.
@@ -100,12 +107,16 @@ class SummaryItems {
                                      bool correctness, bool map) const;
 
  private:
-  /// The items from `begin` up to `end` in the order of the entries. Null entries stand last.
-  template <class Entries>
-  void takeOrder(const Entries& entries, std::size_t begin, std::size_t end) noexcept {
+  /// The items from `begin` up to `end` in the order of the records. Null entries stand last.
+  template <class Records>
+  void takeOrder(const Records& records, std::size_t begin, std::size_t end) noexcept {
+    takeOrder(records, begin, end, [](const auto& record) { return record.item; });
+  }
+  template <class Records, class ItemOf>
+  void takeOrder(const Records& records, std::size_t begin, std::size_t end, const ItemOf& itemOf) noexcept {
     for (std::size_t i = begin; i < end; ++i) {
       static_cast<void>(items_[i].release());  // every item changes its owner at most once
-      items_[i].reset(i - begin < entries.size() ? entries[i - begin].item : nullptr);
+      items_[i].reset(i - begin < records.size() ? itemOf(records[i - begin]) : nullptr);
     }
   }
 

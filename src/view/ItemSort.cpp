@@ -165,19 +165,19 @@ void SummaryItems::sort(SummaryMapping mapping, std::size_t begin, std::size_t e
   takeOrder(entries, begin, end);
 }
 
-std::vector<SummaryItemImpl*> SummaryItems::byPlace(const SummaryItems& visible, const SummaryItems& hidden) {
+std::vector<SummaryItems::ItemAtPlace> SummaryItems::byPlace(const SummaryItems& visible, const SummaryItems& hidden) {
   std::vector<Entry> entries;
   addEntries(entries, visible.items_);
   addEntries(entries, hidden.items_);
   ItemSort(orderingOf(kSortLocator)).sortByPlace(entries);
-  std::vector<SummaryItemImpl*> items;
-  items.reserve(entries.size());
-  for (const Entry& entry : entries) {
-    const bool isFirst = items.empty() || items.back()->place().display_order(entry.item->place()) != 0;
-    entry.item->setSharesPlace(!isFirst);
-    items.push_back(entry.item);
+  std::vector<ItemAtPlace> sites;
+  sites.reserve(entries.size());
+  std::uint32_t place = 0;
+  for (const auto& [key, item] : entries) {
+    if (!sites.empty() && sites.back().item->place().display_order(item->place()) != 0) ++place;
+    sites.push_back({item, item->seen(), place});
   }
-  return items;
+  return sites;
 }
 
 }  // namespace kelvar_2_1_7

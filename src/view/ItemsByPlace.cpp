@@ -1,8 +1,11 @@
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <vector>
 
 #include "items/SummaryItems.h"
+#include "view/ItemSort.h"
 #include "view/MergeSort.h"
 #include "view/NumberKeys.h"
 #include "view/Orderings.h"
@@ -12,80 +15,116 @@
 
 namespace kelvar_2_1_7 {
 
+using ItemAtPlace = SummaryItems::ItemAtPlace;
+
 namespace {
 
+/// An item of a list by place, and what it is compared by at the moment. Sites that stand further on in the list lie
+/// further on in memory.
+struct Numbered {
+  std::uint64_t key;
+  const ItemAtPlace* site;
+};
+using NumberedItems = std::span<Numbered>;
+
 /// Sorts items that stand by place, and at one place as TieBreak says: what an ordering leaves undecided stands right
-/// already, save what the ordering by locator has to say of items that share a place.
+/// already, save what the ordering by locator has to say of items that share a place. Of most sites an analysis has
+/// nothing to say: those are not touched.
 class SortByPlace {
  public:
-  SortByPlace(const Ordering& ordering, bool sharePlaces) : ordering_(ordering), sharePlaces_(sharePlaces) {}
+  explicit SortByPlace(const Ordering& ordering) : ordering_(ordering) {}
 
-  /// The keys are the first number of the ordering, where it has one.
-  void sort(Entries entries) { ordering_.count() != 0 ? byNumber(entries, 0) : byName(entries); }
+  /// Not for orderings by label.
+  void sort(NumberedItems items) {
+    if (!items.empty()) byNumber(items, ordering_.next(0, *items.front().site->item));
+  }
 
  private:
-  /// The keys are the number at `index`.
-  void byNumber(Entries entries, std::size_t index) {
-    byKey(entries);
-    forEachTie(entries, [this, index](Entries tied) {
+  /// By the number at `index` and those behind it.
+  void byNumber(NumberedItems items, std::size_t index) {
+    if (index == ordering_.count()) return byTie(items);
+    byKeys(items, ordering_.numbers[index]);
+    forEachTie(items, [this, index](NumberedItems tied) {
       if (tied.front().key == kUnordered) return;
-      const std::size_t next = ordering_.next(index + 1, *tied.front().item);
-      if (next == ordering_.count()) return byName(tied);
-      readNumbers(tied, ordering_.numbers[next]);
-      byNumber(tied, next);
+      byNumber(tied, ordering_.next(index + 1, *tied.front().site->item));
     });
   }
 
-  void byKey(Entries entries) {
+  void byKeys(NumberedItems items, const Number& number) {
+    const NumberedItems silent = withoutDetail(items, number);
+    const NumberedItems others = items.first(items.size() - silent.size());
+    readNumbers(others, number);
+    byKey(others);
+    if (silent.empty()) return;
+    const std::uint64_t missing = keyOf(number.read(*silent.front().site->item));
+    for (Numbered& item : silent) item.key = missing;
+    if (others.empty() || others.back().key < missing) return;
+    std::inplace_merge(others.begin(), others.end(), items.end(), [](const Numbered& a, const Numbered& b) {
+      return a.key != b.key ? a.key < b.key : a.site < b.site;
+    });
+  }
+
+  /// Puts those last, as they stand, of which the analysis that the number is of says nothing: they have the same one.
+  NumberedItems withoutDetail(NumberedItems items, const Number& number) {
+    if (!number.kind) return {};
+    buffer_.clear();
+    buffer_.reserve(items.size());
+    auto to = items.begin();
+    for (const Numbered& item : items) {
+      if (item.site->details.has(*number.kind)) {
+        *to++ = item;
+      } else {
+        buffer_.push_back(item);
+      }
+    }
+    std::copy(buffer_.begin(), buffer_.end(), to);
+    return {to, items.end()};
+  }
+
+  void byKey(NumberedItems items) {
     constexpr std::size_t kMany = 256;  // radix passes cost as much for a few
-    if (entries.size() >= kMany) return radixSort(entries, numbers_);
-    mergeSort(entries, numbers_, [](const Entry& a, const Entry& b) { return a.key < b.key; });
+    if (items.size() >= kMany) return radixSort(items, buffer_);
+    mergeSort(items, buffer_, [](const Numbered& a, const Numbered& b) { return a.key < b.key; });
   }
 
-  void byName(Entries entries) {
-    const auto byTie = [this](Entries tied) { this->byTie(tied); };
-    ordering_.byLabel ? tieBreak_.byLabel(entries, byTie) : byTie(entries);
-  }
-
-  void byTie(Entries entries) {
-    if (!sharePlaces_ || entries.empty() || !goesByLocator(ordering_.tie, *entries.front().item)) return;
-    const auto isAtPlaceOf = [](const Entry& a, const Entry& b) {
-      return b.item->sharesPlace() && a.item->place().display_order(b.item->place()) == 0;
-    };
-    for (std::size_t begin = 0; begin < entries.size();) {
-      std::size_t end = begin + 1;
-      if (end + kSortStep < entries.size()) __builtin_prefetch(&entries[end + kSortStep].item->place());
-      while (end < entries.size() && isAtPlaceOf(entries[begin], entries[end])) ++end;
-      if (end - begin > 1) tieBreak_.bySite(entries.subspan(begin, end - begin));
-      begin = end;
+  void byTie(NumberedItems items) {
+    if (!goesByLocator(ordering_.tie, *items.front().site->item)) return;
+    for (std::size_t begin = 0, end = 1; begin < items.size(); begin = end++) {
+      while (end < items.size() && items[end].site->place == items[begin].site->place) ++end;
+      if (end - begin > 1) sortBySite(items.subspan(begin, end - begin));
     }
   }
 
   const Ordering& ordering_;
-  const bool sharePlaces_;
-  TieBreak tieBreak_;
-  std::vector<Entry> numbers_;
+  std::vector<Numbered> buffer_;
 };
+
+template <class Record, class Make>
+std::vector<Record> recordsOf(std::span<const ItemAtPlace> sites, bool areAllShown, const Make& make) {
+  std::vector<Record> records;
+  records.reserve(sites.size());
+  for (std::size_t i = 0; i < sites.size(); ++i) {
+    if (!areAllShown) {
+      if (i + kSortStep < sites.size()) __builtin_prefetch(&sites[i + kSortStep].item->place());
+      if (!sites[i].item->isShown()) continue;
+    }
+    records.push_back(make(sites[i]));
+  }
+  return records;
+}
 
 }  // namespace
 
-void SummaryItems::sort(SummaryMapping mapping, std::span<SummaryItemImpl* const> byPlace) {
-  if (size() < 2) return;
+void SummaryItems::sort(SummaryMapping mapping, std::span<const ItemAtPlace> byPlace, bool areAllShown) {
   const Ordering& ordering = orderingOf(mapping);
-  const Number& first = ordering.numbers.front();
-  const auto itemAt = [&](std::size_t index) { return index < byPlace.size() ? byPlace[index] : nullptr; };
-  std::vector<Entry> entries;
-  entries.reserve(size());
-  bool sharePlaces = false;
-  for (std::size_t i = 0; i < byPlace.size(); ++i) {
-    callNumberAhead(i, first, itemAt);
-    SummaryItemImpl* const item = byPlace[i];
-    if (!item->isShown()) continue;
-    sharePlaces = sharePlaces || item->sharesPlace();
-    entries.push_back({keyOf(first, *item), item});
+  if (ordering.byLabel) {
+    auto entries = recordsOf<Entry>(byPlace, areAllShown, [](const ItemAtPlace& site) { return Entry{0, site.item}; });
+    if (!entries.empty()) sortEntries(ordering, entries);
+    return takeOrder(entries, 0, size());
   }
-  SortByPlace(ordering, sharePlaces).sort(entries);
-  takeOrder(entries, 0, size());
+  auto items = recordsOf<Numbered>(byPlace, areAllShown, [](const ItemAtPlace& site) { return Numbered{0, &site}; });
+  SortByPlace(ordering).sort(items);
+  takeOrder(items, 0, size(), itemOf<Numbered>);
 }
 
 }  // namespace kelvar_2_1_7

@@ -41,7 +41,7 @@ inline constexpr PerKind<void (*)(const SummaryItemImpl&)> kCallRecord{
 template <class Record>
 [[nodiscard]] auto itemsOf(std::span<Record> records) noexcept {
   return [records](std::size_t index) -> const SummaryItemImpl* {
-    return index < records.size() ? records[index].item : nullptr;
+    return index < records.size() ? itemOf(records[index]) : nullptr;
   };
 }
 
@@ -65,7 +65,7 @@ template <class Record>
 void readNumbers(std::span<Record> records, const Number& number) {
   for (std::size_t i = 0; i < records.size(); ++i) {
     callNumberAhead(i, number, itemsOf(records));
-    records[i].key = keyOf(number.read(*records[i].item));
+    records[i].key = keyOf(number.read(*itemOf(records[i])));
   }
 }
 

@@ -30,13 +30,25 @@ inline void callDetail(const digestio::SummaryDetail* detail) noexcept {
   __builtin_prefetch(reinterpret_cast<const char*>(detail) + kCacheLine);
 }
 
+/// The item of a record that holds one, or that stands for one of a list.
+template <class Record>
+[[nodiscard]] SummaryItemImpl* itemOf(const Record& record) noexcept {
+  if constexpr (requires { record.item; }) {
+    return record.item;
+  } else {
+    return record.site->item;
+  }
+}
+
 /// Calls `then` for each group of two or more neighbours with one key. It may use the keys for others.
 template <class Record, class Then>
 void forEachTie(std::span<Record> records, const Then& then) {
   for (std::size_t begin = 0; begin < records.size();) {
     std::size_t end = begin + 1;
     while (end < records.size() && records[end].key == records[begin].key) ++end;
-    if (end + kSortStep < records.size()) __builtin_prefetch(&records[end + kSortStep].item->place());
+    if constexpr (requires(Record record) { record.item; }) {
+      if (end + kSortStep < records.size()) __builtin_prefetch(&records[end + kSortStep].item->place());
+    }
     if (end - begin > 1) then(records.subspan(begin, end - begin));
     begin = end;
   }

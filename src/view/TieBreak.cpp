@@ -28,18 +28,6 @@ bool TieBreak::decidedAtOnce(Entries pair) {
   return std::is_neq(order);
 }
 
-void TieBreak::bySite(Entries entries) {
-  if (entries.size() == 2) {
-    if (siteBefore(Site(*entries[1].item), Site(*entries[0].item))) std::swap(entries[0].item, entries[1].item);
-    return;
-  }
-  sites_.keyed.clear();
-  for (const Entry& entry : entries) sites_.keyed.push_back({Site(*entry.item), entry.item});
-  mergeSort(std::span(sites_.keyed), sites_.buffer,
-            [](const Keyed<Site>& a, const Keyed<Site>& b) { return siteBefore(a.key, b.key); });
-  for (std::size_t i = 0; i < entries.size(); ++i) entries[i].item = sites_.keyed[i].item;
-}
-
 void TieBreak::byKinds(Entries entries) {
   byKey(entries, kindsOf, [this](Entries tied) { byLabel(tied, [this](Entries named) { byHandle(named); }); });
 }

@@ -12,6 +12,24 @@
 
 namespace kelvar_2_1_7 {
 
+/// Sorts records of one place as the ordering by locator says, and else as they stand.
+template <class Record>
+void sortBySite(std::span<Record> records) {
+  if (records.size() == 2) {
+    if (siteBefore(Site(*itemOf(records[1])), Site(*itemOf(records[0])))) std::swap(records[0], records[1]);
+    return;
+  }
+  struct AtSite {
+    Site site;
+    Record record;
+  };
+  std::vector<AtSite> sites;
+  std::vector<AtSite> buffer;
+  for (const Record& record : records) sites.push_back({Site(*itemOf(record)), record});
+  mergeSort(std::span(sites), buffer, [](const AtSite& a, const AtSite& b) { return siteBefore(a.site, b.site); });
+  for (std::size_t i = 0; i < records.size(); ++i) records[i] = sites[i].record;
+}
+
 /// Decides between items of one place that an ordering leaves equal: by annotation kind, detail kind, label, handle and
 /// what the analyses say, so that the order of equal rows has no history. Items themselves are left alone.
 class TieBreak {
@@ -19,11 +37,8 @@ class TieBreak {
   /// `byLocator`: on top of that, as the ordering by locator says.
   void sort(Entries entries, bool byLocator) {
     if (entries.size() != 2 || !decidedAtOnce(entries)) byKinds(entries);
-    if (byLocator) bySite(entries);
+    if (byLocator) sortBySite(entries);
   }
-  /// As the ordering by locator says of one place, and else as they stand.
-  void bySite(Entries entries);
-
   /// Sorts by a number of each item, and hands on what it leaves equal.
   template <class Read, class Then>
   void byKey(Entries entries, Read read, const Then& then) {
@@ -72,7 +87,6 @@ class TieBreak {
 
   std::vector<Entry> numbers_;
   Room<std::string_view> texts_;
-  Room<Site> sites_;
 };
 
 }  // namespace kelvar_2_1_7

@@ -154,7 +154,7 @@ void View::itemsChanged() noexcept {
 void View::sort(const ViewSettings& settings, SummaryItems& visible, const SummaryItems& hidden) {
   if (!order_) {
     if (sortedBefore_ && byPlace_.empty()) byPlace_ = SummaryItems::byPlace(visible, hidden);
-    byPlace_.empty() ? visible.sort(settings.mapping()) : visible.sort(settings.mapping(), byPlace_);
+    byPlace_.empty() ? visible.sort(settings.mapping()) : visible.sort(settings.mapping(), byPlace_, hidden.empty());
     sortedBefore_ = true;
     order_ = {settings.mapping(), false};
   }

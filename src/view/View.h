@@ -34,7 +34,7 @@ class View {
   /// Whether they were sorted before, as the items are now. Who sorts them once again will do so more often, and it
   /// pays to keep them by place.
   bool sortedBefore_ = false;
-  std::vector<SummaryItemImpl*> byPlace_;  // all of the lists' items, or none
+  std::vector<SummaryItems::ItemAtPlace> byPlace_;  // all of the lists' items, or none
 };
 
 }  // namespace kelvar_2_1_7
