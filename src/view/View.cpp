@@ -39,16 +39,16 @@ struct Verdicts {
   }
 };
 
-/// Moves the items with `verdict` to the end of `to`, which has room for them.
-void take(Verdict verdict, const std::vector<Verdict>& verdicts, SummaryItems& visible, SummaryItems& hidden,
-          SummaryItems& to) noexcept {
+/// Moves each item to the end of the list of its verdict, which has room for it.
+void take(const std::vector<Verdict>& verdicts, SummaryItems& visible, SummaryItems& hidden,
+          std::array<SummaryItems, kVerdictCount>& to) noexcept {
   auto next = verdicts.begin();
   for (SummaryItems* const list : {&visible, &hidden}) {
     for (SummaryItems::value_type& item : *list) {
-      if (*next++ != verdict) continue;
+      const Verdict verdict = *next++;
       // What is visible and stays so is known to be shown: most items are not touched.
       if (item != nullptr && (verdict != kShown || list == &hidden)) item->setShown(verdict == kShown);
-      to.append(std::move(item));
+      to[verdict].append(std::move(item));
     }
   }
 }
@@ -99,15 +99,14 @@ Filtered filter(const ViewSettings& settings, SummaryItems& visible, SummaryItem
   Filtered filtered{verdicts.counts[kShown] != stay};
   if (!filtered.showsMore && stay != visible.size()) filtered.leftBehind = leftBehind(visible, verdicts.each);
 
-  SummaryItems shown;
-  SummaryItems rest;
-  shown.reserve(verdicts.counts[kShown]);
-  rest.reserve(verdicts.counts[kHiddenByKind] + verdicts.counts[kHiddenByDetail]);
-  take(kShown, verdicts.each, visible, hidden, shown);
-  take(kHiddenByKind, verdicts.each, visible, hidden, rest);
-  take(kHiddenByDetail, verdicts.each, visible, hidden, rest);
-  visible.swap(shown);
-  hidden.swap(rest);
+  std::array<SummaryItems, kVerdictCount> lists;
+  lists[kShown].reserve(verdicts.counts[kShown]);
+  lists[kHiddenByKind].reserve(verdicts.counts[kHiddenByKind] + verdicts.counts[kHiddenByDetail]);
+  lists[kHiddenByDetail].reserve(verdicts.counts[kHiddenByDetail]);
+  take(verdicts.each, visible, hidden, lists);
+  for (SummaryItems::value_type& item : lists[kHiddenByDetail]) lists[kHiddenByKind].append(std::move(item));
+  visible.swap(lists[kShown]);
+  hidden.swap(lists[kHiddenByKind]);
   return filtered;
 }
 
