@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -32,7 +33,11 @@ using NumberedItems = std::span<Numbered>;
 /// nothing to say: those are not touched.
 class SortByPlace {
  public:
-  explicit SortByPlace(const Ordering& ordering) : ordering_(ordering) {}
+  SortByPlace(const Ordering& ordering, std::span<const ItemAtPlace> sites) : ordering_(ordering), sites_(sites) {
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+      if (ordering.sharesDetail(i)) keys_[i].resize(sites.size());
+    }
+  }
 
   /// Not for orderings by label.
   void sort(NumberedItems items) {
@@ -43,17 +48,18 @@ class SortByPlace {
   /// By the number at `index` and those behind it.
   void byNumber(NumberedItems items, std::size_t index) {
     if (index == ordering_.count()) return byTie(items);
-    byKeys(items, ordering_.numbers[index]);
+    byKeys(items, index);
     forEachTie(items, [this, index](NumberedItems tied) {
       if (tied.front().key == kUnordered) return;
       byNumber(tied, ordering_.next(index + 1, *tied.front().site->item));
     });
   }
 
-  void byKeys(NumberedItems items, const Number& number) {
+  void byKeys(NumberedItems items, std::size_t index) {
+    const Number& number = ordering_.numbers[index];
     const NumberedItems silent = withoutDetail(items, number);
     const NumberedItems others = items.first(items.size() - silent.size());
-    readNumbers(others, number);
+    readKeys(others, index);
     byKey(others);
     if (silent.empty()) return;
     const std::uint64_t missing = keyOf(number.read(*silent.front().site->item));
@@ -67,11 +73,13 @@ class SortByPlace {
   /// Puts those last, as they stand, of which the analysis that the number is of says nothing: they have the same one.
   NumberedItems withoutDetail(NumberedItems items, const Number& number) {
     if (!number.kind) return {};
+    const auto has = [&number](const Numbered& item) { return item.site->details.has(*number.kind); };
+    auto to = std::find_if_not(items.begin(), items.end(), has);
+    if (std::none_of(to, items.end(), has)) return {to, items.end()};
     buffer_.clear();
     buffer_.reserve(items.size());
-    auto to = items.begin();
-    for (const Numbered& item : items) {
-      if (item.site->details.has(*number.kind)) {
+    for (const Numbered& item : std::span(to, items.end())) {
+      if (has(item)) {
         *to++ = item;
       } else {
         buffer_.push_back(item);
@@ -79,6 +87,26 @@ class SortByPlace {
     }
     std::copy(buffer_.begin(), buffer_.end(), to);
     return {to, items.end()};
+  }
+
+  /// With those behind it that the same detail has: an item that ties need not be visited for them once more.
+  void readKeys(NumberedItems items, std::size_t index) {
+    if (ordering_.sharesDetail(index)) {
+      for (Numbered& item : items) item.key = keyOfNumber(index, item);
+      return;
+    }
+    for (std::size_t i = 0; i < items.size(); ++i) {
+      callNumberAhead(i, ordering_.numbers[index], itemsOf(items));
+      const SummaryItemImpl& item = *items[i].site->item;
+      items[i].key = keyOf(ordering_.numbers[index].read(item));
+      for (std::size_t next = index + 1; ordering_.sharesDetail(next); ++next) {
+        keyOfNumber(next, items[i]) = keyOf(ordering_.numbers[next].read(item));
+      }
+    }
+  }
+
+  std::uint64_t& keyOfNumber(std::size_t index, const Numbered& item) {
+    return keys_[index][static_cast<std::size_t>(item.site - sites_.data())];
   }
 
   void byKey(NumberedItems items) {
@@ -96,6 +124,8 @@ class SortByPlace {
   }
 
   const Ordering& ordering_;
+  const std::span<const ItemAtPlace> sites_;
+  std::array<std::vector<std::uint64_t>, Ordering::kMostNumbers> keys_;  // of numbers that were read with another
   std::vector<Numbered> buffer_;
 };
 
@@ -123,7 +153,7 @@ void SummaryItems::sort(SummaryMapping mapping, std::span<const ItemAtPlace> byP
     return takeOrder(entries, 0, size());
   }
   auto items = recordsOf<Numbered>(byPlace, areAllShown, [](const ItemAtPlace& site) { return Numbered{0, &site}; });
-  SortByPlace(ordering).sort(items);
+  SortByPlace(ordering, byPlace).sort(items);
   takeOrder(items, 0, size(), itemOf<Numbered>);
 }
 

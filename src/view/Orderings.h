@@ -25,7 +25,8 @@ enum class Tie { kByLocator, kStays, kByLocatorUnlessLoop };
 
 /// One ordering: numbers first, the first that differs decides; then the label; then the tie.
 struct Ordering {
-  std::array<Number, 3> numbers{};  // up to the first null
+  static constexpr std::size_t kMostNumbers = 3;
+  std::array<Number, kMostNumbers> numbers{};  // up to the first null
   bool byLabel = false;
   Tie tie = Tie::kByLocator;
   bool mostlyTies = false;  // of what programs are, nearly all items have the numbers of many others
@@ -40,6 +41,13 @@ struct Ordering {
   [[nodiscard]] std::size_t next(std::size_t index, const SummaryItemImpl& item) const noexcept {
     while (index < count() && isIdle(index, item)) ++index;
     return index;
+  }
+  /// Whether the number at `index` is read of the same detail as the one before it, and of the same items.
+  [[nodiscard]] constexpr bool sharesDetail(std::size_t index) const noexcept {
+    if (index == 0 || index >= count()) return false;
+    const Number& number = numbers[index];
+    const Number& before = numbers[index - 1];
+    return number.kind && number.kind == before.kind && number.ofLoops == before.ofLoops;
   }
   /// Whether the number at `index` is the same for all that the numbers before it do not tell from `item`.
   [[nodiscard]] bool isIdle(std::size_t index, const SummaryItemImpl& item) const noexcept {

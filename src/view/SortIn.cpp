@@ -38,7 +38,7 @@ class Standing {
 
  private:
   const Ordering& ordering_;
-  std::array<std::uint64_t, 3> keys_{};
+  std::array<std::uint64_t, Ordering::kMostNumbers> keys_{};
   std::size_t count_ = 0;
   sitenotes::locator_t place_;
 };
