@@ -82,10 +82,10 @@ std::vector<std::size_t> leftBehind(const SummaryItems& visible, const std::vect
 /// What a filter did to the visible list.
 struct Filtered {
   bool showsMore = false;
-  std::vector<std::size_t> leftBehind = {};  // if it shows no more: see there
+  std::vector<std::size_t> leftBehind = {};  // if it shows no more of a list that stands in order: see there
 };
 
-Filtered filter(const ViewSettings& settings, SummaryItems& visible, SummaryItems& hidden) {
+Filtered filter(const ViewSettings& settings, bool areInOrder, SummaryItems& visible, SummaryItems& hidden) {
   if (!settings.filtersKinds() && !settings.filtersDetails()) {
     const bool showsMore = !hidden.empty();
     showAll(visible, hidden);
@@ -97,7 +97,8 @@ Filtered filter(const ViewSettings& settings, SummaryItems& visible, SummaryItem
   const std::size_t stay = verdicts.counts[kShown];
   verdicts.add(settings, hidden);
   Filtered filtered{verdicts.counts[kShown] != stay};
-  if (!filtered.showsMore && stay != visible.size()) filtered.leftBehind = leftBehind(visible, verdicts.each);
+  if (areInOrder && !filtered.showsMore && stay != visible.size())
+    filtered.leftBehind = leftBehind(visible, verdicts.each);
 
   std::array<SummaryItems, kVerdictCount> lists;
   lists[kShown].reserve(verdicts.counts[kShown]);
@@ -114,8 +115,9 @@ Filtered filter(const ViewSettings& settings, SummaryItems& visible, SummaryItem
 
 void View::rebuild(const ViewSettings& settings, SummaryItems& visible, SummaryItems& hidden) {
   const std::optional<Order> order = std::exchange(order_, std::nullopt);
-  const Filtered filtered = filter(settings, visible, hidden);
-  if (order && order->mapping == settings.mapping() && !filtered.showsMore) {
+  const bool areInOrder = order && order->mapping == settings.mapping();
+  const Filtered filtered = filter(settings, areInOrder, visible, hidden);
+  if (areInOrder && !filtered.showsMore) {
     mend(*order, visible, filtered.leftBehind);
     order_ = order;
   }
