@@ -65,7 +65,7 @@ template <class Record>
 void readNumbers(std::span<Record> records, const Number& number) {
   for (std::size_t i = 0; i < records.size(); ++i) {
     callNumberAhead(i, number, itemsOf(records));
-    records[i].key = keyOf(number.read(*itemOf(records[i])));
+    records[i].key = keyOf(number.read(*records[i].item));
   }
 }
 

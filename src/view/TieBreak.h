@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "view/MergeSort.h"
