@@ -90,7 +90,8 @@ class SummaryItems {
     KindSet details;      // the kinds that it has a detail of
     std::uint32_t place;  // the same for items of one place
   };
-  /// The whole list, faster: its items are those of `byPlace` that are shown.
+  /// The whole list, faster: its items are those of `byPlace` that are shown, all of them if `areAllShown`. Asks
+  /// details for numbers too that come to decide nothing. Orderings by label gain that ties stand by place already.
   void sort(SummaryMapping mapping, std::span<const ItemAtPlace> byPlace, bool areAllShown);
   /// The same for a list in which all but the entries at `loose`, ascending slots, stand in order already. Answers by
   /// slot whether what stands there was loose, or stands behind another one than before. Not for orderings by label.

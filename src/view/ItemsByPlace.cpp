@@ -20,8 +20,7 @@ using ItemAtPlace = SummaryItems::ItemAtPlace;
 
 namespace {
 
-/// An item of a list by place, and what it is compared by at the moment. Sites that stand further on in the list lie
-/// further on in memory.
+/// An item of a list by place, and what it is compared by at the moment.
 struct Numbered {
   std::uint64_t key;
   const ItemAtPlace* site;
@@ -65,12 +64,14 @@ class SortByPlace {
     const std::uint64_t missing = keyOf(number.read(*silent.front().site->item));
     for (Numbered& item : silent) item.key = missing;
     if (others.empty() || others.back().key < missing) return;
+    // The addresses of sites order as their places do.
     std::inplace_merge(others.begin(), others.end(), items.end(), [](const Numbered& a, const Numbered& b) {
       return a.key != b.key ? a.key < b.key : a.site < b.site;
     });
   }
 
-  /// Puts those last, as they stand, of which the analysis that the number is of says nothing: they have the same one.
+  /// Puts those last, as they stand, of which the analysis that the number is of says nothing: it is the same for all
+  /// of them.
   NumberedItems withoutDetail(NumberedItems items, const Number& number) {
     if (!number.kind) return {};
     const auto has = [&number](const Numbered& item) { return item.site->details.has(*number.kind); };
@@ -89,7 +90,7 @@ class SortByPlace {
     return {to, items.end()};
   }
 
-  /// With those behind it that the same detail has: an item that ties need not be visited for them once more.
+  /// Reads the numbers behind it too that the same detail has: no item that ties is visited for them once more.
   void readKeys(NumberedItems items, std::size_t index) {
     if (ordering_.sharesDetail(index)) {
       for (Numbered& item : items) item.key = keyOfNumber(index, item);

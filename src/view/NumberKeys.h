@@ -46,7 +46,7 @@ template <class Record>
 }
 
 /// Has the processor fetch what a walk over items, at `index` now, is going to read `number` of: the item, then where
-/// its detail is, then the detail, then the detail's record. Asks the details, save those of items that are not shown.
+/// its detail is, then the detail, then the detail's record. Asks the details.
 template <class ItemAt>
 void callNumberAhead(std::size_t index, const Number& number, const ItemAt& itemAt) {
   if (const SummaryItemImpl* const item = itemAt(index + 2 * kSortStep)) __builtin_prefetch(&item->place());
@@ -55,7 +55,7 @@ void callNumberAhead(std::size_t index, const Number& number, const ItemAt& item
   if (const SummaryItemImpl* const item = itemAt(index + kSortStep); item != nullptr && item->hasDetail(*number.kind)) {
     callDetail(item->summaryDetail(*number.kind));
   }
-  if (const SummaryItemImpl* const item = itemAt(index + kSortStep / 2); item != nullptr && item->isShown()) {
+  if (const SummaryItemImpl* const item = itemAt(index + kSortStep / 2)) {
     kCallRecord[*number.kind](*item);
   }
 }

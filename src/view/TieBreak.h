@@ -26,6 +26,7 @@ void sortBySite(std::span<Record> records) {
   };
   std::vector<AtSite> sites;
   std::vector<AtSite> buffer;
+  sites.reserve(records.size());
   for (const Record& record : records) sites.push_back({Site(*itemOf(record)), record});
   mergeSort(std::span(sites), buffer, [](const AtSite& a, const AtSite& b) { return siteBefore(a.site, b.site); });
   for (std::size_t i = 0; i < records.size(); ++i) records[i] = sites[i].record;

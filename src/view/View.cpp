@@ -97,8 +97,9 @@ Filtered filter(const ViewSettings& settings, bool areInOrder, SummaryItems& vis
   const std::size_t stay = verdicts.counts[kShown];
   verdicts.add(settings, hidden);
   Filtered filtered{verdicts.counts[kShown] != stay};
-  if (areInOrder && !filtered.showsMore && stay != visible.size())
+  if (areInOrder && !filtered.showsMore && stay != visible.size()) {
     filtered.leftBehind = leftBehind(visible, verdicts.each);
+  }
 
   std::array<SummaryItems, kVerdictCount> lists;
   lists[kShown].reserve(verdicts.counts[kShown]);
