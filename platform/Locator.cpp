@@ -1,3 +1,4 @@
+#include <bit>
 #include <type_traits>
 
 #include "sitenotes.h"
@@ -5,6 +6,15 @@
 namespace sitenotes {
 
 static_assert(std::is_trivially_copyable_v<locator_t> && sizeof(locator_t) == 16, "copied in every comparison");
+
+namespace {
+
+/// Whether two paths have one text. Neighbours of a sorted list mostly do, and no call is made for them.
+bool isSame(const toolbelt::path_t& a, const toolbelt::path_t& b) noexcept {
+  return std::bit_cast<const void*>(a) == std::bit_cast<const void*>(b);  // a text is kept once
+}
+
+}  // namespace
 
 locator_t::locator_t(const toolbelt::path_t& file, int line, int column) noexcept
     : file_(file), line_(line), column_(column) {}
@@ -26,10 +36,13 @@ int locator_t::get_column() const noexcept {
 }
 
 int locator_t::display_order(const locator_t& other) const noexcept {
-  if (const int order = file_.compare_leaf(other.file_); order != 0) return order;
+  const bool haveSameFile = isSame(file_, other.file_);
+  if (!haveSameFile) {
+    if (const int order = file_.compare_leaf(other.file_); order != 0) return order;
+  }
   if (line_ != other.line_) return line_ < other.line_ ? -1 : 1;
   if (column_ != other.column_) return column_ < other.column_ ? -1 : 1;
-  return file_.compare(other.file_);
+  return haveSameFile ? 0 : file_.compare(other.file_);
 }
 
 }  // namespace sitenotes
