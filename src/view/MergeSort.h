@@ -22,16 +22,21 @@ class MergeSort {
       : begin_(records.data()), end_(begin_ + records.size()), buffer_(buffer), before_(before) {}
 
   void sort() {
-    if (end_ - begin_ < 2) return;
-    Run last = nextRun(begin_);
-    while (last.end != end_) {
-      const Run next = nextRun(last.end);
-      const int depth = depthOf(last, next);
-      last = mergeDeeper(last, depth);
-      waiting_.push_back({last, depth});
-      last = next;
+    for (Record* next = begin_; next != end_; next = last_.end) take(nextRun(next));
+    mergeDeeper(0);
+  }
+
+  /// Sorts records that are no more than a few ascending lists, one behind the other. Answers whether they are; if not,
+  /// they are left as they were.
+  bool sortFewRuns() {
+    boost::container::static_vector<Run, kFewRuns> runs;
+    for (Record* next = begin_; next != end_; next = runs.back().end) {
+      if (runs.size() == kFewRuns) return false;
+      runs.push_back({next, endOfRising(next)});
     }
-    mergeDeeper(last, 0);
+    for (const Run& run : runs) take(run);
+    mergeDeeper(0);
+    return true;
   }
 
  private:
@@ -45,6 +50,7 @@ class MergeSort {
   };
   static constexpr int kDepths = std::numeric_limits<std::size_t>::digits + 2;
   static constexpr std::ptrdiff_t kShortRun = 12;  // shorter ones are sorted on by insertion
+  static constexpr std::size_t kFewRuns = 32;
 
   Run nextRun(Record* begin) {
     Record* end = begin + 1;
@@ -53,13 +59,19 @@ class MergeSort {
       }
       std::reverse(begin, end);
     } else if (end != end_) {
-      while (++end != end_ && !before_(*end, end[-1])) {
-      }
+      end = endOfRising(end);
     }
     if (end - begin >= kShortRun) return {begin, end};
     Record* const enough = begin + std::min(kShortRun, end_ - begin);
     for (; end != enough; ++end) insert(begin, end);
     return {begin, enough};
+  }
+
+  /// Where the ascending list ends that a record belongs to.
+  Record* endOfRising(Record* record) {
+    while (++record != end_ && !before_(*record, record[-1])) {
+    }
+    return record;
   }
 
   void insert(Record* begin, Record* from) {
@@ -86,14 +98,23 @@ class MergeSort {
     }
   }
 
-  /// Merges `last` with the waiting runs before it whose merges lie deeper than `depth`.
-  Run mergeDeeper(Run last, int depth) {
+  /// The next run is known: those before it are merged as far as it does not have to wait for them.
+  void take(const Run& next) {
+    if (next.begin != begin_) {
+      const int depth = depthOf(last_, next);
+      mergeDeeper(depth);
+      waiting_.push_back({last_, depth});
+    }
+    last_ = next;
+  }
+
+  /// Merges the last run with those that wait before it for merges deeper than `depth`.
+  void mergeDeeper(int depth) {
     while (!waiting_.empty() && waiting_.back().depth > depth) {
-      merge(waiting_.back().run, last);
-      last.begin = waiting_.back().run.begin;
+      merge(waiting_.back().run, last_);
+      last_.begin = waiting_.back().run.begin;
       waiting_.pop_back();
     }
-    return last;
   }
 
   void merge(const Run& leftRun, const Run& rightRun) {
@@ -118,6 +139,7 @@ class MergeSort {
   Record* end_;
   std::vector<Record>& buffer_;
   Before before_;
+  Run last_{};  // waits for the one behind it to be known
   boost::container::static_vector<Waiting, kDepths> waiting_;
 };
 

@@ -38,25 +38,13 @@ void arrangeByPlace(std::span<Record> records, std::vector<Record>& buffer) {
   radixSort(records, buffer);
 }
 
-/// Whether the records are made of no more than that many sorted lists.
-template <class Record>
-[[nodiscard]] bool hasFewRuns(std::span<const Record> records, std::size_t most) {
-  const auto standsBehind = [](const Record& a, const Record& b) { return standsBefore(b, a); };
-  std::size_t runs = 0;
-  for (auto at = records.begin(); at != records.end() && runs <= most; ++runs) {
-    at = std::adjacent_find(at, records.end(), standsBehind);
-    if (at != records.end()) ++at;
-  }
-  return runs <= most;
-}
-
 /// Sorts records by `place`. Many that stand in no order are first arranged by leaf and line, which takes no call of
 /// the collaborators' order.
 template <class Record>
 void placeSort(std::span<Record> records, std::vector<Record>& buffer) {
   constexpr std::size_t kMany = 4096;
-  constexpr std::size_t kFewRuns = 32;
-  if (records.size() >= kMany && !hasFewRuns(std::span<const Record>(records), kFewRuns)) {
+  if (records.size() >= kMany) {
+    if (MergeSort(records, buffer, standsBefore<Record>).sortFewRuns()) return;
     const std::span<Record> mixed = betweenSorted(records);
     if (mixed.size() >= kMany) arrangeByPlace(mixed, buffer);
   }
