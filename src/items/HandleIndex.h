@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "CallLine.h"
+
 namespace kelvar_2_1_7 {
 
 class SummaryItemImpl;
@@ -39,7 +41,7 @@ class HandleIndex {
   }
   /// Has the processor fetch what find(handle) is going to read.
   void prefetch(unsigned long handle) const noexcept {
-    if (handle < dense_.size()) __builtin_prefetch(&dense_[handle]);
+    if (handle < dense_.size()) callLine(&dense_[handle]);
   }
 
  private:

@@ -8,6 +8,7 @@
 
 #include "PerKind.h"
 #include "digestio.h"
+#include "items/CallLine.h"
 #include "items/CollectionAnnotations.h"
 #include "items/KindMarks.h"
 #include "kelvar/SummaryData.h"
@@ -140,7 +141,7 @@ class SummaryItemImpl final : public SummaryItem {
   [[nodiscard]] bool hasDetail(digestio::SummaryDataKind kind) const noexcept { return seen_.has(kind); }
   /// Has the processor fetch what summaryDetail(kind) is going to read, if there is one, for passes over whole lists.
   void prefetch(digestio::SummaryDataKind kind) const noexcept {
-    if (hasDetail(kind)) __builtin_prefetch(&details_[kind]);
+    if (hasDetail(kind)) callLine(&details_[kind]);
   }
   /// Whether the typed detail of `kind` is there.
   [[nodiscard]] bool shows(digestio::SummaryDataKind kind) const;

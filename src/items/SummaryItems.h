@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "digestio.h"
+#include "items/CallLine.h"
 #include "items/ItemArena.h"
 #include "items/KindMarks.h"
 #include "items/SummaryItemImpl.h"
@@ -129,8 +130,8 @@ class SummaryItems {
   static void call(const SummaryItemImpl* item) noexcept {
     if (item == nullptr) return;
     const char* const bytes = reinterpret_cast<const char*>(item);
-    for (std::size_t line = 0; line < Size; line += kCacheLine) __builtin_prefetch(bytes + line);
-    __builtin_prefetch(bytes + Size - 1);
+    for (std::size_t line = 0; line < Size; line += kCacheLine) callLine(bytes + line);
+    callLine(bytes + Size - 1);
   }
 
   ItemArena arena_;

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "items/CallLine.h"
+
 namespace kelvar_2_1_7 {
 
 using digestio::SummaryDataKind;
@@ -12,7 +14,7 @@ namespace {
 template <auto slot, auto detail>
 void ask(ItemDetails& details, const SummaryItemImpl& item) {
   details.*slot = (item.*detail)();
-  __builtin_prefetch(details.*slot);
+  callLine(details.*slot);
 }
 
 bool putSurvey(RowText& row, const ItemDetails& details, const SummaryItemImpl&) {

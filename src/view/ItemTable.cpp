@@ -9,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "items/CallLine.h"
 #include "view/ColumnGroups.h"
 #include "view/RowText.h"
 #include "view/SortEntries.h"
@@ -145,7 +146,7 @@ class RowWalk {
   void callDetails(std::size_t index) const {
     const SummaryItemImpl* const item = at(index);
     if (item == nullptr) return;
-    __builtin_prefetch(item->labelText().data());
+    callLine(item->labelText().data());
     for (const SummaryDataKind kind : kAllKinds) {
       if (columns_.shown[kind]) callDetail(item->summaryDetail(kind));
     }

@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "items/CallLine.h"
 #include "items/SummaryItems.h"
 #include "view/ItemSort.h"
 #include "view/MergeSort.h"
@@ -136,7 +137,7 @@ std::vector<Record> recordsOf(std::span<const ItemAtPlace> sites, bool areAllSho
   records.reserve(sites.size());
   for (std::size_t i = 0; i < sites.size(); ++i) {
     if (!areAllShown) {
-      if (i + kSortStep < sites.size()) __builtin_prefetch(&sites[i + kSortStep].item->place());
+      if (i + kSortStep < sites.size()) callLine(&sites[i + kSortStep].item->place());
       if (!sites[i].item->isShown()) continue;
     }
     records.push_back(make(sites[i]));

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "PerKind.h"
+#include "items/CallLine.h"
 #include "view/Orderings.h"
 #include "view/SiteFigures.h"
 #include "view/SortEntries.h"
@@ -30,7 +31,7 @@ inline constexpr std::uint64_t kUnordered = std::numeric_limits<std::uint64_t>::
 /// Has the processor fetch what an item's detail of a kind answers.
 template <auto detail>
 void callRecord(const SummaryItemImpl& item) {
-  __builtin_prefetch((item.*detail)());
+  callLine((item.*detail)());
 }
 inline constexpr PerKind<void (*)(const SummaryItemImpl&)> kCallRecord{
     {callRecord<&SummaryItemImpl::surveyDetail>, callRecord<&SummaryItemImpl::surveyVectorizationDetail>,
@@ -49,7 +50,7 @@ template <class Record>
 /// its detail is, then the detail, then the detail's record. Asks the details.
 template <class ItemAt>
 void callNumberAhead(std::size_t index, const Number& number, const ItemAt& itemAt) {
-  if (const SummaryItemImpl* const item = itemAt(index + 2 * kSortStep)) __builtin_prefetch(&item->place());
+  if (const SummaryItemImpl* const item = itemAt(index + 2 * kSortStep)) callLine(&item->place());
   if (!number.kind) return;
   if (const SummaryItemImpl* const item = itemAt(index + kSortStep + kSortStep / 2)) item->prefetch(*number.kind);
   if (const SummaryItemImpl* const item = itemAt(index + kSortStep); item != nullptr && item->hasDetail(*number.kind)) {

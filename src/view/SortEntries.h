@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 
+#include "items/CallLine.h"
 #include "items/SummaryItemImpl.h"
 
 namespace kelvar_2_1_7 {
@@ -26,8 +27,8 @@ inline constexpr std::size_t kSortStep = 32;
 inline void callDetail(const digestio::SummaryDetail* detail) noexcept {
   constexpr std::size_t kCacheLine = 64;
   if (detail == nullptr) return;
-  __builtin_prefetch(detail);
-  __builtin_prefetch(reinterpret_cast<const char*>(detail) + kCacheLine);
+  callLine(detail);
+  callLine(reinterpret_cast<const char*>(detail) + kCacheLine);
 }
 
 /// The item of a record that holds one, or that stands for one of a list.
@@ -47,7 +48,7 @@ void forEachTie(std::span<Record> records, const Then& then) {
     std::size_t end = begin + 1;
     while (end < records.size() && records[end].key == records[begin].key) ++end;
     if constexpr (requires(Record record) { record.item; }) {
-      if (end + kSortStep < records.size()) __builtin_prefetch(&records[end + kSortStep].item->place());
+      if (end + kSortStep < records.size()) callLine(&records[end + kSortStep].item->place());
     }
     if (end - begin > 1) then(records.subspan(begin, end - begin));
     begin = end;

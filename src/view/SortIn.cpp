@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "items/CallLine.h"
 #include "items/SummaryItems.h"
 #include "view/ItemSort.h"
 #include "view/NumberKeys.h"
@@ -54,6 +55,7 @@ class SortIn {
   SortIn(const Ordering& ordering, Entries standing, Entries loose) : ordering_(ordering), standing_(standing) {
     merged_.reserve(standing.size() + loose.size());
     while (!loose.empty()) {
+      if (kSortStep < loose.size()) callLine(&loose[kSortStep].item->place());
       const Standing front(ordering, *loose.front().item);
       takeStanding(front, [](int order) { return order < 0; });
       const std::size_t begin = merged_.size();
@@ -83,7 +85,7 @@ class SortIn {
   /// Of loops, the ordering by kind reads a detail.
   void callAhead() const noexcept {
     if (2 * kSortStep >= standing_.size()) return;
-    __builtin_prefetch(&standing_[2 * kSortStep].item->place());
+    callLine(&standing_[2 * kSortStep].item->place());
     const SummaryItemImpl& next = *standing_[kSortStep].item;
     if (next.detailKind() == digestio::kLoop) next.prefetch(digestio::kSurveyVectorization);
     const SummaryItemImpl& near = *standing_[kSortStep / 2].item;

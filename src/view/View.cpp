@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "items/CallLine.h"
+
 namespace kelvar_2_1_7 {
 
 namespace {
@@ -31,7 +33,7 @@ struct Verdicts {
   void add(const ViewSettings& settings, const SummaryItems& items) {
     for (std::size_t i = 0; i < items.size(); ++i) {
       // Items lie anywhere in memory: they are called for some steps ahead.
-      if (i + kStep < items.size() && items[i + kStep] != nullptr) __builtin_prefetch(&items[i + kStep]->place());
+      if (i + kStep < items.size() && items[i + kStep] != nullptr) callLine(&items[i + kStep]->place());
       const Verdict verdict = verdictOn(settings, items[i]);
       each.push_back(verdict);
       ++counts[verdict];
