@@ -22,7 +22,7 @@ void callSitesAhead(const HandleIndex& byHandle, const SummaryItems& incoming, s
 }
 
 /// Merges each incoming item into the one of its handle, or takes it in. Answers how well the worst of them matched.
-SummaryDataStatus matchByHandle(JoinedItems& joined, const SummaryItems& incoming) {
+SummaryDataStatus matchByHandle(JoinedItems& joined, SummaryItems& incoming) {
   SummaryDataStatus match = kExactMatchCurrent;
   for (std::size_t index = 0; index < incoming.size(); ++index) {
     callSitesAhead(joined.byHandle(), incoming, index);
@@ -30,7 +30,7 @@ SummaryDataStatus matchByHandle(JoinedItems& joined, const SummaryItems& incomin
     if (item == nullptr) continue;
     SummaryItemImpl* const known = item->handle() != 0 ? joined.byHandle().find(item->handle()) : nullptr;
     if (known == nullptr) {
-      joined.append(*item);
+      joined.append(incoming.begin()[static_cast<std::ptrdiff_t>(index)]);
       match = std::min(match, kNoMatchCurrent);
       continue;
     }

@@ -97,10 +97,16 @@ void JoinedItems::takeBack(const Change& change) noexcept {
   }
 }
 
-void JoinedItems::append(SummaryItemImpl& item) {
-  SummaryItems& items = mayMatch(item) ? items_ : apart_;
-  SummaryItemImpl& added =
-      item.isLent() ? items.make(SummaryItemImpl::CopyOf{item}) : items.make(SummaryItemImpl::LastOf{item});
+void JoinedItems::append(SummaryItems::value_type& entry) {
+  SummaryItems& items = mayMatch(*entry) ? items_ : apart_;
+  if (entry->isLent()) {
+    items.make(SummaryItemImpl::CopyOf{*entry});
+  } else if (&items == &items_) {
+    items.make(SummaryItemImpl::LastOf{*entry});
+  } else {
+    items.append(std::move(entry));  // without an annotation there is nothing to read afresh
+  }
+  SummaryItemImpl& added = *items[items.size() - 1];
   added.setInJoin(InJoin::kAdded);
   added_.push_back(&added);
 }

@@ -58,6 +58,13 @@ class SummaryItems {
     items_.push_back(arena_.make(std::forward<Arguments>(arguments)...));
     return *items_.back();
   }
+  /// The same for an item that no other is ever merged into or with: they have memory of their own, and none of it lies
+  /// idle once they stand in another list.
+  template <class... Arguments>
+  SummaryItemImpl& makeLasting(Arguments&&... arguments) {
+    items_.push_back(lasting_.make(std::forward<Arguments>(arguments)...));
+    return *items_.back();
+  }
   /// The item of an entry, to be changed: in place of one that is lent, a copy of it stands there from now on.
   SummaryItemImpl& own(value_type& entry) {
     if (entry->isLent()) entry = arena_.make(SummaryItemImpl::CopyOf{*entry});
@@ -76,6 +83,7 @@ class SummaryItems {
   }
   void swap(SummaryItems& other) noexcept {
     std::swap(arena_, other.arena_);
+    std::swap(lasting_, other.lasting_);
     items_.swap(other.items_);
   }
 
@@ -135,6 +143,7 @@ class SummaryItems {
   }
 
   ItemArena arena_;
+  ItemArena lasting_;
   std::vector<value_type> items_;
 };
 

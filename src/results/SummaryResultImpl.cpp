@@ -79,7 +79,9 @@ void SummaryResultImpl::readMetadata(resdir::IResultDirectory& directory) {
 
 void SummaryResultImpl::addDetails(SummaryData::Impl* owner) {
   for (digestio::SummaryDetail* const detail : detailsByPlace(*collection_)) {
-    const SummaryItemImpl& item = items_.make(owner, detail, nullptr, 0UL);
+    const bool isSite = detail == nullptr || detail->detailKind() == digestio::kAnnotatedSite;
+    const SummaryItemImpl& item =
+        isSite ? items_.make(owner, detail, nullptr, 0UL) : items_.makeLasting(owner, detail, nullptr, 0UL);
     for (const digestio::SummaryDataKind kind : kAllKinds) {
       if (item.hasDetail(kind)) carries_[kind] = true;
     }
