@@ -4,7 +4,9 @@
 #include <cstdint>
 
 #include "PerKind.h"
+#include "digestio.h"
 #include "kelvar/SummaryTypes.h"
+#include "sitenotes.h"
 
 namespace kelvar_2_1_7 {
 
@@ -45,6 +47,32 @@ class KindStatuses {
   }
 
   std::uint16_t bits_ = 0;
+};
+
+/// The detail kind and the annotation kind of an item, in two bytes. They are not known where either is none that a
+/// site has, which collaborators may answer.
+class SiteKinds {
+ public:
+  SiteKinds(digestio::SummaryDetailKind detail, sitenotes::annotation_t::kind_t annotation) noexcept
+      : detail_(byteOf(detail)), annotation_(byteOf(annotation)) {}
+
+  [[nodiscard]] bool areKnown() const noexcept { return detail_ != kNone && annotation_ != kNone; }
+  [[nodiscard]] digestio::SummaryDetailKind detail() const noexcept {
+    return static_cast<digestio::SummaryDetailKind>(detail_);
+  }
+  [[nodiscard]] sitenotes::annotation_t::kind_t annotation() const noexcept {
+    return static_cast<sitenotes::annotation_t::kind_t>(annotation_);
+  }
+
+ private:
+  static constexpr std::uint8_t kNone = 255;
+
+  static constexpr std::uint8_t byteOf(std::int32_t kind) noexcept {
+    return 0 <= kind && kind < kNone ? static_cast<std::uint8_t>(kind) : kNone;
+  }
+
+  std::uint8_t detail_;
+  std::uint8_t annotation_;
 };
 
 }  // namespace kelvar_2_1_7

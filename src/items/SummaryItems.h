@@ -97,6 +97,7 @@ class SummaryItems {
   struct ItemAtPlace {
     SummaryItemImpl* item;
     KindSet details;      // the kinds that it has a detail of
+    SiteKinds kinds;
     std::uint32_t place;  // the same for items of one place
   };
   /// The whole list, faster: its items are those of `byPlace` that are shown, all of them if `areAllShown`. Asks

@@ -175,7 +175,7 @@ std::vector<SummaryItems::ItemAtPlace> SummaryItems::byPlace(const SummaryItems&
   std::uint32_t place = 0;
   for (const auto& [key, item] : entries) {
     if (!sites.empty() && sites.back().item->place().display_order(item->place()) != 0) ++place;
-    sites.push_back({item, item->seen(), place});
+    sites.push_back({item, item->seen(), {item->detailKind(), item->annotationKind()}, place});
   }
   return sites;
 }

@@ -30,7 +30,7 @@ using NumberedItems = std::span<Numbered>;
 
 /// Sorts items that stand by place, and at one place as TieBreak says: what an ordering leaves undecided stands right
 /// already, save what the ordering by locator has to say of items that share a place. Of most sites an analysis has
-/// nothing to say: those are not touched.
+/// nothing to say: those are not touched, and none are for their kinds.
 class SortByPlace {
  public:
   SortByPlace(const Ordering& ordering, std::span<const ItemAtPlace> sites) : ordering_(ordering), sites_(sites) {
@@ -93,6 +93,7 @@ class SortByPlace {
 
   /// Reads the numbers behind it too that the same detail has: no item that ties is visited for them once more.
   void readKeys(NumberedItems items, std::size_t index) {
+    if (ordering_.numbers[index].ofKinds != nullptr) return readKinds(items, ordering_.numbers[index]);
     if (ordering_.sharesDetail(index)) {
       for (Numbered& item : items) item.key = keyOfNumber(index, item);
       return;
@@ -104,6 +105,14 @@ class SortByPlace {
       for (std::size_t next = index + 1; ordering_.sharesDetail(next); ++next) {
         keyOfNumber(next, items[i]) = keyOf(ordering_.numbers[next].read(item));
       }
+    }
+  }
+
+  static void readKinds(NumberedItems items, const Number& number) {
+    for (Numbered& item : items) {
+      const SiteKinds kinds = item.site->kinds;
+      item.key =
+          keyOf(kinds.areKnown() ? number.ofKinds(kinds.detail(), kinds.annotation()) : number.read(*item.site->item));
     }
   }
 

@@ -60,11 +60,11 @@ double warnings(const SummaryItemImpl& item) {
 }
 
 /// By detail kind; among annotated sites, whose detail kind is 0, by annotation kind. Exact for whatever the two are.
-double kinds(const SummaryItemImpl& item) {
+double kinds(digestio::SummaryDetailKind detail, annotation_t::kind_t annotation) {
   static_assert(digestio::kAnnotatedSite == 0);
   constexpr double kAnnotationKinds = 4294967296;
-  if (item.detailKind() == digestio::kAnnotatedSite) return item.annotationKind();
-  return static_cast<double>(item.detailKind()) * kAnnotationKinds;
+  if (detail == digestio::kAnnotatedSite) return annotation;
+  return static_cast<double>(detail) * kAnnotationKinds;
 }
 
 /// A time of loops.
@@ -78,16 +78,21 @@ double ofLoop(const SummaryItemImpl& item) {
 constexpr std::array<int, annotation_t::all_kinds> kGeneralKinds{0, 0, 1, 1, 1, 2, 2, 3, 3, 4,
                                                                  4, 4, 4, 5, 5, 5, 5, 5, 0};
 
-double generalKind(const SummaryItemImpl& item) {
-  const auto kind = static_cast<std::size_t>(item.annotationKind());
+double generalKind(digestio::SummaryDetailKind, annotation_t::kind_t annotation) {
+  const auto kind = static_cast<std::size_t>(annotation);
   return kind < kGeneralKinds.size() ? kGeneralKinds[kind] : 0;
 }
 
+template <auto number>
+double ofItem(const SummaryItemImpl& item) {
+  return number(item.detailKind(), item.annotationKind());
+}
+
 constexpr Number kWarnings{warnings, digestio::kCorrectness};
-constexpr Number kKinds{kinds};
+constexpr Number kKinds{.read = ofItem<kinds>, .ofKinds = kinds};
 constexpr Number kSelfTimeIfLoop{ofLoop<kLoopSelfTime>, digestio::kSurveyVectorization, true};
 constexpr Number kTotalTimeIfLoop{ofLoop<kLoopTotalTime>, digestio::kSurveyVectorization, true};
-constexpr Number kGeneralKind{generalKind};
+constexpr Number kGeneralKind{.read = ofItem<generalKind>, .ofKinds = generalKind};
 
 struct Mapping {
   Ordering ordering;

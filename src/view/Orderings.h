@@ -18,6 +18,8 @@ struct Number {
   double (*read)(const SummaryItemImpl& item) = nullptr;
   std::optional<digestio::SummaryDataKind> kind = {};  // whose detail it is read of, if of any
   bool ofLoops = false;                                // all others have the same
+  /// The same where no more is read than what kinds an item is of; null for other numbers.
+  double (*ofKinds)(digestio::SummaryDetailKind detail, sitenotes::annotation_t::kind_t annotation) = nullptr;
 };
 
 /// What decides between items whose numbers and labels are equal. Two items that come so far agree on it.

@@ -24,11 +24,13 @@ std::unique_ptr<SummaryItemImpl> RandomItems::item() {
   static const std::array<std::string, 4> kPlaces{"", "x/a.cpp:3", "y/a.cpp:3", "b.cpp:1:2"};
   constexpr std::array kCounts{-1, 0, 1, 2147483647, -2147483647 - 1};
   const auto count = [&] { return kCounts[static_cast<std::size_t>(below(5))]; };
+  constexpr std::array kNoKinds{-1, 255, 259};  // which in a byte would be others
+  const int kind = oneKind_ ? 3 : below(23);
 
   support::FakeDetail& detail =
       details_.emplace_back(kLabels[static_cast<std::size_t>(below(7))], kPlaces[static_cast<std::size_t>(below(4))]);
   detail.kind(static_cast<digestio::SummaryDetailKind>(oneKind_ ? 0 : below(4)));
-  detail.reports(static_cast<support::Kind>(oneKind_ ? 3 : below(20)));
+  detail.reports(static_cast<support::Kind>(kind < 20 ? kind : kNoKinds[static_cast<std::size_t>(kind - 20)]));
   if (below(2) == 0) detail.survey({.cpuTime = number(), .priority = count(), .id = count()});
   if (below(2) == 0) detail.vectorization({.selfTime = number(), .totalTime = number(), .priority = count()});
   if (below(2) == 0) detail.suitability({.selfTime = number(), .siteMaxGain = number(), .totalMaxGain = number()});

@@ -53,7 +53,8 @@ struct PlainView {
       };
       if (item->detailKind() > 2) return all(detailKinds);
       if (!detailKinds[item->detailKind()] || item->detailKind() != 0) return detailKinds[item->detailKind()];
-      return item->annotationKind() < 19 ? annotationKinds[item->annotationKind()] : all(annotationKinds);
+      const int kind = item->annotationKind();
+      return 0 <= kind && kind < 19 ? annotationKinds[kind] : all(annotationKinds);
     });
   }
 };
