@@ -4,6 +4,7 @@
 #include <boost/sort/spreadsort/integer_sort.hpp>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 #include "items/PlaceOrder.h"
 
@@ -17,6 +18,7 @@ struct Listed {
   SummaryDetail* detail;
   std::size_t index;
 };
+constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
 
 std::uintptr_t addressOf(const Listed& site) noexcept {
   return reinterpret_cast<std::uintptr_t>(site.detail);
@@ -33,9 +35,29 @@ std::vector<Listed> listedBy(const digestio::SummaryCollection& collection) {
   return details;
 }
 
+/// Puts details that lie side by side, all of one size, in the order of their addresses. Answers whether they do; if
+/// not, nothing has changed.
+bool putInMemoryOrder(std::vector<Listed>& details) {
+  if (details.size() < 2) return true;
+  const auto before = [](const Listed& a, const Listed& b) { return addressOf(a) < addressOf(b); };
+  const auto [first, last] = std::minmax_element(details.begin(), details.end(), before);
+  const std::uintptr_t begin = addressOf(*first);
+  const std::uintptr_t size = (addressOf(*last) - begin) / (details.size() - 1);
+  if (size == 0) return false;
+  std::vector<Listed> inOrder(details.size(), Listed{nullptr, kNone});
+  for (const Listed& site : details) {
+    const std::uintptr_t slot = (addressOf(site) - begin) / size;
+    if (slot >= inOrder.size() || inOrder[slot].index != kNone) return false;
+    inOrder[slot] = site;
+  }
+  details.swap(inOrder);
+  return true;
+}
+
 /// Who reads a collection may lay its details by place: then little is left to sort, and what a walk over them is about
 /// to come to lies ahead.
 std::vector<Listed> inMemory(std::vector<Listed> details) {
+  if (putInMemoryOrder(details)) return details;
   const auto bitsFrom = [](const Listed& site, std::size_t offset) { return addressOf(site) >> offset; };
   const auto before = [](const Listed& a, const Listed& b) { return addressOf(a) < addressOf(b); };
   boost::sort::spreadsort::integer_sort(details.begin(), details.end(), bitsFrom, before);
