@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <new>
 
 #include "CollectionReader.h"
 #include "Diagnosis.h"
@@ -63,6 +64,12 @@ std::string_view Collection::keep(std::string_view text) {
   return {copy, text.size()};
 }
 
+void Collection::add(const AnalysisView& view, AnalysisViews& views) {
+  const bool isFirst = std::holds_alternative<std::monostate>(views.view);
+  if (!isFirst) views.others = ::new (arena_.allocate(sizeof views, alignof(AnalysisViews))) AnalysisViews(views);
+  views.view = view;
+}
+
 void Collection::take(std::span<const DetailFields> inOrder) {
   constexpr std::size_t kStep = 16;
   const std::vector<Placed> places = byPlace(inOrder);
@@ -72,9 +79,8 @@ void Collection::take(std::span<const DetailFields> inOrder) {
   for (std::size_t place = 0; place < places.size(); ++place) {
     if (place + 2 * kStep < places.size()) __builtin_prefetch(fieldsAt(place + 2 * kStep));
     if (place + kStep < places.size()) __builtin_prefetch(fieldsAt(place + kStep)->label.data());
-    DetailFields fields = *fieldsAt(place);
-    fields.label = keep(fields.label);
-    inOrder_[places[place].index] = &details_.emplace_back(fields);
+    const DetailFields& fields = *fieldsAt(place);
+    inOrder_[places[place].index] = &details_.emplace_back(fields, keep(fields.label));
   }
 }
 

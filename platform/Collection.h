@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <memory_resource>
 #include <span>
+#include <string>
 #include <string_view>
 #include <type_traits>
-#include <utility>
+#include <variant>
 #include <vector>
 
 #include "ResultRecords.h"
@@ -68,7 +70,27 @@ class MapView final : public digestio::MapDetail {
   MapRecord record_;
 };
 
-/// What a detail is made of. Texts and views lie in the collection's memory.
+/// What one analysis says, or nothing.
+using AnalysisView =
+    std::variant<std::monostate, SurveyView, SurveyVectorizationView, SuitabilityView, CorrectnessView, MapView>;
+static_assert(std::is_trivially_destructible_v<AnalysisView>, "the arena destroys nothing");
+
+/// What the analyses say of one site. Hardly ever is that more than one.
+struct AnalysisViews {
+  AnalysisView view;
+  AnalysisViews* others = nullptr;  ///< in the collection's memory
+
+  /// Null where there is none of this kind.
+  template <class View>
+  [[nodiscard]] View* find() noexcept {
+    for (AnalysisViews* at = this; at != nullptr; at = at->others) {
+      if (View* const found = std::get_if<View>(&at->view)) return found;
+    }
+    return nullptr;
+  }
+};
+
+/// A detail as it is read.
 struct DetailFields {
   toolbelt::path_t file;
   std::int32_t line = 0;
@@ -76,11 +98,7 @@ struct DetailFields {
   std::string_view label;
   digestio::SummaryDetailKind detailKind = digestio::kAnnotatedSite;
   sitenotes::annotation_t::kind_t annotationKind = sitenotes::annotation_t::parallel;
-  digestio::SurveyDetail* survey = nullptr;
-  digestio::SurveyVectorizationDetail* surveyVectorization = nullptr;
-  digestio::SuitabilityDetail* suitability = nullptr;
-  digestio::CorrectnessDetail* correctness = nullptr;
-  digestio::MapDetail* map = nullptr;
+  AnalysisViews views;
 };
 
 [[nodiscard]] inline sitenotes::locator_t placeOf(const DetailFields& fields) noexcept {
@@ -89,26 +107,48 @@ struct DetailFields {
 
 class Detail final : public digestio::SummaryDetail {
  public:
-  explicit Detail(const DetailFields& fields) noexcept : fields_(fields) {}
+  /// `label` stands for that of the fields, and outlives the detail.
+  Detail(const DetailFields& fields, std::string_view label) noexcept
+      : file_(fields.file),
+        line_(fields.line),
+        column_(fields.column),
+        label_(label.data()),
+        labelSize_(static_cast<std::uint32_t>(label.size())),
+        detailKind_(static_cast<std::uint8_t>(fields.detailKind)),
+        annotationKind_(static_cast<std::uint8_t>(fields.annotationKind)),
+        views_(fields.views) {}
 
-  digestio::SummaryDetailKind detailKind() const override { return fields_.detailKind; }
-  sitenotes::annotation_t::kind_t annotationKind() const override { return fields_.annotationKind; }
-  sitenotes::locator_t locator() const override { return placeOf(fields_); }
-  std::string label() const override { return std::string(fields_.label); }
-  digestio::SurveyDetail* surveyView() const override { return fields_.survey; }
-  digestio::SurveyVectorizationDetail* surveyVectorizationView() const override { return fields_.surveyVectorization; }
-  digestio::SuitabilityDetail* suitabilityView() const override { return fields_.suitability; }
-  digestio::CorrectnessDetail* correctnessView() const override { return fields_.correctness; }
-  digestio::MapDetail* mapView() const override { return fields_.map; }
+  digestio::SummaryDetailKind detailKind() const override {
+    return static_cast<digestio::SummaryDetailKind>(detailKind_);
+  }
+  sitenotes::annotation_t::kind_t annotationKind() const override {
+    return static_cast<sitenotes::annotation_t::kind_t>(annotationKind_);
+  }
+  sitenotes::locator_t locator() const override { return {file_, line_, column_}; }
+  std::string label() const override { return std::string(std::string_view(label_, labelSize_)); }
+  digestio::SurveyDetail* surveyView() const override { return views_.find<SurveyView>(); }
+  digestio::SurveyVectorizationDetail* surveyVectorizationView() const override {
+    return views_.find<SurveyVectorizationView>();
+  }
+  digestio::SuitabilityDetail* suitabilityView() const override { return views_.find<SuitabilityView>(); }
+  digestio::CorrectnessDetail* correctnessView() const override { return views_.find<CorrectnessView>(); }
+  digestio::MapDetail* mapView() const override { return views_.find<MapView>(); }
 
  private:
-  DetailFields fields_;
+  toolbelt::path_t file_;
+  std::int32_t line_;
+  std::int32_t column_;
+  const char* label_;
+  std::uint32_t labelSize_;  // a file has no more bytes
+  std::uint8_t detailKind_;
+  std::uint8_t annotationKind_;
+  mutable AnalysisViews views_;  // never change, but are handed out as what may
 };
 static_assert(sizeof(Detail) <= 96, "a collection holds a million of them");
 
 /// One analysis in memory. Details are asked for in the order of their file, but lie in display order: most
-/// walks go in that order, which then is that of memory, here and in what is made of them. What they refer to comes
-/// from an arena that goes with the collection, so a detail costs no allocation of its own.
+/// walks go in that order, which then is that of memory, here and in what is made of them. Labels come from an arena
+/// that goes with the collection, so a detail costs no allocation of its own.
 class Collection final : public digestio::SummaryCollection {
  public:
   digestio::SummaryDataKind dataKind() const override { return program_.dataKind; }
@@ -125,12 +165,8 @@ class Collection final : public digestio::SummaryCollection {
   /// Takes all details, whose labels need not outlive the call. To be called once; the caller sees to it that an int
   /// counts them.
   void take(std::span<const DetailFields> inOrder);
-  /// A view of `record` that lives as long as this object.
-  template <class View, class Record>
-  [[nodiscard]] View* keepView(const Record& record) {
-    static_assert(std::is_trivially_destructible_v<View>, "the arena destroys nothing");
-    return ::new (arena_.allocate(sizeof(View), alignof(View))) View(record);
-  }
+  /// Adds what one more analysis says to `views`, those of one detail. What it takes lives as long as this object.
+  void add(const AnalysisView& view, AnalysisViews& views);
 
  private:
   /// A copy of `text` that lives as long as this object.

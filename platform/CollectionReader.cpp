@@ -68,11 +68,11 @@ void readSite(JsonReader& in, JsonValue& value, Reading& out) {
   integerUpTo<member, max>(in, value, out.detail);
 }
 
-template <class View, class Record, auto member, const auto& fields>
+template <class View, class Record, const auto& fields>
 void readView(JsonReader& in, JsonValue& value, Reading& out) {
   Record record;
   in.readObject(value, fields, record);
-  out.detail.*member = out.collection.keepView<View>(record);
+  out.collection.add(View(record), out.detail.views);
 }
 
 constexpr std::array<JsonField<Reading>, 11> kDetailFields{{
@@ -82,12 +82,11 @@ constexpr std::array<JsonField<Reading>, 11> kDetailFields{{
     {"file", readFile},
     {"line", readSite<&DetailFields::line, kMaxInt>},
     {"column", readSite<&DetailFields::column, kMaxInt>},
-    {"survey", readView<SurveyView, SurveyRecord, &DetailFields::survey, kSurveyFields>},
-    {"surveyVectorization", readView<SurveyVectorizationView, SurveyVectorizationRecord,
-                                     &DetailFields::surveyVectorization, kSurveyVectorizationFields>},
-    {"suitability", readView<SuitabilityView, SuitabilityRecord, &DetailFields::suitability, kSuitabilityFields>},
-    {"dependencies", readView<CorrectnessView, CorrectnessRecord, &DetailFields::correctness, kCorrectnessFields>},
-    {"map", readView<MapView, MapRecord, &DetailFields::map, kMapFields>},
+    {"survey", readView<SurveyView, SurveyRecord, kSurveyFields>},
+    {"surveyVectorization", readView<SurveyVectorizationView, SurveyVectorizationRecord, kSurveyVectorizationFields>},
+    {"suitability", readView<SuitabilityView, SuitabilityRecord, kSuitabilityFields>},
+    {"dependencies", readView<CorrectnessView, CorrectnessRecord, kCorrectnessFields>},
+    {"map", readView<MapView, MapRecord, kMapFields>},
 }};
 
 void readDetails(JsonReader& in, JsonValue& value, Reading& out) {
