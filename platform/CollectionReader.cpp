@@ -50,29 +50,28 @@ constexpr std::array<JsonField<MapRecord>, 1> kMapFields{{
 /// A collection while it is read.
 struct Reading {
   Collection& collection;
-  std::vector<DetailFields>& details;
-  DetailFields detail;  // the one that is being read
+  std::vector<DetailFields>& details;  // the last one is being read
   KnownPaths files;
 };
 
 void readLabel(JsonReader& in, JsonValue& value, Reading& out) {
-  out.detail.label = in.text(value);
+  out.details.back().label = in.text(value);
 }
 
 void readFile(JsonReader& in, JsonValue& value, Reading& out) {
-  out.detail.file = out.files.of(in.text(value));
+  out.details.back().file = out.files.of(in.text(value));
 }
 
 template <auto member, std::int64_t max>
 void readSite(JsonReader& in, JsonValue& value, Reading& out) {
-  integerUpTo<member, max>(in, value, out.detail);
+  integerUpTo<member, max>(in, value, out.details.back());
 }
 
 template <class View, class Record, const auto& fields>
 void readView(JsonReader& in, JsonValue& value, Reading& out) {
   Record record;
   in.readObject(value, fields, record);
-  out.collection.add(View(record), out.detail.views);
+  out.collection.add(View(record), out.details.back().views);
 }
 
 constexpr std::array<JsonField<Reading>, 11> kDetailFields{{
@@ -91,9 +90,8 @@ constexpr std::array<JsonField<Reading>, 11> kDetailFields{{
 
 void readDetails(JsonReader& in, JsonValue& value, Reading& out) {
   in.readList(value, [&](JsonValue& element) {
-    out.detail = {};
+    out.details.emplace_back();
     in.readObject(element, kDetailFields, out);
-    out.details.push_back(out.detail);
   });
 }
 
@@ -133,7 +131,7 @@ std::string collectionFile(const std::string& result) {
 std::unique_ptr<Collection> CollectionReader::read(const std::string& result) {
   auto collection = std::make_unique<Collection>();
   details_.clear();
-  Reading reading{.collection = *collection, .details = details_, .detail = {}, .files = {}};
+  Reading reading{.collection = *collection, .details = details_, .files = {}};
   in_.readDocument(collectionFile(result), kCollectionFields, reading);
   collection->take(details_);
   return collection;

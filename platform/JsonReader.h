@@ -89,6 +89,9 @@ class JsonReader {
   /// Gives the parser's answer, or refuses the place where it stands.
   template <class T>
   void take(simdjson::simdjson_result<T> result, T& out);
+  /// The same for the walk itself, without a copy: the processor would wait for what it has just written.
+  template <class T>
+  [[nodiscard]] T& taken(simdjson::simdjson_result<T>& result);
   [[noreturn]] void refuseText() const;
   [[noreturn]] void refuseByte(std::size_t byte, std::string expected) const;
   [[noreturn]] void refuseHere(std::string expected);
@@ -106,6 +109,14 @@ template <class T>
 void JsonReader::take(simdjson::simdjson_result<T> result, T& out) {
   if (std::move(result).get(out) != simdjson::SUCCESS) [[unlikely]]
     refuseHere("JSON");
+}
+
+template <class T>
+T& JsonReader::taken(simdjson::simdjson_result<T>& result) {
+  if (result.error() != simdjson::SUCCESS) [[unlikely]]
+    refuseHere("JSON");
+  T&& value = std::move(result).value_unsafe();
+  return value;
 }
 
 template <class Record, std::size_t N>
@@ -140,8 +151,7 @@ void JsonReader::readFields(Object object, const std::array<JsonField<Record>, N
   std::uint32_t seen = 0;
   std::size_t likely = 0;
   for (simdjson::simdjson_result<simdjson::ondemand::field> next : object) {
-    simdjson::ondemand::field field;
-    take(std::move(next), field);
+    simdjson::ondemand::field& field = taken(next);
     std::size_t index = findKey(fields, field.key().raw(), likely);
     if (index == N) [[unlikely]] {
       const std::string_view key = unescapedKey(field);  // may be a known one that is written with escapes
@@ -175,8 +185,7 @@ void JsonReader::readList(JsonValue& value, OnElement onElement) {
   const Container container(*this);
   std::size_t index = 0;
   for (simdjson::simdjson_result<JsonValue> next : list) {
-    JsonValue element;
-    take(std::move(next), element);
+    JsonValue& element = taken(next);
     place_.at(index++);
     onElement(element);
   }
