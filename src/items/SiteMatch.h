@@ -30,12 +30,15 @@ void foldNeighbours(SummaryItems& items, IsNew isNew, SameSite sameSite, TakeIn 
   if (items.empty()) return;
   auto last = items.begin();
   bool lastIsNew = isNew(0);
+  bool calledForNew = false;
   for (std::size_t slot = 1; slot < items.size(); ++slot) {
     const auto next = items.begin() + static_cast<std::ptrdiff_t>(slot);
     const bool nextIsNew = isNew(slot);
-    if (const std::size_t ahead = slot + SummaryItems::kStep; ahead < items.size() && isNew(ahead)) {
-      SummaryItems::callMarks(items[ahead - 1]);
-      SummaryItems::callMarks(items[ahead]);
+    if (const std::size_t ahead = slot + SummaryItems::kStep; ahead < items.size()) {
+      const bool isNewAhead = isNew(ahead);
+      if (isNewAhead && !calledForNew) SummaryItems::callMarks(items[ahead - 1]);
+      if (isNewAhead || calledForNew) SummaryItems::callMarks(items[ahead]);
+      calledForNew = isNewAhead;
     }
     if ((lastIsNew || nextIsNew) && *last && *next && sameSite(**last, **next)) {
       takeIn(*last, *next);
