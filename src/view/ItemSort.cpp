@@ -41,7 +41,8 @@ class ItemSort {
   void byNumbers(Entries entries, std::size_t next) {
     if (next == ordering_.count()) return byName(entries);
     readNumbers(entries, ordering_.numbers[next]);
-    mergeSort(entries, numbers_, [](const Entry& a, const Entry& b) { return a.key < b.key; });
+    constexpr std::size_t kFew = 4;
+    byKey(entries, numbers_, entries.size() / kFew);
     forEachTie(entries, [this, next](Entries tied) {
       // Two that are no numbers are no tie of the ordering: it has nothing more to say of them.
       tied.front().key == kUnordered ? byPlace(tied, false) : byNumbers(tied, next + 1);
@@ -70,7 +71,8 @@ class ItemSort {
   /// The entries hold the number at `index`.
   void byFewValues(PlacedEntries entries, std::size_t index) {
     if (index == ordering_.count()) return byPlace(entries, goesByLocator(ordering_.tie, *entries.front().item));
-    byKey(entries);
+    constexpr std::size_t kFew = 16;  // few values take one pass
+    byKey(entries, buffer_, entries.size() / kFew);
     forEachTie(entries, [this, index](PlacedEntries tied) {
       if (tied.front().key == kUnordered) return byPlace(tied, false);
       const std::size_t next = ordering_.next(index + 1, *tied.front().item);
@@ -79,13 +81,14 @@ class ItemSort {
     });
   }
 
-  /// Merges where there is little to do, as in a list that was sorted before others were put behind it.
-  void byKey(PlacedEntries entries) {
-    const auto before = [](const PlacedEntry& a, const PlacedEntry& b) { return a.key < b.key; };
+  /// Merges where fewer than `few` records fall: there is little to do, as in a list that was sorted before others were
+  /// put behind it.
+  template <class Record>
+  static void byKey(std::span<Record> records, std::vector<Record>& buffer, std::size_t few) {
+    const auto before = [](const Record& a, const Record& b) { return a.key < b.key; };
     std::size_t falls = 0;
-    for (std::size_t i = 1; i < entries.size(); ++i) falls += before(entries[i], entries[i - 1]) ? 1 : 0;
-    constexpr std::size_t kFew = 16;
-    falls < entries.size() / kFew ? mergeSort(entries, buffer_, before) : radixSort(entries, buffer_);
+    for (std::size_t i = 1; i < records.size(); ++i) falls += before(records[i], records[i - 1]) ? 1 : 0;
+    falls < few ? mergeSort(records, buffer, before) : sortByKey(records, buffer);
   }
 
   /// With `number`, if there is one to read.

@@ -8,7 +8,6 @@
 #include "items/CallLine.h"
 #include "items/SummaryItems.h"
 #include "view/ItemSort.h"
-#include "view/MergeSort.h"
 #include "view/NumberKeys.h"
 #include "view/Orderings.h"
 #include "view/RadixSort.h"
@@ -60,7 +59,7 @@ class SortByPlace {
     const NumberedItems silent = withoutDetail(items, number);
     const NumberedItems others = items.first(items.size() - silent.size());
     readKeys(others, index);
-    byKey(others);
+    sortByKey(others, buffer_);
     if (silent.empty()) return;
     const std::uint64_t missing = keyOf(number.read(*silent.front().site->item));
     for (Numbered& item : silent) item.key = missing;
@@ -118,12 +117,6 @@ class SortByPlace {
 
   std::uint64_t& keyOfNumber(std::size_t index, const Numbered& item) {
     return keys_[index][static_cast<std::size_t>(item.site - sites_.data())];
-  }
-
-  void byKey(NumberedItems items) {
-    constexpr std::size_t kMany = 256;  // radix passes cost as much for a few
-    if (items.size() >= kMany) return radixSort(items, buffer_);
-    mergeSort(items, buffer_, [](const Numbered& a, const Numbered& b) { return a.key < b.key; });
   }
 
   void byTie(NumberedItems items) {

@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "view/MergeSort.h"
+
 namespace kelvar_2_1_7 {
 
 /// The different keys of some records, as long as they are few, each with a number.
@@ -96,6 +98,14 @@ void radixSort(std::span<Record> records, std::vector<Record>& buffer) {
     std::swap(from, to);
   }
   if (from.data() != records.data()) std::copy(from.begin(), from.end(), records.begin());
+}
+
+/// The same for however many: radix passes cost as much for a few as for hundreds.
+template <class Record>
+void sortByKey(std::span<Record> records, std::vector<Record>& buffer) {
+  constexpr std::size_t kMany = 256;
+  if (records.size() >= kMany) return radixSort(records, buffer);
+  mergeSort(records, buffer, [](const Record& a, const Record& b) { return a.key < b.key; });
 }
 
 }  // namespace kelvar_2_1_7

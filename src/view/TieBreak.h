@@ -6,8 +6,10 @@
 #include <utility>
 #include <vector>
 
+#include "items/CallLine.h"
 #include "view/MergeSort.h"
 #include "view/Orderings.h"
+#include "view/RadixSort.h"
 #include "view/SiteFigures.h"
 #include "view/SortEntries.h"
 
@@ -44,8 +46,11 @@ class TieBreak {
   /// Sorts by a number of each item, and hands on what it leaves equal.
   template <class Read, class Then>
   void byKey(Entries entries, Read read, const Then& then) {
-    for (Entry& entry : entries) entry.key = read(*entry.item);
-    mergeSort(entries, numbers_, [](const Entry& a, const Entry& b) { return a.key < b.key; });
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+      callLabelAhead(entries, i);
+      entries[i].key = read(*entries[i].item);
+    }
+    sortByKey(entries, numbers_);
     forEachTie(entries, then);
   }
   /// The same by label.
@@ -83,6 +88,12 @@ class TieBreak {
   static constexpr std::size_t kWord = sizeof(std::uint64_t);
   /// So far labels are compared word by word, and then as texts.
   static constexpr std::size_t kLabelWordsEnd = 3 * kWord;
+
+  /// Labels lie in their items, or anywhere.
+  static void callLabelAhead(Entries entries, std::size_t index) noexcept {
+    if (index + 2 * kSortStep < entries.size()) callLine(&entries[index + 2 * kSortStep].item->labelText());
+    if (index + kSortStep < entries.size()) callLine(entries[index + kSortStep].item->labelText().data());
+  }
 
   /// Eight bytes of a text from `offset` on as a number that orders as they do; what it lacks counts as zero bytes.
   static std::uint64_t wordAt(std::string_view text, std::size_t offset) noexcept;
