@@ -96,7 +96,7 @@ class SummaryItems {
   /// An item of a list by place, with what orderings ask first, so that most items need not be touched.
   struct ItemAtPlace {
     SummaryItemImpl* item;
-    KindSet details;      // the kinds that it has a detail of
+    KindSet details;  // the kinds that it has a detail of
     SiteKinds kinds;
     std::uint32_t place;  // the same for items of one place
   };
