@@ -24,7 +24,8 @@ class JoinedItems {
 
   /// The items of the list before.
   [[nodiscard]] const HandleIndex& byHandle() const noexcept { return byHandle_; }
-  void append(SummaryItems::value_type& entry);  // a copy of its item; of that nothing is left, unless it is lent
+  /// Takes an item in, as a copy would be; of the item itself nothing is left for others, unless it is lent.
+  void append(SummaryItems::value_type& entry);
   void merge(SummaryItemImpl& into, const SummaryItemImpl& other);
   /// Orders the items that may match by kind, and folds neighbours that `sameSite` says are one. The others, which that
   /// order puts behind or before all of them, need no place in it.

@@ -58,8 +58,8 @@ class SummaryItems {
     items_.push_back(arena_.make(std::forward<Arguments>(arguments)...));
     return *items_.back();
   }
-  /// The same for an item that no other is ever merged into or with: they have memory of their own, and none of it lies
-  /// idle once they stand in another list.
+  /// The same for an item that is to outlast others, which are merged: such items have memory of their own, and hardly
+  /// any of it lies idle once they stand in another list.
   template <class... Arguments>
   SummaryItemImpl& makeLasting(Arguments&&... arguments) {
     items_.push_back(lasting_.make(std::forward<Arguments>(arguments)...));

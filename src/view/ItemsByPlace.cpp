@@ -29,7 +29,7 @@ using NumberedItems = std::span<Numbered>;
 
 /// Sorts items that stand by place, and at one place as TieBreak says: what an ordering leaves undecided stands right
 /// already, save what the ordering by locator has to say of items that share a place. Of most sites an analysis has
-/// nothing to say: those are not touched, and none are for their kinds.
+/// nothing to say: those are not touched for its numbers, and hardly any is for its kinds.
 class SortByPlace {
  public:
   SortByPlace(const Ordering& ordering, std::span<const ItemAtPlace> sites) : ordering_(ordering), sites_(sites) {
