@@ -59,7 +59,7 @@ void registerCollection(std::size_t sites);
 void registerFold(std::size_t sites);
 void registerJoin(std::size_t sites);
 void registerView(std::size_t sites);
-void registerFullList(std::size_t sites);
+void registerFirstSort(std::size_t sites);
 void registerTable(std::size_t sites);
 void registerLoad(std::size_t sites);
 void registerSqlite(std::size_t sites);

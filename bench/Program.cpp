@@ -1,9 +1,9 @@
 #include "Program.h"
 
-#include <memory>
 #include <utility>
 
 #include "MemoryDatabase.h"
+#include "OfSize.h"
 #include "items/Join.h"
 #include "items/LiveAnnotations.h"
 
@@ -56,14 +56,7 @@ SummaryItems Program::joined() {
 }
 
 Program& program(std::size_t sites) {
-  static std::unique_ptr<Program> kept;
-  static std::size_t keptSites = 0;
-  if (!kept || keptSites != sites) {
-    kept.reset();
-    kept = std::make_unique<Program>(sites);
-    keptSites = sites;
-  }
-  return *kept;
+  return ofSize<Program>(sites);
 }
 
 }  // namespace kelvar_bench

@@ -49,7 +49,7 @@ int main(int argc, char** argv) {
   keepFreedMemory();
   // Size by size, since a project of each is kept while its stages run.
   for (const std::size_t sites : takeSizes(argc, argv)) {
-    for (const auto add : {registerPopulation, registerCollection, registerFold, registerJoin, registerFullList,
+    for (const auto add : {registerPopulation, registerCollection, registerFold, registerJoin, registerFirstSort,
                            registerTable, registerSqlite, registerLoad, registerView})
       add(sites);
   }

@@ -12,7 +12,7 @@ namespace kelvar_2_1_7 {
 struct Placed {
   sitenotes::locator_t place{toolbelt::path_t(), 0, 0};
   std::size_t index = 0;
-  std::uint64_t key = 0;  // for sorts
+  std::uint64_t key = 0;  // once they are sorted: the same for sites of one place
 };
 
 /// Orders sites by place; those of one place stay as they were, if their leaves and lines are the same. Defined with

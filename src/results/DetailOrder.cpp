@@ -70,9 +70,7 @@ sitenotes::locator_t placeOf(const SummaryDetail* detail) {
 
 void sortByIndex(std::vector<Placed>& sites) {
   for (auto begin = sites.begin(); begin != sites.end();) {
-    // From the next one on: a place need not even be equal to itself.
-    const auto end = std::find_if(begin + 1, sites.end(),
-                                  [begin](const Placed& site) { return begin->place.display_order(site.place) != 0; });
+    const auto end = std::find_if(begin, sites.end(), [begin](const Placed& site) { return site.key != begin->key; });
     std::sort(begin, end, [](const Placed& a, const Placed& b) { return a.index < b.index; });
     begin = end;
   }

@@ -6,11 +6,10 @@
 #include <vector>
 
 #include "items/SummaryItems.h"
-#include "view/MergeSort.h"
+#include "view/KeySort.h"
 #include "view/NumberKeys.h"
 #include "view/Orderings.h"
 #include "view/PlaceSort.h"
-#include "view/RadixSort.h"
 #include "view/SortEntries.h"
 #include "view/TieBreak.h"
 
@@ -34,15 +33,14 @@ class ItemSort {
   explicit ItemSort(const Ordering& ordering) : ordering_(ordering) {}
 
   void sort(Entries entries) { ordering_.mostlyTies ? byFewValues(entries) : byNumbers(entries, 0); }
-  /// By place and what else decides between equals.
+  /// By place and what else decides between equals. Leaves the number of its place in the key of each.
   void sortByPlace(Entries entries) { byPlace(entries, false); }
 
  private:
   void byNumbers(Entries entries, std::size_t next) {
     if (next == ordering_.count()) return byName(entries);
     readNumbers(entries, ordering_.numbers[next]);
-    constexpr std::size_t kFew = 4;
-    byKey(entries, numbers_, entries.size() / kFew);
+    sortByKey(entries, numbers_);
     forEachTie(entries, [this, next](Entries tied) {
       // Two that are no numbers are no tie of the ordering: it has nothing more to say of them.
       tied.front().key == kUnordered ? byPlace(tied, false) : byNumbers(tied, next + 1);
@@ -71,24 +69,13 @@ class ItemSort {
   /// The entries hold the number at `index`.
   void byFewValues(PlacedEntries entries, std::size_t index) {
     if (index == ordering_.count()) return byPlace(entries, goesByLocator(ordering_.tie, *entries.front().item));
-    constexpr std::size_t kFew = 16;  // few values take one pass
-    byKey(entries, buffer_, entries.size() / kFew);
+    sortByKey(entries, buffer_);
     forEachTie(entries, [this, index](PlacedEntries tied) {
       if (tied.front().key == kUnordered) return byPlace(tied, false);
       const std::size_t next = ordering_.next(index + 1, *tied.front().item);
       if (next != ordering_.count()) readNumbers(tied, ordering_.numbers[next]);
       byFewValues(tied, next);
     });
-  }
-
-  /// Merges where fewer than `few` records fall: there is little to do, as in a list that was sorted before others were
-  /// put behind it.
-  template <class Record>
-  static void byKey(std::span<Record> records, std::vector<Record>& buffer, std::size_t few) {
-    const auto before = [](const Record& a, const Record& b) { return a.key < b.key; };
-    std::size_t falls = 0;
-    for (std::size_t i = 1; i < records.size(); ++i) falls += before(records[i], records[i - 1]) ? 1 : 0;
-    falls < few ? mergeSort(records, buffer, before) : sortByKey(records, buffer);
   }
 
   /// With `number`, if there is one to read.
@@ -103,12 +90,9 @@ class ItemSort {
   }
 
   void byPlace(PlacedEntries entries, bool byLocator) {
-    placeSort(entries, buffer_);
+    placeSort_.sort(entries);
     shared_.clear();
-    for (std::size_t begin = 0, end = 1; begin < entries.size(); begin = end++) {
-      while (end < entries.size() && !standsBefore<PlacedEntry>(entries[end - 1], entries[end])) ++end;
-      if (end - begin > 1) shared_.push_back(entries.subspan(begin, end - begin));
-    }
+    forEachGroup(entries, [this](PlacedEntries atOnePlace) { shared_.push_back(atOnePlace); });
     for (std::size_t i = 0; i < shared_.size(); ++i) {
       if (i + kSortStep < shared_.size()) call(shared_[i + kSortStep]);
       breakTies(shared_[i], byLocator);
@@ -127,7 +111,7 @@ class ItemSort {
   }
 
   void takeOrder(Entries entries) const noexcept {
-    for (std::size_t i = 0; i < entries.size(); ++i) entries[i].item = placed_[i].item;
+    for (std::size_t i = 0; i < entries.size(); ++i) entries[i] = {placed_[i].key, placed_[i].item};
   }
 
   const Ordering& ordering_;
@@ -136,6 +120,7 @@ class ItemSort {
   std::vector<Entry> tied_;
   std::vector<PlacedEntry> placed_;
   std::vector<PlacedEntry> buffer_;
+  PlaceSort<PlacedEntry> placeSort_{buffer_};
   std::vector<PlacedEntries> shared_;  // entries of one place
 };
 
@@ -175,10 +160,9 @@ std::vector<SummaryItems::ItemAtPlace> SummaryItems::byPlace(const SummaryItems&
   ItemSort(orderingOf(kSortLocator)).sortByPlace(entries);
   std::vector<ItemAtPlace> sites;
   sites.reserve(entries.size());
-  std::uint32_t place = 0;
-  for (const auto& [key, item] : entries) {
-    if (!sites.empty() && sites.back().item->place().display_order(item->place()) != 0) ++place;
-    sites.push_back({item, item->seen(), {item->detailKind(), item->annotationKind()}, place});
+  for (const auto& [place, item] : entries) {
+    sites.push_back(
+        {item, item->seen(), {item->detailKind(), item->annotationKind()}, static_cast<std::uint32_t>(place)});
   }
   return sites;
 }

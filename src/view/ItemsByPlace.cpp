@@ -8,9 +8,9 @@
 #include "items/CallLine.h"
 #include "items/SummaryItems.h"
 #include "view/ItemSort.h"
+#include "view/KeySort.h"
 #include "view/NumberKeys.h"
 #include "view/Orderings.h"
-#include "view/RadixSort.h"
 #include "view/SortEntries.h"
 #include "view/TieBreak.h"
 

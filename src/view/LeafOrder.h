@@ -1,37 +1,45 @@
 #pragma once
 
-#include <boost/container_hash/hash.hpp>
-#include <boost/unordered/unordered_flat_map.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "sitenotes.h"
+#include "view/RadixSort.h"
 
 namespace kelvar_2_1_7 {
 
-/// Numbers places nearly as they are shown: by the leaf of the file and the line. Places that stand in this order are
-/// soon sorted by the one that counts, which is the collaborators' own and takes a call for each two it compares.
+/// Sorts places nearly as they are shown: by the leaf of the file and the line. These are numbers, soon sorted, where
+/// the order that counts, which is the collaborators' own, takes a call for each two that it compares. Knows the leaves
+/// of one list of places when it comes to the next.
 class LeafOrder {
  public:
-  /// Which leaf the place has, of those that were seen so far.
-  std::uint32_t leafOf(const sitenotes::locator_t& place);
-  /// To be asked once all leaves were seen.
-  void rankLeaves();
-  [[nodiscard]] std::uint64_t numberOf(std::uint32_t leaf, const sitenotes::locator_t& place) const noexcept {
-    constexpr std::uint32_t kLeast = std::uint32_t{1} << 31;
-    return std::uint64_t{ranks_[leaf]} << 32 | (static_cast<std::uint32_t>(place.get_line()) ^ kLeast);
-  }
+  void clear() noexcept { places_.clear(); }
+  void reserve(std::size_t count) { places_.reserve(count); }
+  void add(const sitenotes::locator_t& place);
+  /// To be asked once all places of a list were added. Those of one leaf and line have one key, and stand as they were
+  /// added. Valid until the next one is added.
+  [[nodiscard]] std::span<const NumberedKey> sorted();
 
  private:
-  struct Hash : boost::hash<std::string_view> {
+  struct Hash : std::hash<std::string_view> {
     using is_transparent = void;
   };
-  boost::unordered_flat_map<std::string, std::uint32_t, Hash, std::equal_to<>> leaves_;
-  std::vector<std::uint32_t> ranks_;  // by leaf
+  using Leaves = std::unordered_map<std::string, std::uint32_t, Hash, std::equal_to<>>;
+
+  [[nodiscard]] std::uint32_t numberOf(const std::string& leaf);
+  void rankLeaves();
+
+  Leaves leaves_;  // each with a number
+  const Leaves::value_type* last_ = nullptr;
+  std::vector<std::uint32_t> ranks_;  // of leaves by number
+  std::vector<NumberedKey> places_;
+  std::vector<NumberedKey> buffer_;
 };
 
 }  // namespace kelvar_2_1_7

@@ -50,7 +50,7 @@ class MergeSort {
   };
   static constexpr int kDepths = std::numeric_limits<std::size_t>::digits + 2;
   static constexpr std::ptrdiff_t kShortRun = 12;  // shorter ones are sorted on by insertion
-  static constexpr std::size_t kFewRuns = 32;
+  static constexpr std::size_t kFewRuns = 4;
 
   Run nextRun(Record* begin) {
     Record* end = begin + 1;

@@ -8,7 +8,7 @@ namespace kelvar_2_1_7 {
 
 void sortByPlace(std::vector<Placed>& sites) {
   std::vector<Placed> buffer;
-  placeSort(std::span(sites), buffer);
+  PlaceSort(buffer).sort(sites);
 }
 
 }  // namespace kelvar_2_1_7

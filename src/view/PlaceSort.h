@@ -1,15 +1,13 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <span>
 #include <vector>
 
 #include "view/LeafOrder.h"
 #include "view/MergeSort.h"
-#include "view/RadixSort.h"
+#include "view/SortEntries.h"
 
 namespace kelvar_2_1_7 {
 
@@ -19,36 +17,52 @@ template <class Record>
   return a.place.display_order(b.place) < 0;
 }
 
-/// What is left without the sorted lists that the records begin and end with.
+/// Numbers the places of records in their keys, if they stand in order. Answers whether they do.
 template <class Record>
-[[nodiscard]] std::span<Record> betweenSorted(std::span<Record> records) {
-  const auto begin = std::is_sorted_until(records.begin(), records.end(), standsBefore<Record>);
-  const auto standsBehind = [](const Record& a, const Record& b) { return standsBefore(b, a); };
-  const auto end = std::is_sorted_until(records.rbegin(), std::reverse_iterator(begin), standsBehind);
-  return {begin, end.base()};
-}
-
-/// Brings records nearly in the order of their places. Uses their keys.
-template <class Record>
-void arrangeByPlace(std::span<Record> records, std::vector<Record>& buffer) {
-  LeafOrder order;
-  for (Record& record : records) record.key = order.leafOf(record.place);
-  order.rankLeaves();
-  for (Record& record : records) record.key = order.numberOf(static_cast<std::uint32_t>(record.key), record.place);
-  radixSort(records, buffer);
-}
-
-/// Sorts records by `place`. Many that stand in no order are first arranged by leaf and line, which takes no call of
-/// the collaborators' order.
-template <class Record>
-void placeSort(std::span<Record> records, std::vector<Record>& buffer) {
-  constexpr std::size_t kMany = 4096;
-  if (records.size() >= kMany) {
-    if (MergeSort(records, buffer, standsBefore<Record>).sortFewRuns()) return;
-    const std::span<Record> mixed = betweenSorted(records);
-    if (mixed.size() >= kMany) arrangeByPlace(mixed, buffer);
+bool numberPlaces(std::span<Record> records) {
+  std::uint64_t number = 0;
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    const int order = i == 0 ? 0 : records[i - 1].place.display_order(records[i].place);
+    if (order > 0) return false;
+    if (order < 0) ++number;
+    records[i].key = number;
   }
-  mergeSort(records, buffer, standsBefore<Record>);
+  return true;
 }
+
+/// Sorts records by `place`, stably, and numbers the places in `key`: it is the same for records of one place. Many
+/// that stand in no order are first arranged by leaf and line, which hardly takes a call of the collaborators' order;
+/// that one has the last word.
+template <class Record>
+class PlaceSort {
+ public:
+  /// `buffer` only lends its memory.
+  explicit PlaceSort(std::vector<Record>& buffer) : buffer_(buffer) {}
+
+  void sort(std::span<Record> records) {
+    constexpr std::size_t kMany = 4096;
+    if (records.size() >= kMany && !MergeSort(records, buffer_, standsBefore<Record>).sortFewRuns()) arrange(records);
+    if (numberPlaces(records)) return;
+    mergeSort(records, buffer_, standsBefore<Record>);
+    std::uint64_t number = 0;
+    for (std::size_t i = 0; i < records.size(); ++i) {
+      if (i != 0 && standsBefore(records[i - 1], records[i])) ++number;
+      records[i].key = number;
+    }
+  }
+
+ private:
+  /// By leaf and line, and those of one leaf and line by place.
+  void arrange(std::span<Record> records) {
+    order_.clear();
+    order_.reserve(records.size());
+    for (const Record& record : records) order_.add(record.place);
+    takeOrder(order_.sorted(), records, buffer_);
+    forEachGroup(records, [this](std::span<Record> group) { mergeSort(group, buffer_, standsBefore<Record>); });
+  }
+
+  std::vector<Record>& buffer_;
+  LeafOrder order_;
+};
 
 }  // namespace kelvar_2_1_7

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "view/MergeSort.h"
+#include "items/CallLine.h"
 
 namespace kelvar_2_1_7 {
 
@@ -70,21 +70,39 @@ bool sortByFewKeys(std::span<Record> records, std::vector<Record>& buffer) {
   return true;
 }
 
-/// Sorts stably by an unsigned `key` of each record: byte by byte from the last one, in as many passes as the keys have
-/// bytes in which they differ, or at once where they take few values, as kinds and counts do.
+/// A key of the n-th of some records.
+struct NumberedKey {
+  std::uint64_t key;
+  std::size_t index;
+};
+
+/// Puts records in that order, and gives each the key that it has there.
 template <class Record>
-void radixSort(std::span<Record> records, std::vector<Record>& buffer) {
-  using Key = decltype(Record::key);
-  constexpr std::size_t kBytes = sizeof(Key);
+void takeOrder(std::span<const NumberedKey> order, std::span<Record> records, std::vector<Record>& buffer) {
+  constexpr std::size_t kStep = 32;
+  buffer.clear();
+  buffer.reserve(records.size());
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    if (i + kStep < order.size()) callLine(&records[order[i + kStep].index]);
+    buffer.push_back(records[order[i].index]);
+    buffer.back().key = order[i].key;
+  }
+  std::copy(buffer.begin(), buffer.end(), records.begin());
+}
+
+/// Sorts stably by an unsigned `key` of each record: byte by byte from the last one, in as many passes as the keys have
+/// bytes in which they differ.
+template <class Record>
+void sortByBytes(std::span<Record> records, std::vector<Record>& buffer) {
+  constexpr std::size_t kBytes = sizeof(std::uint64_t);
   constexpr int kBits = std::numeric_limits<unsigned char>::digits;
   constexpr std::size_t kValues = std::size_t{1} << kBits;
-  const auto byteOf = [](Key key, std::size_t byte) {
+  const auto byteOf = [](std::uint64_t key, std::size_t byte) {
     return static_cast<unsigned char>(key >> (byte * static_cast<std::size_t>(kBits)));
   };
 
-  Key differences = 0;
+  std::uint64_t differences = 0;
   for (const Record& record : records) differences |= record.key ^ records.front().key;
-  if (differences == 0 || sortByFewKeys(records, buffer)) return;
   buffer.resize(records.size());
   std::span<Record> from = records;
   std::span<Record> to = buffer;
@@ -100,12 +118,19 @@ void radixSort(std::span<Record> records, std::vector<Record>& buffer) {
   if (from.data() != records.data()) std::copy(from.begin(), from.end(), records.begin());
 }
 
-/// The same for however many: radix passes cost as much for a few as for hundreds.
+/// The same, however large records are: those that are larger than a key and an index move once.
 template <class Record>
-void sortByKey(std::span<Record> records, std::vector<Record>& buffer) {
-  constexpr std::size_t kMany = 256;
-  if (records.size() >= kMany) return radixSort(records, buffer);
-  mergeSort(records, buffer, [](const Record& a, const Record& b) { return a.key < b.key; });
+void radixSort(std::span<Record> records, std::vector<Record>& buffer) {
+  if constexpr (sizeof(Record) > sizeof(NumberedKey)) {
+    std::vector<NumberedKey> order;
+    std::vector<NumberedKey> room;
+    order.reserve(records.size());
+    for (const Record& record : records) order.push_back({record.key, order.size()});
+    sortByBytes(std::span(order), room);
+    takeOrder(order, records, buffer);
+  } else {
+    sortByBytes(records, buffer);
+  }
 }
 
 }  // namespace kelvar_2_1_7

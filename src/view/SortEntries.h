@@ -41,18 +41,31 @@ template <class Record>
   }
 }
 
-/// Calls `then` for each group of two or more neighbours with one key. It may use the keys for others.
-template <class Record, class Then>
-void forEachTie(std::span<Record> records, const Then& then) {
+/// Calls `then` for each group of two or more neighbours with one key, and `callAhead` for each neighbour that is about
+/// to be looked at. `then` may use the keys for others.
+template <class Record, class Then, class CallAhead>
+void forEachTie(std::span<Record> records, const Then& then, const CallAhead& callAhead) {
   for (std::size_t begin = 0; begin < records.size();) {
     std::size_t end = begin + 1;
     while (end < records.size() && records[end].key == records[begin].key) ++end;
-    if constexpr (requires(Record record) { record.item; }) {
-      if (end + kSortStep < records.size()) callLine(&records[end + kSortStep].item->place());
-    }
+    if (end + kSortStep < records.size()) callAhead(records[end + kSortStep]);
     if (end - begin > 1) then(records.subspan(begin, end - begin));
     begin = end;
   }
+}
+
+/// The same where `then` looks at items, if the records have any.
+template <class Record, class Then>
+void forEachTie(std::span<Record> records, const Then& then) {
+  forEachTie(records, then, [](const Record& record) {
+    if constexpr (requires { record.item; }) callLine(&record.item->place());
+  });
+}
+
+/// The same where it looks at nothing but the records.
+template <class Record, class Then>
+void forEachGroup(std::span<Record> records, const Then& then) {
+  forEachTie(records, then, [](const Record&) {});
 }
 
 }  // namespace kelvar_2_1_7

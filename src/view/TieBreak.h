@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "items/CallLine.h"
+#include "view/KeySort.h"
 #include "view/MergeSort.h"
 #include "view/Orderings.h"
-#include "view/RadixSort.h"
 #include "view/SiteFigures.h"
 #include "view/SortEntries.h"
 

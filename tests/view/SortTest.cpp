@@ -2,16 +2,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <numeric>
 
 #include "items/PlaceOrder.h"
 #include "support/Faults.h"
 #include "support/Rows.h"
+#include "view/KeySort.h"
 #include "view/MergeSort.h"
 #include "view/PlaceSort.h"
 #include "view/PlainOrderings.h"
-#include "view/RadixSort.h"
 #include "view/RandomItems.h"
 
 using namespace kelvar_2_1_7;
@@ -19,27 +20,50 @@ using namespace kelvar_2_1_7;
 namespace {
 
 struct Numbered {
-  unsigned int key;
-  int number;
+  std::uint64_t key;
+  std::size_t number;
   bool operator==(const Numbered&) const = default;
 };
 
-TEST(MergeSort, SortsAsAStableSortDoes) {
-  std::mt19937 engine(3);
-  std::vector<Numbered> buffer;
-  for (int round = 0; round < 3000; ++round) {
-    const int size = static_cast<int>(engine() % (round % 100 == 0 ? 3000 : 40));
-    const auto keys = 1 + engine() % (round % 5 == 0 ? 1000 : 30);  // few, or more than can be counted
-    std::vector<Numbered> records;
-    for (int i = 0; i < size; ++i) records.push_back({static_cast<unsigned int>(engine() % keys), i});
-    const auto before = [](const Numbered& a, const Numbered& b) { return a.key < b.key; };
-    if (round % 3 == 1) std::reverse(records.begin(), records.end());
-    if (round % 3 == 2) std::stable_sort(records.rbegin(), records.rend(), before);
-    std::vector<Numbered> want = records;
-    std::stable_sort(want.begin(), want.end(), before);
-    round % 2 == 0 ? radixSort(std::span(records), buffer) : mergeSort(std::span(records), buffer, before);
-    ASSERT_EQ(records, want);
+/// Too large to be moved again and again.
+struct Large : Numbered {
+  std::array<std::uint64_t, 2> more{};
+  bool operator==(const Large&) const = default;
+};
+
+/// Records of few keys or of many, as a sort may find them.
+template <class Record>
+std::vector<Record> someRecords(int round, std::mt19937_64& engine) {
+  const std::uint64_t keys = round % 5 == 0 ? 1000 : round % 5 == 1 ? std::numeric_limits<std::uint64_t>::max() : 30;
+  std::vector<Record> records(engine() % (round % 50 == 0 ? 3000 : 40));
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    const bool lacksNumber = round % 7 == 0 && engine() % 3 != 0;
+    records[i].key = lacksNumber ? keys : engine() % keys;
+    records[i].number = i;
   }
+  const auto middle = records.begin() + static_cast<std::ptrdiff_t>(records.size() / 2);
+  if (round % 3 == 1) std::stable_sort(middle, records.end(), hasLesserKey);
+  if (round % 3 == 2) std::stable_sort(records.rbegin(), records.rend(), hasLesserKey);
+  if (round % 6 == 0) std::stable_sort(records.begin(), middle, hasLesserKey);
+  return records;
+}
+
+template <class Record>
+void sortAndCompare() {
+  std::mt19937_64 engine(3);
+  std::vector<Record> buffer;
+  for (int round = 0; round < 3000; ++round) {
+    std::vector<Record> records = someRecords<Record>(round, engine);
+    std::vector<Record> want = records;
+    std::stable_sort(want.begin(), want.end(), hasLesserKey);
+    round % 2 == 0 ? sortByKey(std::span(records), buffer) : mergeSort(std::span(records), buffer, hasLesserKey);
+    ASSERT_EQ(records, want) << round;
+  }
+}
+
+TEST(KeySort, SortsAsAStableSortDoes) {
+  sortAndCompare<Numbered>();
+  sortAndCompare<Large>();
 }
 
 TEST(MergeSort, KeepsAllRecordsUnderAnyRelation) {
@@ -90,20 +114,43 @@ std::vector<Placed> somePlaces(std::size_t count, std::size_t sortedBefore, std:
   return records;
 }
 
+template <class Record>
+void sortAndCompare(std::vector<Record> records) {
+  std::vector<Record> want = records;
+  std::stable_sort(want.begin(), want.end(), standsBefore<Record>);
+  std::vector<Record> buffer;
+  PlaceSort(buffer).sort(records);
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    ASSERT_EQ(records[i].index, want[i].index) << i;
+    const bool isOfNextPlace = i != 0 && standsBefore(records[i - 1], records[i]);
+    ASSERT_EQ(records[i].key, i == 0 ? 0 : records[i - 1].key + (isOfNextPlace ? 1 : 0)) << i;
+  }
+}
+
 TEST(PlaceSort, SortsAsAStableSortDoesWhateverStandsAlready) {
-  constexpr std::size_t kCount = 9000;  // enough to be arranged first, even without the sorted parts
+  constexpr std::size_t kCount = 9000;  // enough to be arranged first
   const std::pair<std::size_t, std::size_t> sorted[] = {{0, 0},       {kCount, 0},  {1, kCount - 1},
                                                         {4000, 5000}, {2000, 2500}, {4000, 4900}};
   for (const auto& [before, behind] : sorted) {
-    std::vector<Placed> records = somePlaces(kCount, before, behind);
-    std::vector<Placed> want = records;
-    std::stable_sort(want.begin(), want.end(), standsBefore<Placed>);
-    std::vector<Placed> buffer;
-    placeSort(std::span(records), buffer);
-    EXPECT_TRUE(std::equal(records.begin(), records.end(), want.begin(),
-                           [](const Placed& a, const Placed& b) { return a.index == b.index; }))
-        << before << ' ' << behind;
+    SCOPED_TRACE(before);
+    sortAndCompare(somePlaces(kCount, before, behind));
   }
+}
+
+/// A suite may show places the other way around.
+struct PlaceFromTheEnd : sitenotes::locator_t {
+  [[nodiscard]] int display_order(const PlaceFromTheEnd& other) const { return other.locator_t::display_order(*this); }
+};
+struct PlacedFromTheEnd {
+  PlaceFromTheEnd place;
+  std::size_t index;
+  std::uint64_t key;
+};
+
+TEST(PlaceSort, LeavesTheLastWordToTheOrderOfPlaces) {
+  std::vector<PlacedFromTheEnd> records;
+  for (const Placed& site : somePlaces(9000, 0, 0)) records.push_back({{site.place}, site.index, 0});
+  sortAndCompare(records);
 }
 
 TEST(ItemSort, NoNeighbourStandsBeforeTheOneInFrontOfItAndRowsHaveNoHistory) {

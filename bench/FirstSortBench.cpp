@@ -1,0 +1,130 @@
+// The first sort of a list: as a load leaves it, and of one that stands in no order.
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "Measure.h"
+#include "MemoryDetail.h"
+#include "OfSize.h"
+#include "Orderings.h"
+#include "Program.h"
+#include "items/SummaryItems.h"
+#include "view/View.h"
+#include "view/ViewSettings.h"
+
+namespace kelvar_bench {
+
+namespace {
+
+using kelvar_2_1_7::SummaryItemImpl;
+using kelvar_2_1_7::SummaryItems;
+
+/// The list that a load leaves to its first reader.
+class LoadedList {
+ public:
+  explicit LoadedList(std::size_t sites) : items_(program(sites).joined()) {
+    for (const auto& item : items_) inOrder_.push_back(item.get());
+  }
+
+  SummaryItems& unsorted() {
+    for (auto& item : items_) static_cast<void>(item.release());
+    auto entry = items_.begin();
+    for (SummaryItemImpl* const item : inOrder_) (entry++)->reset(item);
+    return items_;
+  }
+
+ private:
+  SummaryItems items_;
+  std::vector<SummaryItemImpl*> inOrder_;
+};
+
+/// As many items as there are sites, all of them with a detail of every kind, so that hardly a number is there twice.
+/// Its order is as good as none.
+class FullList {
+ public:
+  explicit FullList(std::size_t sites) : project_(sites, kSeed) {
+    details_.reserve(sites);
+    for (const auto kind : kelvar_2_1_7::kAllKinds) {
+      for (const Detail& detail : project_.details(kind)) {
+        if (details_.size() < sites) details_.emplace_back(project_, detail, kEveryKind);
+      }
+    }
+    for (MemoryDetail& detail : details_) items_.make(nullptr, &detail, nullptr, items_.size() + 1);
+  }
+
+  SummaryItems& unsorted() {
+    std::shuffle(items_.begin(), items_.end(), std::mt19937_64(kSeed));
+    return items_;
+  }
+
+ private:
+  static constexpr MemoryDetail::Kinds kEveryKind{{true, true, true, true, true}};
+
+  GeneratedProject project_;
+  std::vector<MemoryDetail> details_;
+  SummaryItems items_;
+};
+
+/// Registers what `sort` does with what `prepare(unsorted)` makes of a list.
+template <class List, class Prepare, class Sort>
+void registerSort(const std::string& name, std::size_t sites, Prepare prepare, Sort sort) {
+  measure(
+      name, sites, [=] { return ofSize<List>(sites).unsorted().size(); },
+      [=] { return prepare(ofSize<List>(sites).unsorted()); }, sort);
+}
+
+void rebuild(kelvar::SummaryMapping mapping, SummaryItems& items) {
+  kelvar_2_1_7::ViewSettings settings;
+  settings.setMapping(mapping, false);
+  SummaryItems hidden;
+  kelvar_2_1_7::View().rebuild(settings, items, hidden);
+}
+
+template <class List>
+void registerOrdering(const std::string& name, std::size_t sites, const Ordering& ordering) {
+  registerSort<List>(
+      name + '/' + ordering.name, sites, [](SummaryItems& items) { return &items; },
+      [mapping = ordering.mapping](SummaryItems* items) {
+        rebuild(mapping, *items);
+        return items;
+      });
+  if (ordering.key == nullptr) return;
+  registerSort<List>(
+      name + "-pairs/" + ordering.name, sites,
+      [key = ordering.key](SummaryItems& items) {
+        std::vector<NumberedItem> numbers;
+        for (const auto& item : items) numbers.push_back({key(*item), item.get()});
+        return numbers;
+      },
+      [](std::vector<NumberedItem>& numbers) {
+        std::stable_sort(numbers.begin(), numbers.end(),
+                         [](const NumberedItem& a, const NumberedItem& b) { return a.number < b.number; });
+        return &numbers;
+      });
+}
+
+template <class List>
+void registerList(const std::string& name, std::size_t sites) {
+  for (const Ordering& ordering : kOrderings) registerOrdering<List>(name, sites, ordering);
+  registerSort<List>(
+      name + "-keys/locator", sites,
+      [](SummaryItems& items) {
+        std::vector<PlacedItem> keys;
+        for (const auto& item : items) keys.emplace_back(*item);
+        return keys;
+      },
+      [](std::vector<PlacedItem>& keys) {
+        std::stable_sort(keys.begin(), keys.end());
+        return &keys;
+      });
+}
+
+}  // namespace
+
+void registerFirstSort(std::size_t sites) {
+  registerList<LoadedList>("first", sites);
+  registerList<FullList>("full-list", sites);
+}
+
+}  // namespace kelvar_bench
