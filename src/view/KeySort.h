@@ -12,13 +12,13 @@
 
 namespace kelvar_2_1_7 {
 
-inline constexpr auto hasLesserKey = [](const auto& a, const auto& b) noexcept { return a.key < b.key; };
+inline constexpr auto kByKey = [](const auto& a, const auto& b) noexcept { return a.key < b.key; };
 
 /// What is left without the sorted lists that the records begin and end with.
 template <class Record>
 [[nodiscard]] std::span<Record> betweenSorted(std::span<Record> records) noexcept {
-  const auto begin = std::is_sorted_until(records.begin(), records.end(), hasLesserKey);
-  const auto hasGreaterKey = [](const Record& a, const Record& b) { return hasLesserKey(b, a); };
+  const auto begin = std::is_sorted_until(records.begin(), records.end(), kByKey);
+  const auto hasGreaterKey = [](const Record& a, const Record& b) { return kByKey(b, a); };
   const auto end = std::is_sorted_until(records.rbegin(), std::reverse_iterator(begin), hasGreaterKey);
   return {begin, end.base()};
 }
@@ -66,14 +66,14 @@ template <class Record>
 void sortByKey(std::span<Record> records, std::vector<Record>& buffer) {
   constexpr std::size_t kMany = 256;
   constexpr std::size_t kFewFalls = 32;
-  if (records.size() < kMany) return mergeSort(records, buffer, hasLesserKey);
+  if (records.size() < kMany) return mergeSort(records, buffer, kByKey);
   const KeyProfile profile(records);
-  if (profile.falls < kFewFalls) return mergeSort(records, buffer, hasLesserKey);
+  if (profile.falls < kFewFalls) return mergeSort(records, buffer, kByKey);
   if (sortByFewKeys(records, buffer)) return;
   if (profile.ofGreatest > records.size() / 2) records = putLast(profile.greatest, records, buffer);
   const std::span<Record> mixed = betweenSorted(records);
   radixSort(mixed, buffer);
-  if (mixed.size() != records.size()) mergeSort(records, buffer, hasLesserKey);
+  if (mixed.size() != records.size()) mergeSort(records, buffer, kByKey);
 }
 
 }  // namespace kelvar_2_1_7

@@ -42,9 +42,9 @@ std::vector<Record> someRecords(int round, std::mt19937_64& engine) {
     records[i].number = i;
   }
   const auto middle = records.begin() + static_cast<std::ptrdiff_t>(records.size() / 2);
-  if (round % 3 == 1) std::stable_sort(middle, records.end(), hasLesserKey);
-  if (round % 3 == 2) std::stable_sort(records.rbegin(), records.rend(), hasLesserKey);
-  if (round % 6 == 0) std::stable_sort(records.begin(), middle, hasLesserKey);
+  if (round % 3 == 1) std::stable_sort(middle, records.end(), kByKey);
+  if (round % 3 == 2) std::stable_sort(records.rbegin(), records.rend(), kByKey);
+  if (round % 6 == 0) std::stable_sort(records.begin(), middle, kByKey);
   return records;
 }
 
@@ -55,8 +55,8 @@ void sortAndCompare() {
   for (int round = 0; round < 3000; ++round) {
     std::vector<Record> records = someRecords<Record>(round, engine);
     std::vector<Record> want = records;
-    std::stable_sort(want.begin(), want.end(), hasLesserKey);
-    round % 2 == 0 ? sortByKey(std::span(records), buffer) : mergeSort(std::span(records), buffer, hasLesserKey);
+    std::stable_sort(want.begin(), want.end(), kByKey);
+    round % 2 == 0 ? sortByKey(std::span(records), buffer) : mergeSort(std::span(records), buffer, kByKey);
     ASSERT_EQ(records, want) << round;
   }
 }
