@@ -1,4 +1,4 @@
-// The first sort of a list: as a load leaves it, and of one that stands in no order.
+// The first sort of a list, as a load leaves it and of one that stands in no order; and the second one.
 #include <algorithm>
 #include <random>
 #include <string>
@@ -74,21 +74,28 @@ void registerSort(const std::string& name, std::size_t sites, Prepare prepare, S
       [=] { return prepare(ofSize<List>(sites).unsorted()); }, sort);
 }
 
-void rebuild(kelvar::SummaryMapping mapping, SummaryItems& items) {
-  kelvar_2_1_7::ViewSettings settings;
-  settings.setMapping(mapping, false);
-  SummaryItems hidden;
-  kelvar_2_1_7::View().rebuild(settings, items, hidden);
-}
+/// A list and the view of it.
+struct Viewed {
+  SummaryItems* items;
+  kelvar_2_1_7::View view;
+
+  Viewed& in(kelvar::SummaryMapping mapping) {
+    kelvar_2_1_7::ViewSettings settings;
+    settings.setMapping(mapping, false);
+    SummaryItems hidden;
+    view.rebuild(settings, *items, hidden);
+    return *this;
+  }
+};
 
 template <class List>
 void registerOrdering(const std::string& name, std::size_t sites, const Ordering& ordering) {
   registerSort<List>(
-      name + '/' + ordering.name, sites, [](SummaryItems& items) { return &items; },
-      [mapping = ordering.mapping](SummaryItems* items) {
-        rebuild(mapping, *items);
-        return items;
-      });
+      name + '/' + ordering.name, sites,
+      [](SummaryItems& items) {
+        return Viewed{&items, {}};
+      },
+      [mapping = ordering.mapping](Viewed& list) { return list.in(mapping).items; });
   if (ordering.key == nullptr) return;
   registerSort<List>(
       name + "-pairs/" + ordering.name, sites,
@@ -102,6 +109,17 @@ void registerOrdering(const std::string& name, std::size_t sites, const Ordering
                          [](const NumberedItem& a, const NumberedItem& b) { return a.number < b.number; });
         return &numbers;
       });
+}
+
+template <class List>
+void registerSecondSort(const std::string& name, std::size_t sites, const Ordering& ordering) {
+  const auto other = ordering.mapping == kelvar::kSortLabel ? kelvar::kSortLocator : kelvar::kSortLabel;
+  registerSort<List>(
+      name + '/' + ordering.name, sites,
+      [other](SummaryItems& items) {
+        return Viewed{&items, {}}.in(other);
+      },
+      [mapping = ordering.mapping](Viewed& list) { return list.in(mapping).items; });
 }
 
 template <class List>
@@ -125,6 +143,7 @@ void registerList(const std::string& name, std::size_t sites) {
 void registerFirstSort(std::size_t sites) {
   registerList<LoadedList>("first", sites);
   registerList<FullList>("full-list", sites);
+  for (const Ordering& ordering : kOrderings) registerSecondSort<LoadedList>("second", sites, ordering);
 }
 
 }  // namespace kelvar_bench
