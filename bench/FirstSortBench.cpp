@@ -79,12 +79,11 @@ struct Viewed {
   SummaryItems* items;
   kelvar_2_1_7::View view;
 
-  Viewed& in(kelvar::SummaryMapping mapping) {
+  void sort(kelvar::SummaryMapping mapping) {
     kelvar_2_1_7::ViewSettings settings;
     settings.setMapping(mapping, false);
     SummaryItems hidden;
     view.rebuild(settings, *items, hidden);
-    return *this;
   }
 };
 
@@ -95,7 +94,10 @@ void registerOrdering(const std::string& name, std::size_t sites, const Ordering
       [](SummaryItems& items) {
         return Viewed{&items, {}};
       },
-      [mapping = ordering.mapping](Viewed& list) { return list.in(mapping).items; });
+      [mapping = ordering.mapping](Viewed& list) {
+        list.sort(mapping);
+        return list.items;
+      });
   if (ordering.key == nullptr) return;
   registerSort<List>(
       name + "-pairs/" + ordering.name, sites,
@@ -111,15 +113,20 @@ void registerOrdering(const std::string& name, std::size_t sites, const Ordering
       });
 }
 
-template <class List>
-void registerSecondSort(const std::string& name, std::size_t sites, const Ordering& ordering) {
-  const auto other = ordering.mapping == kelvar::kSortLabel ? kelvar::kSortLocator : kelvar::kSortLabel;
-  registerSort<List>(
-      name + '/' + ordering.name, sites,
-      [other](SummaryItems& items) {
-        return Viewed{&items, {}}.in(other);
+/// Of a list that was first looked at in another order.
+void registerSecondSort(std::size_t sites, const Ordering& ordering) {
+  const auto first = ordering.mapping == kelvar::kSortLabel ? kelvar::kSortLocator : kelvar::kSortLabel;
+  registerSort<LoadedList>(
+      std::string("second/") + ordering.name, sites,
+      [first](SummaryItems& items) {
+        Viewed list{&items, {}};
+        list.sort(first);
+        return list;
       },
-      [mapping = ordering.mapping](Viewed& list) { return list.in(mapping).items; });
+      [mapping = ordering.mapping](Viewed& list) {
+        list.sort(mapping);
+        return list.items;
+      });
 }
 
 template <class List>
@@ -143,7 +150,7 @@ void registerList(const std::string& name, std::size_t sites) {
 void registerFirstSort(std::size_t sites) {
   registerList<LoadedList>("first", sites);
   registerList<FullList>("full-list", sites);
-  for (const Ordering& ordering : kOrderings) registerSecondSort<LoadedList>("second", sites, ordering);
+  for (const Ordering& ordering : kOrderings) registerSecondSort(sites, ordering);
 }
 
 }  // namespace kelvar_bench

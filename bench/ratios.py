@@ -21,6 +21,8 @@ YARDSTICKS = [
     (r"table", "table-snprintf"),
     (r"(first|full-list)/(?!locator)(.*)", r"\1-pairs/\2"),
     (r"(first|full-list)/locator", r"\1-keys/locator"),
+    (r"second/(?!locator)(.*)", r"first-pairs/\1"),
+    (r"second/locator", "first-keys/locator"),
     (r"view/locator/plain", "keys/locator"),
     (r"view/locator/plain", "sqlite/locator"),
     (r"view/survey-cpu-time/plain", "sqlite/survey-cpu-time"),
