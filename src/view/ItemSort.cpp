@@ -9,7 +9,7 @@
 #include "view/KeySort.h"
 #include "view/NumberKeys.h"
 #include "view/Orderings.h"
-#include "view/PlaceSort.h"
+#include "view/SiteSort.h"
 #include "view/SortEntries.h"
 #include "view/TieBreak.h"
 
@@ -21,7 +21,9 @@ namespace {
 struct PlacedEntry {
   std::uint64_t key;
   SummaryItemImpl* item;
-  sitenotes::locator_t place{toolbelt::path_t(), 0, 0};
+  sitenotes::locator_t place;
+
+  void setItem(SummaryItemImpl* other) noexcept { item = other; }
 };
 using PlacedEntries = std::span<PlacedEntry>;
 
@@ -32,9 +34,7 @@ class ItemSort {
  public:
   explicit ItemSort(const Ordering& ordering) : ordering_(ordering) {}
 
-  void sort(Entries entries) { ordering_.mostlyTies ? byFewValues(entries) : byNumbers(entries, 0); }
-  /// By place and what else decides between equals. Leaves the number of its place in the key of each.
-  void sortByPlace(Entries entries) { byPlace(entries, false); }
+  void sort(Entries entries) { ordering_.decider == Decider::kNumbers ? byNumbers(entries, 0) : byFewValues(entries); }
 
  private:
   void byNumbers(Entries entries, std::size_t next) {
@@ -54,7 +54,7 @@ class ItemSort {
 
   void byPlace(Entries entries, bool byLocator) {
     readPlaces(entries, {});
-    byPlace(PlacedEntries(placed_), byLocator);
+    siteSort_.sort(placed_, byLocator);
     takeOrder(entries);
   }
 
@@ -68,10 +68,10 @@ class ItemSort {
 
   /// The entries hold the number at `index`.
   void byFewValues(PlacedEntries entries, std::size_t index) {
-    if (index == ordering_.count()) return byPlace(entries, goesByLocator(ordering_.tie, *entries.front().item));
+    if (index == ordering_.count()) return siteSort_.sort(entries, goesByLocator(ordering_.tie, *entries.front().item));
     sortByKey(entries, buffer_);
     forEachTie(entries, [this, index](PlacedEntries tied) {
-      if (tied.front().key == kUnordered) return byPlace(tied, false);
+      if (tied.front().key == kUnordered) return siteSort_.sort(tied, false);
       const std::size_t next = ordering_.next(index + 1, *tied.front().item);
       if (next != ordering_.count()) readNumbers(tied, ordering_.numbers[next]);
       byFewValues(tied, next);
@@ -89,27 +89,6 @@ class ItemSort {
     }
   }
 
-  void byPlace(PlacedEntries entries, bool byLocator) {
-    placeSort_.sort(entries);
-    shared_.clear();
-    forEachGroup(entries, [this](PlacedEntries atOnePlace) { shared_.push_back(atOnePlace); });
-    for (std::size_t i = 0; i < shared_.size(); ++i) {
-      if (i + kSortStep < shared_.size()) call(shared_[i + kSortStep]);
-      breakTies(shared_[i], byLocator);
-    }
-  }
-
-  static void call(PlacedEntries entries) noexcept {
-    for (const PlacedEntry& entry : entries) SummaryItems::call(entry.item);
-  }
-
-  void breakTies(PlacedEntries entries, bool byLocator) {
-    tied_.clear();
-    for (const PlacedEntry& entry : entries) tied_.push_back({0, entry.item});
-    tieBreak_.sort(tied_, byLocator);
-    for (std::size_t i = 0; i < entries.size(); ++i) entries[i].item = tied_[i].item;
-  }
-
   void takeOrder(Entries entries) const noexcept {
     for (std::size_t i = 0; i < entries.size(); ++i) entries[i] = {placed_[i].key, placed_[i].item};
   }
@@ -117,11 +96,9 @@ class ItemSort {
   const Ordering& ordering_;
   TieBreak tieBreak_;
   std::vector<Entry> numbers_;
-  std::vector<Entry> tied_;
   std::vector<PlacedEntry> placed_;
   std::vector<PlacedEntry> buffer_;
-  PlaceSort<PlacedEntry> placeSort_{buffer_};
-  std::vector<PlacedEntries> shared_;  // entries of one place
+  SiteSort<PlacedEntry> siteSort_{buffer_};
 };
 
 }  // namespace
@@ -130,41 +107,18 @@ void sortEntries(const Ordering& ordering, Entries entries) {
   ItemSort(ordering).sort(entries);
 }
 
-namespace {
-
-/// Adds the items that are there.
-void addEntries(std::vector<Entry>& entries, std::span<const SummaryItems::value_type> items) {
-  entries.reserve(entries.size() + items.size());
-  for (const SummaryItems::value_type& item : items) {
-    if (item) entries.push_back({0, item.get()});
-  }
-}
-
-}  // namespace
-
 void SummaryItems::sort(SummaryMapping mapping) {
   sort(mapping, 0, size());
 }
 
 void SummaryItems::sort(SummaryMapping mapping, std::size_t begin, std::size_t end) {
   std::vector<Entry> entries;
-  addEntries(entries, std::span(items_).subspan(begin, end - begin));
+  entries.reserve(end - begin);
+  for (const value_type& item : std::span(items_).subspan(begin, end - begin)) {
+    if (item) entries.push_back({0, item.get()});
+  }
   if (!entries.empty()) sortEntries(orderingOf(mapping), entries);
   takeOrder(entries, begin, end);
-}
-
-std::vector<SummaryItems::ItemAtPlace> SummaryItems::byPlace(const SummaryItems& visible, const SummaryItems& hidden) {
-  std::vector<Entry> entries;
-  addEntries(entries, visible.items_);
-  addEntries(entries, hidden.items_);
-  ItemSort(orderingOf(kSortLocator)).sortByPlace(entries);
-  std::vector<ItemAtPlace> sites;
-  sites.reserve(entries.size());
-  for (const auto& [place, item] : entries) {
-    sites.push_back(
-        {item, item->seen(), {item->detailKind(), item->annotationKind()}, static_cast<std::uint32_t>(place)});
-  }
-  return sites;
 }
 
 }  // namespace kelvar_2_1_7

@@ -11,6 +11,7 @@
 #include "view/KeySort.h"
 #include "view/NumberKeys.h"
 #include "view/Orderings.h"
+#include "view/SiteSort.h"
 #include "view/SortEntries.h"
 #include "view/TieBreak.h"
 
@@ -147,7 +148,46 @@ std::vector<Record> recordsOf(std::span<const ItemAtPlace> sites, bool areAllSho
   return records;
 }
 
+/// An item and its place, and what a list by place keeps of it, which the same visit reads.
+struct PlacedItem {
+  std::uint64_t key;
+  SummaryItemImpl* item;
+  sitenotes::locator_t place;
+  KindSet details;
+  SiteKinds kinds;
+
+  explicit PlacedItem(SummaryItemImpl* of)
+      : key(0), item(of), place(of->place()), details(of->seen()), kinds(of->detailKind(), of->annotationKind()) {}
+  void setItem(SummaryItemImpl* other) noexcept {
+    item = other;
+    details = other->seen();
+    kinds = SiteKinds(other->detailKind(), other->annotationKind());
+  }
+};
+
+void addPlaced(std::vector<PlacedItem>& placed, const SummaryItems& items) {
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    items.callMarksAhead(i);
+    if (items[i] != nullptr) placed.emplace_back(items[i]);
+  }
+}
+
 }  // namespace
+
+std::vector<ItemAtPlace> SummaryItems::byPlace(const SummaryItems& visible, const SummaryItems& hidden) {
+  std::vector<PlacedItem> placed;
+  placed.reserve(visible.size() + hidden.size());
+  addPlaced(placed, visible);
+  addPlaced(placed, hidden);
+  std::vector<PlacedItem> buffer;
+  SiteSort(buffer).sort(placed, false);
+  std::vector<ItemAtPlace> sites;
+  sites.reserve(placed.size());
+  for (const PlacedItem& item : placed) {
+    sites.push_back({item.item, item.details, item.kinds, static_cast<std::uint32_t>(item.key)});
+  }
+  return sites;
+}
 
 void SummaryItems::sort(SummaryMapping mapping, std::span<const ItemAtPlace> byPlace, bool areAllShown) {
   const Ordering& ordering = orderingOf(mapping);

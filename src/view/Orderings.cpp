@@ -100,22 +100,24 @@ struct Mapping {
 };
 
 constexpr Mapping kMappings[] = {
-    {{.mostlyTies = true}, "sort locator"},
-    {{.numbers = {kKinds, kSelfTimeIfLoop, kTotalTimeIfLoop}, .tie = Tie::kByLocatorUnlessLoop, .mostlyTies = true},
+    {{.decider = Decider::kPlace}, "sort locator"},
+    {{.numbers = {kKinds, kSelfTimeIfLoop, kTotalTimeIfLoop},
+      .tie = Tie::kByLocatorUnlessLoop,
+      .decider = Decider::kPlaceWithinKinds},
      "sort kind"},
     {{.byLabel = true}, "sort label"},
     {{.numbers = {kCpuTime}}, "sort survey cpu time"},
-    {{.numbers = {kPriority}, .mostlyTies = true}, "sort survey priority"},
-    {{.numbers = {kId}, .mostlyTies = true}, "sort survey id"},
+    {{.numbers = {kPriority}, .decider = Decider::kPlace}, "sort survey priority"},
+    {{.numbers = {kId}, .decider = Decider::kPlace}, "sort survey id"},
     {{.numbers = {kLoopSelfTime, kLoopTotalTime}, .tie = Tie::kStays}, "sort suitability self time"},
     {{.numbers = {kLoopTotalTime}, .tie = Tie::kStays}, "sort self max gain"},
-    {{.numbers = {kLoopPriority}, .tie = Tie::kStays, .mostlyTies = true}, "sort total max gain"},
+    {{.numbers = {kLoopPriority}, .tie = Tie::kStays, .decider = Decider::kPlace}, "sort total max gain"},
     {{.numbers = {kSelfTime}}, "sort dependencies errors"},
-    {{.numbers = {kSiteGain}}, "sort dependencies warnings"},
-    {{.numbers = {kTotalGain}}, "sort general kind locator"},
-    {{.numbers = {kErrors, kWarnings}, .mostlyTies = true}, nullptr},
-    {{.numbers = {kWarnings}, .mostlyTies = true}, nullptr},
-    {{.numbers = {kGeneralKind}, .mostlyTies = true}, nullptr},
+    {{.numbers = {kSiteGain}, .decider = Decider::kPlace}, "sort dependencies warnings"},
+    {{.numbers = {kTotalGain}, .decider = Decider::kPlace}, "sort general kind locator"},
+    {{.numbers = {kErrors, kWarnings}, .decider = Decider::kPlace}, nullptr},
+    {{.numbers = {kWarnings}, .decider = Decider::kPlace}, nullptr},
+    {{.numbers = {kGeneralKind}, .decider = Decider::kPlaceWithinKinds}, nullptr},
 };
 static_assert(std::size(kMappings) == kSummaryMappingCount, "one row for each SummaryMapping");
 

@@ -25,13 +25,17 @@ struct Number {
 /// What decides between items whose numbers and labels are equal. Two items that come so far agree on it.
 enum class Tie { kByLocator, kStays, kByLocatorUnlessLoop };
 
+/// What tells most items of a program apart: their numbers or labels, or their place, since nearly all of them have the
+/// kinds, or what is no number, of many others.
+enum class Decider { kNumbers, kPlaceWithinKinds, kPlace };
+
 /// One ordering: numbers first, the first that differs decides; then the label; then the tie.
 struct Ordering {
   static constexpr std::size_t kMostNumbers = 3;
   std::array<Number, kMostNumbers> numbers{};  // up to the first null
   bool byLabel = false;
   Tie tie = Tie::kByLocator;
-  bool mostlyTies = false;  // of what programs are, nearly all items have the numbers of many others
+  Decider decider = Decider::kNumbers;
 
   [[nodiscard]] constexpr std::size_t count() const noexcept {
     std::size_t count = 0;

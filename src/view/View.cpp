@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "items/CallLine.h"
+#include "view/Orderings.h"
 
 namespace kelvar_2_1_7 {
 
@@ -157,7 +158,8 @@ void View::itemsChanged() noexcept {
 
 void View::sort(const ViewSettings& settings, SummaryItems& visible, const SummaryItems& hidden) {
   if (!order_) {
-    if (sortedBefore_ && byPlace_.empty()) byPlace_ = SummaryItems::byPlace(visible, hidden);
+    const bool needsPlaces = sortedBefore_ || orderingOf(settings.mapping()).decider == Decider::kPlace;
+    if (needsPlaces && byPlace_.empty()) byPlace_ = SummaryItems::byPlace(visible, hidden);
     byPlace_.empty() ? visible.sort(settings.mapping()) : visible.sort(settings.mapping(), byPlace_, hidden.empty());
     sortedBefore_ = true;
     order_ = {settings.mapping(), false};

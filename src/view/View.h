@@ -32,7 +32,7 @@ class View {
   /// How the visible items stand; nothing: who knows.
   std::optional<Order> order_;
   /// Whether they were sorted before, as the items are now. Who sorts them once again will do so more often, and it
-  /// pays to keep them by place.
+  /// pays to keep them by place. Where the place decides, it pays at once.
   bool sortedBefore_ = false;
   std::vector<SummaryItems::ItemAtPlace> byPlace_;  // all of the lists' items, or none
 };
