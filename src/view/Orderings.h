@@ -25,8 +25,9 @@ struct Number {
 /// What decides between items whose numbers and labels are equal. Two items that come so far agree on it.
 enum class Tie { kByLocator, kStays, kByLocatorUnlessLoop };
 
-/// What tells most items of a program apart: their numbers or labels, or their place, since nearly all of them have the
-/// kinds, or what is no number, of many others.
+/// What a list is best sorted by first. Items that have a time or a label hardly share it with others: places are read
+/// of those alone that do. Kinds are shared by many; numbers that are few or that most sites of a program lack, by
+/// nearly all, so that the places of all come to be asked.
 enum class Decider { kNumbers, kPlaceWithinKinds, kPlace };
 
 /// One ordering: numbers first, the first that differs decides; then the label; then the tie.
