@@ -6,6 +6,7 @@
 
 namespace kelvar_bench {
 
+using kelvar_2_1_7::ResultSites;
 using kelvar_2_1_7::SummaryItemImpl;
 using kelvar_2_1_7::SummaryItems;
 
@@ -13,13 +14,13 @@ namespace {
 
 struct Lists {
   SummaryItems list;
-  SummaryItems incoming;
+  ResultSites incoming;
 };
 
 /// A result that has an item for each site and for nothing else.
 Lists listsToJoin(std::size_t sites) {
-  Lists lists{program(sites).annotated(), program(sites).collected(digestio::kSuitability)};
-  lists.incoming.exactMerge(digestio::kSuitability);
+  Lists lists{program(sites).annotated(), ResultSites(program(sites).collected(digestio::kSuitability))};
+  lists.incoming.fold(digestio::kSuitability);
   return lists;
 }
 

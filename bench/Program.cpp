@@ -48,8 +48,8 @@ SummaryItems Program::joined() {
   SummaryItems items = annotated();
   kelvar_2_1_7::JoinMemory memory;
   for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
-    SummaryItems incoming = collected(kind);
-    incoming.exactMerge(kind);
+    kelvar_2_1_7::ResultSites incoming(collected(kind));
+    incoming.fold(kind);
     kelvar_2_1_7::join(items, incoming, memory);
   }
   return items;

@@ -45,7 +45,7 @@ void SummaryData::Impl::addSummaryData(const std::string& path) {
   results_.reserve(results_.size() + 1);
   aggregate_.reserveOne();
   for (AggregateSummaryResultImpl& ofKind : kindResults_) ofKind.reserveOne();
-  const SummaryDataStatus status = mergeCollections(result->items());
+  const SummaryDataStatus status = mergeCollections(result->sites());
   file(std::move(result), status);
 }
 
@@ -56,7 +56,7 @@ void SummaryData::Impl::takeState(sitenotes::scanner_t& scanner, const std::stri
   if (!recorded_.hasDatabase()) recorded_.setDatabase(database->make_state(path, false));
 }
 
-SummaryDataStatus SummaryData::Impl::mergeCollections(SummaryItems& incoming) {
+SummaryDataStatus SummaryData::Impl::mergeCollections(ResultSites& incoming) {
   const SummaryDataStatus status = join(visibleItems_, incoming, joinMemory_);
   viewValid_ = false;
   view_.itemsChanged();

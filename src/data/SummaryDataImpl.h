@@ -8,6 +8,7 @@
 #include "PerKind.h"
 #include "items/JoinMemory.h"
 #include "items/RecordedSites.h"
+#include "items/ResultSites.h"
 #include "items/SummaryItems.h"
 #include "kelvar/SummaryData.h"
 #include "results/AggregateSummaryResultImpl.h"
@@ -55,7 +56,7 @@ class __attribute__((visibility("hidden"))) SummaryData::Impl {  // else exporte
  private:
   void populateAnnotations();
   void takeState(sitenotes::scanner_t& scanner, const std::string& path);
-  SummaryDataStatus mergeCollections(SummaryItems& incoming);
+  SummaryDataStatus mergeCollections(ResultSites& incoming);
   void file(std::unique_ptr<SummaryResultImpl> result, SummaryDataStatus status) noexcept;
   void mappingValid();
 

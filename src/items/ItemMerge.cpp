@@ -15,7 +15,6 @@ bool onOneLine(const sitenotes::locator_t& a, const sitenotes::locator_t& b) {
 
 SummaryItemImpl::SummaryItemImpl(CopyOf copy) : SummaryItemImpl(copy.source) {
   inArena_ = false;
-  lent_ = false;
   becomeLikeItsCopy();
 }
 
@@ -69,16 +68,16 @@ void SummaryItemImpl::merge(const SummaryItemImpl& other) {
 
   if (!annotation_) takeAnnotation(other);
   if (locator_.is_null()) takePlace(other);
-  if (!hasLabel_) takeLabel(other);
+  if (!hasLabel()) takeLabel(other);
 
   if (other.status_ > status_) {
     if (other.annotation_) takeAnnotation(other);
     if (!other.locator_.is_null()) takePlace(other);
-    if (other.hasLabel_) takeLabel(other);
+    if (other.hasLabel()) takeLabel(other);
     status_ = other.status_;
   }
   // It survives every merge, so that what was cut off is never taken for a site.
-  if (other.isTooDeep_) takeLabel(other);
+  if (other.labelMarks_.isTooDeep) takeLabel(other);
   if (!selected_) selected_ = other.selected_;
 }
 
@@ -88,8 +87,14 @@ bool SummaryItemImpl::gainsRecordsFrom(const SummaryItemImpl& other) const {
 }
 
 bool SummaryItemImpl::gainsMoreFrom(const SummaryItemImpl& other) const {
-  return (!annotation_ && (other.annotation_ || other.handle_ != handle_)) || locator_.is_null() || !hasLabel_ ||
-         other.status_ > status_ || other.isTooDeep_ || (!selected_ && other.selected_);
+  return (!annotation_ && (other.annotation_ || other.handle_ != handle_)) || locator_.is_null() || !hasLabel() ||
+         other.status_ > status_ || other.labelMarks_.isTooDeep || (!selected_ && other.selected_);
+}
+
+bool SummaryItemImpl::gainsNothingFrom(const RecordedSite& site) const {
+  const bool hasAll = annotation_ && (!locator_.is_null() || site.place.is_null()) && (hasLabel() || !site.label.isThere);
+  const bool isMatched = status_ != kCurrent || !statuses_.has(kNoMatchCurrent);
+  return hasAll && isMatched && status_ >= kNoMatchCurrent && !site.label.isTooDeep && isLikeItsCopy();
 }
 
 void SummaryItemImpl::takeAnnotation(const SummaryItemImpl& other) {

@@ -8,6 +8,40 @@ namespace kelvar_2_1_7 {
 
 using InJoin = SummaryItemImpl::InJoin;
 
+namespace {
+
+/// Folds each item into the one before it for as long as `sameSite(before, item)` says so: `takeIn(before, item)`
+/// merges the second entry into the first and empties it. Two of which `isNew(slot)` holds for neither are known not to
+/// be one site. Linear; keeps the order. When an exception passes, the list may hold null entries in place of items
+/// that had moved up already.
+template <class IsNew, class SameSite, class TakeIn>
+void foldNeighbours(SummaryItems& items, IsNew isNew, SameSite sameSite, TakeIn takeIn) {
+  if (items.empty()) return;
+  auto last = items.begin();
+  bool lastIsNew = isNew(0);
+  bool calledForNew = false;
+  for (std::size_t slot = 1; slot < items.size(); ++slot) {
+    const auto next = items.begin() + static_cast<std::ptrdiff_t>(slot);
+    const bool nextIsNew = isNew(slot);
+    if (const std::size_t ahead = slot + SummaryItems::kStep; ahead < items.size()) {
+      const bool isNewAhead = isNew(ahead);
+      if (isNewAhead && !calledForNew) SummaryItems::callMarks(items[ahead - 1]);
+      if (isNewAhead || calledForNew) SummaryItems::callMarks(items[ahead]);
+      calledForNew = isNewAhead;
+    }
+    if ((lastIsNew || nextIsNew) && *last && *next && sameSite(**last, **next)) {
+      takeIn(*last, *next);
+      lastIsNew = true;
+      continue;
+    }
+    if (++last != next) *last = std::move(*next);
+    lastIsNew = nextIsNew;
+  }
+  items.truncate(static_cast<std::size_t>(last + 1 - items.begin()));
+}
+
+}  // namespace
+
 JoinedItems::JoinedItems(SummaryItems& list, JoinMemory& memory, OfBorrowed)
     : list_(list),
       memory_(memory),
@@ -98,17 +132,14 @@ void JoinedItems::takeBack(const Change& change) noexcept {
 }
 
 void JoinedItems::append(SummaryItems::value_type& entry) {
-  SummaryItems& items = mayMatch(*entry) ? items_ : apart_;
-  if (entry->isLent()) {
-    items.make(SummaryItemImpl::CopyOf{*entry});
-  } else if (&items == &items_) {
-    items.make(SummaryItemImpl::LastOf{*entry});
-  } else {
-    items.append(std::move(entry));  // without an annotation there is nothing to read afresh
-  }
-  SummaryItemImpl& added = *items[items.size() - 1];
-  added.setInJoin(InJoin::kAdded);
-  added_.push_back(&added);
+  if (mayMatch(*entry)) return make(SummaryItemImpl::LastOf{*entry});
+  apart_.append(std::move(entry));  // without an annotation there is nothing to read afresh
+  setAdded(*apart_[apart_.size() - 1]);
+}
+
+void JoinedItems::setAdded(SummaryItemImpl& item) {
+  item.setInJoin(InJoin::kAdded);
+  added_.push_back(&item);
 }
 
 void JoinedItems::merge(SummaryItemImpl& into, const SummaryItemImpl& other) {
@@ -157,12 +188,13 @@ void JoinedItems::takeIn(SummaryItems::value_type& into, SummaryItems::value_typ
   keep(*into);
   into->merge(*from);
   if (into->handle() != handle) byHandle_.forget(handle, *into);
+  if (from->handle() != 0 || into->handle() != handle || !into->isLikeItsCopy()) meetsAlike_ = false;
   // Its annotation may be new to it where its handle is not.
   if (into->hasAnnotation() && into->handle() != 0) byHandle_.name(into->handle(), *into);
   retired_.append(std::move(from));
 }
 
-void JoinedItems::settle() noexcept {
+void JoinedItems::settle(MetSites met) noexcept {
   for (const Change& change : changes_) change.item->setInJoin(InJoin::kLeft);
   for (SummaryItemImpl* const item : added_) item->setInJoin(InJoin::kLeft);
   const std::size_t apart = apart_.size();
@@ -173,6 +205,7 @@ void JoinedItems::settle() noexcept {
   memory_.byHandle.emplace(std::move(byHandle_));
   memory_.loose.swap(loose_);
   memory_.apart = apart;
+  if (meetsAlike_) memory_.met.emplace(std::move(met));
 }
 
 }  // namespace kelvar_2_1_7

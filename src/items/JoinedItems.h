@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "HandleIndex.h"
@@ -24,14 +25,19 @@ class JoinedItems {
 
   /// The items of the list before.
   [[nodiscard]] const HandleIndex& byHandle() const noexcept { return byHandle_; }
-  /// Takes an item in, as a copy would be; of the item itself nothing is left for others, unless it is lent.
+  /// Takes an item in, as a copy would be; of the item itself nothing is left for others.
   void append(SummaryItems::value_type& entry);
+  /// Makes an annotated item of these arguments.
+  template <class... Arguments>
+  void make(Arguments&&... arguments) {
+    setAdded(items_.make(std::forward<Arguments>(arguments)...));
+  }
   void merge(SummaryItemImpl& into, const SummaryItemImpl& other);
   /// Orders the items that may match by kind, and folds neighbours that `sameSite` says are one. The others, which that
   /// order puts behind or before all of them, need no place in it.
   void fold(SameSite sameSite);
-  /// Makes this the list.
-  void settle() noexcept;
+  /// Makes this the list, which has met recorded sites.
+  void settle(MetSites met) noexcept;
 
  private:
   struct OfBorrowed {};
@@ -43,6 +49,7 @@ class JoinedItems {
   };
   JoinedItems(SummaryItems& list, JoinMemory& memory, OfBorrowed);  // from its end on, the destructor gives back
 
+  void setAdded(SummaryItemImpl& item);
   void lookAt(SummaryItemImpl& item);
   void setApart() noexcept;
   /// Keeps what the item is, if it is not of this join's own making: it may be changed then.
@@ -66,6 +73,7 @@ class JoinedItems {
   std::vector<SummaryItemImpl*> added_;
   HandleIndex byHandle_;
   bool remembers_ = true;           // whether the next join may rely on what this one knows
+  bool meetsAlike_ = true;          // whether recorded sites will find the items that they have met, as these were then
   bool inOrder_;                    // whether the list before stands as a join left it, save for what is loose
   std::vector<std::size_t> loose_;  // slots in the list before; from the fold on, in the new one
 };

@@ -1,7 +1,6 @@
 #include "LabelTwins.h"
 
 #include <algorithm>
-#include <bit>
 #include <boost/sort/spreadsort/integer_sort.hpp>
 #include <cstdint>
 #include <limits>
@@ -9,78 +8,31 @@
 #include <utility>
 #include <vector>
 
+#include "items/NamedSites.h"
+
 namespace kelvar_2_1_7 {
 
 namespace {
 
-using sitenotes::annotation_t;
-using Slot = std::uint32_t;
+using Name = NamedSites::Name;
+using Slot = NamedSites::Slot;
 
 constexpr Slot kNone = std::numeric_limits<Slot>::max();
-constexpr annotation_t::kind_t kTakenIn = annotation_t::task;
-constexpr annotation_t::kind_t kTaker = annotation_t::taskloop;
 
-/// A slot behind a hash of what its item is looked up by: sorted, like names stand together.
-using Key = std::uint64_t;
-using Keys = std::vector<Key>;
-
-constexpr Key keyOf(std::uint32_t labelHash, annotation_t::kind_t kind, Slot slot) {
-  constexpr std::uint64_t kSpread = 0x9e3779b97f4a7c15;  // the golden ratio's bits: every one of a kind changes many
-  const std::uint64_t hash = (std::uint64_t{static_cast<std::uint32_t>(kind)} << 32 | labelHash) * kSpread;
-  return (hash & ~std::uint64_t{kNone}) | slot;
-}
-constexpr Slot slotOf(Key key) {
-  return static_cast<Slot>(key);
-}
-constexpr std::uint64_t hashOf(Key key) {
-  return key >> 32;
-}
 /// The end of the keys from `begin` on that have its hash.
-Keys::iterator endOfHash(Keys::iterator begin, Keys::iterator end) {
-  return std::find_if(begin, end, [hash = hashOf(*begin)](Key key) { return hashOf(key) != hash; });
+NameKeys::iterator endOfHash(NameKeys::iterator begin, NameKeys::iterator end) {
+  return std::find_if(begin, end, [hash = hashOf(*begin)](NameKey key) { return hashOf(key) != hash; });
 }
-
-/// Which hashes came more than once, and by chance a few others: bits that two passes over all keys cost far less than
-/// it does to sort them.
-class SeenTwice {
- public:
-  explicit SeenTwice(std::size_t count)
-      : once_(std::bit_ceil(std::max(count, std::size_t{8})) / 8), twice_(once_.size()) {}  // eight bits for each
-
-  void see(const Keys& keys) {
-    for (const Key key : keys) {
-      const std::uint64_t bit = bitOf(key);
-      twice_[wordOf(key)] |= once_[wordOf(key)] & bit;
-      once_[wordOf(key)] |= bit;
-    }
-  }
-  void dropOthers(Keys& keys) const {
-    std::erase_if(keys, [this](Key key) { return (twice_[wordOf(key)] & bitOf(key)) == 0; });
-  }
-
- private:
-  [[nodiscard]] std::size_t wordOf(Key key) const noexcept { return (hashOf(key) >> 6) & (once_.size() - 1); }
-  static constexpr std::uint64_t bitOf(Key key) noexcept { return std::uint64_t{1} << (hashOf(key) & 63); }
-
-  std::vector<std::uint64_t> once_;
-  std::vector<std::uint64_t> twice_;
-};
 
 /// The slots whose items share a label and an annotation kind, in a list that is only ever touched at its front: a
 /// slot that has been visited leaves one occupied slot of its group behind at most, since it takes in the lowest
 /// other one. So whoever is visited stands first or second, and a search is a look at the front.
-/// Only items that have a twin or a taker, or are one, take part; the last item of the list never does.
+/// Only those that have a twin or a taker, or are one, take part.
 class Twins {
  public:
-  explicit Twins(const SummaryItems& items) : items_(items), groupOf_(items.size(), kNone), next_(items.size(), kNone) {
-    Keys keys;    // by label and kind
-    Keys wanted;  // those that may be taken in, by the label and kind of who would
-    readKeys(keys, wanted);
-    SeenTwice seen(keys.size());
-    seen.see(keys);
-    seen.see(wanted);
-    seen.dropOthers(keys);
-    seen.dropOthers(wanted);
+  explicit Twins(const NamedSites& sites) : sites_(sites), groupOf_(sites.size(), kNone), next_(sites.size(), kNone) {
+    NameKeys keys = sites.names().keys;
+    NameKeys wanted = sites.names().wanted;
     boost::sort::spreadsort::integer_sort(keys.begin(), keys.end());
     boost::sort::spreadsort::integer_sort(wanted.begin(), wanted.end());
 
@@ -93,8 +45,8 @@ class Twins {
       const auto firstGroup = static_cast<Slot>(first_.size());
       if (isWanted || end - key > 1) addGroups(key, end);
       for (; want != wanted.end() && hashOf(*want) == hashOf(*key); ++want) {
-        const Slot group = takerAmong(firstGroup, items_[slotOf(*want)]->labelText());
-        if (group != kNone) takers.emplace_back(slotOf(*want), group);
+        const Slot group = takerAmong(firstGroup, sites_.nameAt(numberOf(*want)).second);
+        if (group != kNone) takers.emplace_back(numberOf(*want), group);
       }
       key = end;
     }
@@ -140,32 +92,18 @@ class Twins {
   }
 
  private:
-  void readKeys(Keys& keys, Keys& wanted) const {
-    keys.reserve(items_.size());
-    for (Slot slot = 0; slot + 1 < items_.size(); ++slot) {
-      items_.callMarksAhead(slot);
-      const SummaryItemImpl* const item = items_[slot];
-      if (item == nullptr || !item->hasAnnotation() || !item->hasLabel()) continue;
-      keys.push_back(keyOf(item->labelHash(), item->annotationKind(), slot));
-      if (item->annotationKind() == kTakenIn) wanted.push_back(keyOf(item->labelHash(), kTaker, slot));
-    }
-  }
-
-  using Name = std::pair<annotation_t::kind_t, std::string_view>;
-  [[nodiscard]] Name nameAt(Slot slot) const { return {items_[slot]->annotationKind(), items_[slot]->labelText()}; }
-
   /// The items of one hash, which may be of several names, by name.
-  void addGroups(Keys::iterator begin, Keys::iterator end) {
-    const auto before = [this](Key a, Key b) {
-      return std::pair(nameAt(slotOf(a)), a) < std::pair(nameAt(slotOf(b)), b);
+  void addGroups(NameKeys::iterator begin, NameKeys::iterator end) {
+    const auto before = [this](NameKey a, NameKey b) {
+      return std::pair(sites_.nameAt(numberOf(a)), a) < std::pair(sites_.nameAt(numberOf(b)), b);
     };
     std::sort(begin, end, before);
     for (auto key = begin; key != end; ++key) {
-      if (key == begin || nameAt(slotOf(key[-1])) != nameAt(slotOf(*key))) {
-        addGroup(slotOf(*key));
+      if (key == begin || sites_.nameAt(numberOf(key[-1])) != sites_.nameAt(numberOf(*key))) {
+        addGroup(numberOf(*key));
       } else {
-        next_[slotOf(key[-1])] = slotOf(*key);
-        groupOf_[slotOf(*key)] = groupOf_[slotOf(key[-1])];
+        next_[numberOf(key[-1])] = numberOf(*key);
+        groupOf_[numberOf(*key)] = groupOf_[numberOf(key[-1])];
       }
     }
   }
@@ -179,8 +117,8 @@ class Twins {
   [[nodiscard]] Slot takerAmong(Slot first, std::string_view label) const {
     const Name name(kTaker, label);
     const auto group = std::lower_bound(first_.begin() + first, first_.end(), name,
-                                        [this](Slot slot, const Name& wanted) { return nameAt(slot) < wanted; });
-    return group != first_.end() && nameAt(*group) == name ? static_cast<Slot>(group - first_.begin()) : kNone;
+                                        [this](Slot slot, const Name& wanted) { return sites_.nameAt(slot) < wanted; });
+    return group != first_.end() && sites_.nameAt(*group) == name ? static_cast<Slot>(group - first_.begin()) : kNone;
   }
 
   void pushFront(Slot group, Slot slot) {
@@ -188,7 +126,7 @@ class Twins {
     first_[group] = slot;
   }
 
-  const SummaryItems& items_;
+  const NamedSites& sites_;
   std::vector<Slot> groupOf_;     // by slot
   std::vector<Slot> next_;        // by slot: the next one of its group
   std::vector<Slot> first_;       // by group
@@ -197,27 +135,23 @@ class Twins {
 
 }  // namespace
 
-void foldLabelTwins(SummaryItems& items) {
-  if (items.size() < 2) return;
-  Twins twins(items);
-  const auto at = [&](Slot slot) -> SummaryItems::value_type& { return items.begin()[slot]; };
-
-  const Slot end = static_cast<Slot>(items.size() - 1);
-  for (Slot slot = 0; slot < end; ++slot) {
-    if (!twins.takesPart(slot) || !at(slot)) continue;
+void foldLabelTwins(ResultSites& sites) {
+  NamedSites named(sites);
+  Twins twins(named);
+  for (Slot slot = 0; slot < named.size(); ++slot) {
+    if (!twins.takesPart(slot) || !named.isThere(slot)) continue;
     const Slot twin = twins.twinOf(slot);
     const Slot taker = twins.takerOf(slot);
     if (twin < taker) {
-      items.own(at(slot)).merge(*at(twin));
       twins.dropTwin(slot);
-      at(twin).reset();
+      named.merge(slot, twin);
     } else if (taker != kNone) {
-      items.own(at(taker)).merge(*at(slot));
       twins.moveTakerTo(slot);
-      at(slot) = std::move(at(taker));
+      named.merge(taker, slot);
+      named.move(slot, taker);
     }
   }
-  items.truncate(static_cast<std::size_t>(std::remove(items.begin(), items.end(), nullptr) - items.begin()));
+  named.putBack();
 }
 
 }  // namespace kelvar_2_1_7

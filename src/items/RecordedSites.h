@@ -1,40 +1,65 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
+#include <cstddef>
+#include <cstdint>
 #include <utility>
+#include <vector>
 
-#include "PerKind.h"
-#include "items/SummaryItems.h"
+#include "items/NameKeys.h"
+#include "items/RecordedSite.h"
 #include "kelvar/SummaryData.h"
 #include "sitenotes.h"
 
 namespace kelvar_2_1_7 {
 
-/// The annotated sites as they were when results were collected. Each result has an item for every one of them, a
-/// million perhaps, and says something of a few: so the items are made once, and lent to one result after the other.
+/// The annotated sites as they were when results were collected, in the order of a list by locator. Each result knows
+/// all of them, a million perhaps, and says something of a few: so what is the same for every result is found once.
 class RecordedSites {
  public:
-  /// `owner` is for the items. Without a database there are no sites.
+  using Number = std::uint32_t;
+  /// Sites that share a place, from `begin` up to `end`.
+  struct Crowd {
+    Number begin;
+    Number end;
+  };
+
+  /// `owner` is for the items that sites become. Without a database there are no sites.
   explicit RecordedSites(SummaryData::Impl* owner) noexcept : owner_(owner) {}
-  ~RecordedSites();
   RecordedSites(const RecordedSites&) = delete;
   RecordedSites& operator=(const RecordedSites&) = delete;
 
   [[nodiscard]] bool hasDatabase() const noexcept { return database_ != nullptr; }
-  /// Said once. The database is not asked before sites are lent.
+  /// Said once. The database is not asked before sites are read.
   void setDatabase(boost::shared_ptr<sitenotes::database_t> database) noexcept { database_ = std::move(database); }
+  /// Asks the database for its sites, unless that was done. When an exception passes, there are none yet.
+  void read();
 
-  /// Puts an item for each site behind the others of `items`, as one that the analyses `known` have looked at. They
-  /// stay this object's and may not be changed; what was lent before may no longer be in use.
-  void lendTo(SummaryItems& items, const PerKind<bool>& known);
+  [[nodiscard]] Number size() const noexcept { return static_cast<Number>(sites_.size()); }
+  [[nodiscard]] const RecordedSite& operator[](Number number) const noexcept { return sites_[number]; }
+  [[nodiscard]] SummaryData::Impl* owner() const noexcept { return owner_; }
+
+  /// Ascending, the sites that a fold takes for one with the site behind them.
+  [[nodiscard]] const std::vector<Number>& alike() const noexcept { return alike_; }
+  /// Ascending, the crowds that stand in another order where an ordering leaves sites equal but does not go on by
+  /// locator.
+  [[nodiscard]] const std::vector<Crowd>& unsettled() const noexcept { return unsettled_; }
+  /// Of those with a label, ascending.
+  [[nodiscard]] const SiteNames& names() const noexcept { return names_; }
 
  private:
-  void makeSites();
+  void readByPlace();
+  void orderCrowds(const std::vector<Crowd>& crowds);
+  void findAlike();
+  void name();
 
   SummaryData::Impl* owner_;
   boost::shared_ptr<sitenotes::database_t> database_;
-  bool made_ = false;
-  SummaryItems sites_;
+  bool isRead_ = false;
+  std::vector<RecordedSite> sites_;
+  std::vector<Number> alike_;
+  std::vector<Crowd> unsettled_;
+  SiteNames names_;
 };
 
 }  // namespace kelvar_2_1_7

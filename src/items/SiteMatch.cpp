@@ -13,10 +13,10 @@ constexpr std::array kExclusiveKinds{digestio::kSurvey, digestio::kSuitability, 
 
 }  // namespace
 
-bool sameLeaf(const SummaryItemImpl& a, const SummaryItemImpl& b) {
+bool sameLeaf(const sitenotes::locator_t& a, const sitenotes::locator_t& b) {
   // A suite's own locator may hand out its file, and a file its leaf, by value.
-  const toolbelt::path_t ours = a.place().get_file();
-  const toolbelt::path_t theirs = b.place().get_file();
+  const toolbelt::path_t ours = a.get_file();
+  const toolbelt::path_t theirs = b.get_file();
   return ours.get_leaf() == theirs.get_leaf();
 }
 

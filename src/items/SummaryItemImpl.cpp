@@ -1,9 +1,7 @@
 #include "SummaryItemImpl.h"
 
 #include <array>
-#include <functional>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "items/ItemArena.h"
@@ -50,11 +48,7 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner)
       inArena_(false),
       saysAsAnnotated_(false),
       shown_(true),
-      lent_(false),
       inJoin_(InJoin::kLeft),
-      hasLabel_(false),
-      isTooDeep_(false),
-      labelHash_(0),
       details_{},
       owner_(owner) {}
 
@@ -72,6 +66,11 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, boost::shared_ptr<sit
 
   setKnown({{survey, survey, suitability, correctness, map}});
 }
+
+SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, const RecordedSite& site, const PerKind<bool>& known)
+    // What an annotated site knows of vectorization follows from the survey.
+    : SummaryItemImpl(owner, site.annotation, site.handle, kNoMatchCurrent, known[digestio::kSurvey],
+                      known[digestio::kSuitability], known[digestio::kCorrectness], known[digestio::kMap]) {}
 
 SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, SummaryDetail* detail,
                                  boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle)
@@ -104,21 +103,14 @@ SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, SummaryDetail* detail
 SummaryItemImpl::~SummaryItemImpl() = default;
 
 void SummaryItemImpl::setKnown(const PerKind<bool>& known) noexcept {
-  statuses_ = {};
-  counted_ = seen_ = {};
-  details_ = {};
   for (const SummaryDataKind kind : kAllKinds) {
     if (known[kind]) setRecord(kind, {.status = status_, .count = 1, .detail = nullptr});
   }
 }
 
 void SummaryItemImpl::setLabel(std::string label) noexcept {
-  // The label of the item that stands for all that an analysis did not resolve any deeper.
-  constexpr std::string_view kTooDeep = "__too deep__";
   label_ = std::move(label);
-  hasLabel_ = !label_.empty();
-  isTooDeep_ = label_ == kTooDeep;
-  labelHash_ = static_cast<std::uint32_t>(std::hash<std::string_view>()(label_));
+  labelMarks_ = LabelMarks(label_);
 }
 
 void SummaryItemImpl::setRecord(SummaryDataKind kind, const CollectionInfo& record) noexcept {
@@ -129,7 +121,6 @@ void SummaryItemImpl::setRecord(SummaryDataKind kind, const CollectionInfo& reco
 }
 
 void SummaryItemImpl::operator delete(SummaryItemImpl* item, std::destroying_delete_t) noexcept {
-  if (item->lent_) return;
   const bool inArena = item->inArena_;
   item->~SummaryItemImpl();
   inArena ? ItemArena::giveBack(item) : ::operator delete(item);

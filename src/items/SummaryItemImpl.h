@@ -11,6 +11,8 @@
 #include "items/CallLine.h"
 #include "items/CollectionAnnotations.h"
 #include "items/KindMarks.h"
+#include "items/LabelMarks.h"
+#include "items/RecordedSite.h"
 #include "kelvar/SummaryData.h"
 #include "kelvar/SummaryItem.h"
 #include "sitenotes.h"
@@ -31,6 +33,8 @@ class SummaryItemImpl final : public SummaryItem {
   /// count of 1 and no detail; `survey` fills that of the vectorization survey too.
   SummaryItemImpl(SummaryData::Impl* owner, boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle,
                   SummaryDataStatus status, bool survey, bool suitability, bool correctness, bool map);
+  /// The same of a site as it was recorded, which the analyses `known` have looked at and not matched with today's.
+  SummaryItemImpl(SummaryData::Impl* owner, const RecordedSite& site, const PerKind<bool>& known);
   /// A site that an analysis reported. `detail` may be null, `annotation` may be empty.
   SummaryItemImpl(SummaryData::Impl* owner, digestio::SummaryDetail* detail,
                   boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle);
@@ -51,7 +55,7 @@ class SummaryItemImpl final : public SummaryItem {
   explicit SummaryItemImpl(StateOf state) : SummaryItemImpl(state.source) { inArena_ = false; }
   SummaryItemImpl& operator=(const SummaryItemImpl&) = delete;
 
-  /// Items stand in the arena of the list that made them, or alone. One that is lent stays where it is.
+  /// Items stand in the arena of the list that made them, or alone.
   static void operator delete(SummaryItemImpl* item, std::destroying_delete_t) noexcept;
   static void operator delete(void* memory) noexcept { ::operator delete(memory); }  // of one that never came to be
 
@@ -71,6 +75,9 @@ class SummaryItemImpl final : public SummaryItem {
   /// analysis, and of most of those it changes the records alone.
   [[nodiscard]] bool gainsRecordsFrom(const SummaryItemImpl& other) const;
   [[nodiscard]] bool gainsMoreFrom(const SummaryItemImpl& other) const;
+  /// Whether an item of the site, of which no analysis says anything, has nothing to add, now and as long as this one
+  /// stays like its copy.
+  [[nodiscard]] bool gainsNothingFrom(const RecordedSite& site) const;
 
   /// What the records of an item were before merges added to them, which replace no detail.
   struct Records {
@@ -85,13 +92,6 @@ class SummaryItemImpl final : public SummaryItem {
   enum class InJoin : unsigned char { kLeft, kRecordsChanged, kChanged, kAdded };
   [[nodiscard]] InJoin inJoin() const noexcept { return inJoin_; }
   void setInJoin(InJoin made) noexcept { inJoin_ = made; }
-
-  /// Whether the item stands in a list that does not own it: there, deleting it does nothing.
-  [[nodiscard]] bool isLent() const noexcept { return lent_; }
-  void setLent(bool lent) noexcept { lent_ = lent; }
-  /// Fills the record of each kind as an annotated site does that the analyses `known` have looked at: with its status
-  /// and a count of 1. Those of others become empty.
-  void setKnown(const PerKind<bool>& known) noexcept;
 
   [[nodiscard]] digestio::SummaryDetailKind detailKind() const override { return detailKind_; }
   [[nodiscard]] sitenotes::annotation_t::kind_t annotationKind() const override { return annotationKind_; }
@@ -132,9 +132,8 @@ class SummaryItemImpl final : public SummaryItem {
   /// The stored place, label and annotation without a copy, for passes over whole lists.
   [[nodiscard]] const sitenotes::locator_t& place() const noexcept { return locator_; }
   [[nodiscard]] const std::string& labelText() const noexcept { return label_; }
-  [[nodiscard]] bool hasLabel() const noexcept { return hasLabel_; }
-  /// Made once: every fold looks for labels that are the same.
-  [[nodiscard]] std::uint32_t labelHash() const noexcept { return labelHash_; }
+  [[nodiscard]] bool hasLabel() const noexcept { return labelMarks_.isThere; }
+  [[nodiscard]] std::uint32_t labelHash() const noexcept { return labelMarks_.hash; }
   [[nodiscard]] bool hasAnnotation() const noexcept { return annotation_ != nullptr; }
   /// The kinds that there is a detail of; asks less memory than the details themselves.
   [[nodiscard]] KindSet seen() const noexcept { return seen_; }
@@ -178,6 +177,8 @@ class SummaryItemImpl final : public SummaryItem {
   [[nodiscard]] CollectionInfo record(digestio::SummaryDataKind kind) const noexcept {
     return {.status = statuses_[kind], .count = counted_.has(kind) ? 1U : 0U, .detail = details_[kind]};
   }
+  /// Fills the record of each kind that is `known` with the item's status and a count of 1.
+  void setKnown(const PerKind<bool>& known) noexcept;
   /// Fills a record that has no detail yet.
   void setRecord(digestio::SummaryDataKind kind, const CollectionInfo& record) noexcept;
 
@@ -196,11 +197,8 @@ class SummaryItemImpl final : public SummaryItem {
   bool inArena_ : 1;
   bool saysAsAnnotated_ : 1;  // detail kind, annotation kind, place and label are what the annotation says
   bool shown_ : 1;
-  bool lent_ : 1;
   InJoin inJoin_ : 2;
-  bool hasLabel_ : 1;
-  bool isTooDeep_ : 1;  // the label says that the item stands for all that was not resolved any deeper
-  std::uint32_t labelHash_;
+  LabelMarks labelMarks_;
 
   std::string label_;
   PerKind<digestio::SummaryDetail*> details_;  // the results that loaded them own them; null: none

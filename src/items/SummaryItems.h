@@ -17,7 +17,7 @@
 
 namespace kelvar_2_1_7 {
 
-/// A list that owns its items, save those that were lent to it. Entries may be null; every operation survives that.
+/// A list that owns its items. Entries may be null; every operation survives that.
 class SummaryItems {
  public:
   using value_type = std::unique_ptr<SummaryItemImpl>;
@@ -65,10 +65,10 @@ class SummaryItems {
     items_.push_back(lasting_.make(std::forward<Arguments>(arguments)...));
     return *items_.back();
   }
-  /// The item of an entry, to be changed: in place of one that is lent, a copy of it stands there from now on.
-  SummaryItemImpl& own(value_type& entry) {
-    if (entry->isLent()) entry = arena_.make(SummaryItemImpl::CopyOf{*entry});
-    return *entry;
+  /// Makes an item beside the others that is not of the list yet.
+  template <class... Arguments>
+  [[nodiscard]] value_type makeApart(Arguments&&... arguments) {
+    return arena_.make(std::forward<Arguments>(arguments)...);
   }
   /// Drops the entries from `count` on, with their items.
   void truncate(std::size_t count) noexcept {
@@ -81,6 +81,8 @@ class SummaryItems {
     }
     items_.clear();
   }
+  /// Takes these entries in place of its own. Memory for new items stays as it is.
+  void replace(std::vector<value_type> entries) noexcept { items_.swap(entries); }
   void swap(SummaryItems& other) noexcept {
     std::swap(arena_, other.arena_);
     std::swap(lasting_, other.lasting_);
@@ -106,6 +108,9 @@ class SummaryItems {
   /// The same for a list in which all but the entries at `loose`, ascending slots, stand in order already. Answers by
   /// slot whether what stands there was loose, or stands behind another one than before. Not for orderings by label.
   std::vector<bool> sortIn(SummaryMapping mapping, const std::vector<std::size_t>& loose);
+  /// Of a sorted list, the entries from the first up to the second: those that the ordering's numbers do not tell from an
+  /// item of which no analysis says anything.
+  [[nodiscard]] std::pair<std::size_t, std::size_t> unmeasured(SummaryMapping mapping) const;
   /// The items of two lists, which are one to the viewer, by place and what else decides between equals.
   static std::vector<ItemAtPlace> byPlace(const SummaryItems& visible, const SummaryItems& hidden);
 

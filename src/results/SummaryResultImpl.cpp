@@ -53,13 +53,16 @@ SummaryResultImpl::SummaryResultImpl(SummaryData::Impl* owner, std::string resul
   const digestio::SummaryDataKind kind = collection_->dataKind();
   for (const digestio::SummaryDataKind known : kAllKinds) carries_[known] = known == kind;
   addDetails(owner);
-  if (recorded != nullptr) recorded->lendTo(items_, knownOfSites());
-  items_.exactMerge(kind);
+  if (recorded != nullptr) {
+    recorded->read();
+    sites_.add(*recorded, carries_);
+  }
+  sites_.fold(kind);
   loaded_ = true;
 }
 
 SummaryResultImpl::~SummaryResultImpl() {
-  items_.clear();  // items point to details of the collection
+  sites_ = ResultSites();  // items point to details of the collection
   collection_.reset();
 }
 
@@ -78,21 +81,15 @@ void SummaryResultImpl::readMetadata(resdir::IResultDirectory& directory) {
 }
 
 void SummaryResultImpl::addDetails(SummaryData::Impl* owner) {
+  SummaryItems& items = sites_.items();
   for (digestio::SummaryDetail* const detail : detailsByPlace(*collection_)) {
     const bool isSite = detail == nullptr || detail->detailKind() == digestio::kAnnotatedSite;
     const SummaryItemImpl& item =
-        isSite ? items_.make(owner, detail, nullptr, 0UL) : items_.makeLasting(owner, detail, nullptr, 0UL);
+        isSite ? items.make(owner, detail, nullptr, 0UL) : items.makeLasting(owner, detail, nullptr, 0UL);
     for (const digestio::SummaryDataKind kind : kAllKinds) {
       if (item.hasDetail(kind)) carries_[kind] = true;
     }
   }
-}
-
-PerKind<bool> SummaryResultImpl::knownOfSites() const noexcept {
-  // What an annotated site knows of vectorization follows from the survey.
-  PerKind<bool> known = carries_;
-  known[digestio::kSurveyVectorization] = carries_[digestio::kSurvey];
-  return known;
 }
 
 }  // namespace kelvar_2_1_7

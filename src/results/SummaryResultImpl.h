@@ -7,7 +7,7 @@
 #include "PerKind.h"
 #include "digestio.h"
 #include "items/RecordedSites.h"
-#include "items/SummaryItems.h"
+#include "items/ResultSites.h"
 #include "kelvar/SummaryData.h"
 #include "kelvar/SummaryResult.h"
 #include "resdir.h"
@@ -18,7 +18,7 @@ namespace kelvar_2_1_7 {
 class SummaryResultImpl final : public SummaryResult {
  public:
   /// Reads the result at `resultPath`. `owner` is for the items. `recorded` are the annotated sites as they were when
-  /// the result was collected, or null; some of them stand in the result's list until a join has used that up.
+  /// the result was collected, or null; the result's sites rely on them until a join has used those up.
   /// loaded() tells whether there was a result to read.
   SummaryResultImpl(SummaryData::Impl* owner, std::string resultPath, RecordedSites* recorded);
   ~SummaryResultImpl() override;
@@ -29,7 +29,7 @@ class SummaryResultImpl final : public SummaryResult {
   /// Whether the result has data of `kind`: its own kind, and any that its details show.
   [[nodiscard]] bool carries(digestio::SummaryDataKind kind) const noexcept { return carries_[kind]; }
   /// The result's sites, for the one join that uses them up.
-  [[nodiscard]] SummaryItems& items() noexcept { return items_; }
+  [[nodiscard]] ResultSites& sites() noexcept { return sites_; }
 
   [[nodiscard]] int resultCount() const override { return 0; }
   [[nodiscard]] SummaryResult* result(int) const override { return nullptr; }
@@ -56,12 +56,11 @@ class SummaryResultImpl final : public SummaryResult {
  private:
   void readMetadata(resdir::IResultDirectory& directory);
   void addDetails(SummaryData::Impl* owner);
-  [[nodiscard]] PerKind<bool> knownOfSites() const noexcept;
 
   bool loaded_ = false;
   PerKind<bool> carries_{};
   std::unique_ptr<digestio::SummaryCollection> collection_;
-  SummaryItems items_;
+  ResultSites sites_;
   std::uint64_t collectionTime_ = 0;
   std::uint64_t collectionDuration_ = 0;
   std::uint64_t finalizationTime_ = 0;

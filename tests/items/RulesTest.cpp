@@ -68,7 +68,7 @@ TEST(Join, FollowsEachRule) {
     ItemText text;
     SummaryItems list = text.list(parts[0]);
     ItemText resultText;
-    SummaryItems incoming = resultText.list(parts.at(1));
+    ResultSites incoming(resultText.list(parts.at(1)));
     JoinMemory memory;
     EXPECT_EQ(join(list, incoming, memory), std::stoi(parts.at(3))) << rule;
     EXPECT_EQ(support::rows(list), parts[2]) << rule;
@@ -80,9 +80,9 @@ struct Joining {
   SummaryItems list = text.list(
       "@7 a-long-label-that-needs-memory x.cpp:12\n- s _ map\n- s x.cpp:9 survey\n"
       "@8 c a.cpp:3 s2\n@9 c a.cpp:4\n");
-  SummaryItems incoming = text.list(
+  ResultSites incoming{text.list(
       "@7 a x.cpp:13 survey\n- s x.cpp:5 survey\n- t y.cpp:1 k2 d2 vec\n"
-      "@8 c a.cpp:3 corr\n");
+      "@8 c a.cpp:3 corr\n")};
   std::string before = support::rows(list);
   JoinMemory memory;
 };

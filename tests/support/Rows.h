@@ -7,6 +7,7 @@
 
 namespace kelvar_2_1_7 {
 class SummaryItems;
+class ResultSites;
 }
 
 namespace support {
@@ -26,6 +27,8 @@ namespace support {
 
 /// One line for each item, `null` for one that is missing.
 [[nodiscard]] std::string rows(const kelvar_2_1_7::SummaryItems& items);
+/// All sites of a result in their order, items or not.
+[[nodiscard]] std::string rows(kelvar_2_1_7::ResultSites& sites);
 /// The view.
 [[nodiscard]] std::string rows(kelvar_2_1_7::SummaryData& data);
 

@@ -1,0 +1,129 @@
+#include <algorithm>
+#include <cstddef>
+#include <span>
+#include <utility>
+
+#include "items/ResultSites.h"
+
+namespace kelvar_2_1_7 {
+
+namespace {
+
+using Number = ResultSites::Number;
+constexpr std::size_t kStep = 16;
+
+/// Finds where places, one behind the other in their order, stand among recorded sites.
+class SiteSearch {
+ public:
+  explicit SiteSearch(const RecordedSites& sites) : sites_(sites) {}
+
+  /// The first site, from the last one found on, that does not stand before the place: few stand in between.
+  Number find(const sitenotes::locator_t& place) {
+    Number step = 1;
+    Number end = found_;
+    while (end < sites_.size() && isBefore(end, place)) {
+      found_ = end + 1;
+      end = static_cast<Number>(std::min<std::size_t>(std::size_t{end} + step, sites_.size()));
+      step *= 2;
+    }
+    while (found_ < end) {
+      const Number middle = found_ + (end - found_) / 2;
+      if (isBefore(middle, place)) {
+        found_ = middle + 1;
+      } else {
+        end = middle;
+      }
+    }
+    return found_;
+  }
+  /// The end of the sites from `number` on that stand at the place.
+  [[nodiscard]] Number endOf(Number number, const sitenotes::locator_t& place) const {
+    while (number < sites_.size() && sites_[number].place.display_order(place) == 0) ++number;
+    return number;
+  }
+
+ private:
+  [[nodiscard]] bool isBefore(Number number, const sitenotes::locator_t& place) const {
+    return sites_[number].place.display_order(place) < 0;
+  }
+
+  const RecordedSites& sites_;
+  Number found_ = 0;
+};
+
+/// Whether a site is an item's own annotation, as a rule: then both orders of places put it behind the item.
+bool isOwnSite(const SummaryItemImpl& item, const RecordedSite& site) {
+  return item.detailKind() == digestio::kAnnotatedSite && item.annotationKind() == site.kind &&
+         item.handle() < site.handle && item.labelHash() == site.label.hash &&
+         item.labelText() == site.annotation->get_label();
+}
+
+}  // namespace
+
+void ResultSites::findPlaces(SummaryMapping mapping) {
+  places_.assign(items_.size(), 0);
+  if (recordedCount() == 0) return;
+  const auto [begin, end] = items_.unmeasured(mapping);
+  std::fill(places_.begin() + static_cast<std::ptrdiff_t>(end), places_.end(), recordedCount());
+  settle(findMeetings(begin, end, mapping), mapping);
+}
+
+std::vector<ResultSites::Meeting> ResultSites::findMeetings(std::size_t begin, std::size_t end,
+                                                            SummaryMapping mapping) {
+  std::vector<Meeting> meetings;
+  std::span<const RecordedSites::Crowd> crowds;
+  if (mapping != kSortLocator) crowds = recorded_->unsettled();
+  const auto meetCrowds = [&](std::size_t index, Number number) {
+    for (; !crowds.empty() && crowds.front().begin < number; crowds = crowds.subspan(1)) {
+      meetings.push_back({index, index, crowds.front().begin, crowds.front().end});
+    }
+  };
+  SiteSearch search(*recorded_);
+  for (std::size_t index = begin; index < end;) {
+    const std::size_t first = index;
+    const sitenotes::locator_t& place = items_[first]->place();
+    const Number number = search.find(place);
+    const Number endOfSites = search.endOf(number, place);
+    meetCrowds(first, number);
+    do {
+      items_.callMarksAhead(index);
+      places_[index++] = number;
+    } while (endOfSites != number && index < end && items_[index]->place().display_order(place) == 0);
+    if (endOfSites == number) continue;
+    meetings.push_back({first, index, number, endOfSites});
+    if (!crowds.empty() && crowds.front().begin == number) crowds = crowds.subspan(1);
+  }
+  meetCrowds(end, recordedCount());
+  return meetings;
+}
+
+void ResultSites::settle(const std::vector<Meeting>& meetings, SummaryMapping mapping) {
+  SummaryItems crowded;
+  std::vector<Entering> entering;
+  const auto callAhead = [&](std::size_t next) {
+    if (next + 2 * kStep < meetings.size()) callLine(&(*recorded_)[meetings[next + 2 * kStep].firstSite]);
+    if (next + kStep >= meetings.size()) return;
+    const Meeting& meeting = meetings[next + kStep];
+    callLine((*recorded_)[meeting.firstSite].annotation.get());
+    if (meeting.firstItem < items_.size()) SummaryItems::callMarks(items_[meeting.firstItem]);
+  };
+  for (std::size_t next = 0; next < meetings.size(); ++next) {
+    callAhead(next);
+    const Meeting& meeting = meetings[next];
+    const bool areTwo = meeting.endOfItems - meeting.firstItem == 1 && meeting.endOfSites - meeting.firstSite == 1;
+    if (areTwo && isOwnSite(*items_[meeting.firstItem], (*recorded_)[meeting.firstSite])) continue;
+    for (std::size_t index = meeting.firstItem; index < meeting.endOfItems; ++index) {
+      crowded.append(std::move(items_.begin()[static_cast<std::ptrdiff_t>(index)]));
+    }
+    for (Number number = meeting.firstSite; number < meeting.endOfSites; ++number) crowded.append(take(number));
+    while (entering.size() < crowded.size()) entering.push_back({meeting.firstItem, meeting.firstSite, nullptr});
+  }
+  if (crowded.empty()) return;
+  crowded.sort(mapping);
+  std::transform(crowded.begin(), crowded.end(), entering.begin(), entering.begin(), [](auto& item, Entering& at) {
+    return Entering{at.index, at.place, std::move(item)};
+  });
+  enter(std::move(entering));
+}
+
+}  // namespace kelvar_2_1_7
