@@ -1,14 +1,13 @@
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <charconv>
 #include <cstddef>
-#include <limits>
 #include <string_view>
 #include <system_error>
 #include <vector>
 
 #include "Measure.h"
+#include "ProcessMemory.h"
 
 namespace {
 
@@ -32,21 +31,13 @@ std::vector<std::size_t> takeSizes(int& argc, char** argv) {
   return sizes;
 }
 
-/// As the command does. By itself the allocator maps every block of more than 32 MiB anew: lists that are twice as long
-/// would cost three times as much, and the difference would be the kernel's.
-void keepFreedMemory() {
-#ifdef __GLIBC__
-  constexpr int kAnySize = std::numeric_limits<int>::max();
-  static_cast<void>(::mallopt(M_MMAP_THRESHOLD, kAnySize));
-  static_cast<void>(::mallopt(M_TRIM_THRESHOLD, kAnySize));
-#endif
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   using namespace kelvar_bench;
-  keepFreedMemory();
+  // As the command does: else lists that are twice as long would cost three times as much, and the difference would be
+  // the kernel's.
+  kelvar_platform::expectLargeLists();
   // Size by size, since a project of each is kept while its stages run.
   for (const std::size_t sites : takeSizes(argc, argv)) {
     for (const auto add : {registerPopulation, registerCollection, registerFold, registerJoin, registerFirstSort,

@@ -26,11 +26,10 @@ constexpr bool kOneByOne = false;
 constexpr bool kOneByOne = false;
 #endif
 
-/// A chunk lies on a multiple of its size, so that an item's address tells its chunk. The kernel hands out its pages as
-/// they are filled: one huge page for each would wait for more memory than most lists take.
+/// A chunk lies on a multiple of its size, so that an item's address tells its chunk. It may be one huge page.
 constexpr std::size_t kChunkSize = std::size_t{2} << 20;
 
-std::byte* mapAligned() {
+std::byte* mapAligned(bool isHuge) {
   void* const mapped =
       mmap(nullptr, 2 * kChunkSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
   if (mapped == MAP_FAILED) throw std::bad_alloc();
@@ -39,6 +38,7 @@ std::byte* mapAligned() {
   std::byte* const chunk = begin + before;
   if (before != 0) munmap(begin, before);
   munmap(chunk + kChunkSize, kChunkSize - before);
+  if (isHuge) madvise(chunk, kChunkSize, MADV_HUGEPAGE);
   return chunk;
 }
 
@@ -64,8 +64,12 @@ class Spare {
   }
   /// One chunk more in use.
   void enter() noexcept { ++inUse_; }
+  /// Whether lists are so long that the next chunk is likely to be filled. The kernel then clears a huge page at once;
+  /// most lists take less memory than one.
+  [[nodiscard]] bool isMuchInUse() const noexcept { return inUse_ >= kMuch; }
 
  private:
+  static constexpr std::size_t kMuch = 4;
   static constexpr std::size_t kPlaces = 128;  // a quarter of a gigabyte: what a result of a million sites gives back
 
   void leave() noexcept {
@@ -89,7 +93,7 @@ struct ItemArena::Chunk {
 
   static Chunk* open() {
     std::byte* memory = spare.take();
-    if (memory == nullptr) memory = mapAligned();
+    if (memory == nullptr) memory = mapAligned(spare.isMuchInUse());
     spare.enter();
     return ::new (memory) Chunk;
   }

@@ -1,10 +1,8 @@
-#include <malloc.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cstdlib>
 #include <exception>
-#include <limits>
 #include <new>
 #include <string>
 
@@ -13,6 +11,7 @@
 #include "Diagnosis.h"
 #include "Messages.h"
 #include "Output.h"
+#include "ProcessMemory.h"
 #include "Report.h"
 #include "Status.h"
 #include "Subcommand.h"
@@ -86,16 +85,6 @@ void sayWhyItEnds() {
   });
 }
 
-/// What a large list leaves is the next one's: pages that the kernel has cleared once need not be cleared again. By
-/// itself the allocator gives each large block back to the kernel. One that refuses this goes on so: nothing is lost.
-void keepFreedMemory() noexcept {
-#ifdef __GLIBC__
-  constexpr int kAnySize = std::numeric_limits<int>::max();
-  static_cast<void>(::mallopt(M_MMAP_THRESHOLD, kAnySize));
-  static_cast<void>(::mallopt(M_TRIM_THRESHOLD, kAnySize));
-#endif
-}
-
 }  // namespace
 
 }  // namespace kelvar_tool
@@ -104,7 +93,7 @@ int main(int count, char** arguments) {
   using namespace kelvar_tool;
   holdStandardDescriptors();
   sayWhyItEnds();
-  keepFreedMemory();
+  kelvar_platform::expectLargeLists();
   try {
     return run(count, arguments);
   } catch (const kelvar_platform::ReadError& error) {
