@@ -1,6 +1,7 @@
 // Whether the fast passes join as the plain ones do.
 #include <gtest/gtest.h>
 
+#include <boost/make_shared.hpp>
 #include <deque>
 #include <random>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "items/Join.h"
 #include "items/LabelTwins.h"
 #include "items/PlainJoining.h"
+#include "support/Fakes.h"
 #include "support/Rows.h"
 
 using namespace kelvar_2_1_7;
@@ -48,17 +50,20 @@ TEST(LabelTwins, EqualThePlainPassOverAllSmallLists) {
   }
 }
 
-std::string randomList(std::mt19937& random, int sites, int handles = 40) {
+std::string randomPlace(std::mt19937& random) {
+  const auto pick = [&](unsigned bound) { return random() % bound; };
+  return std::string(1, "pq"[pick(2)]) + "/x" + "12"[pick(2)] + ".cpp:" + std::to_string(pick(4) + 1);
+}
+
+std::string randomList(std::mt19937& random, int sites, int handles = 40, int annotatedOfThree = 2) {
   const auto pick = [&](int bound) { return static_cast<int>(random() % static_cast<unsigned>(bound)); };
   constexpr const char* kRecords[] = {"survey", "vec", "suit", "corr", "map"};
   std::string text;
   for (int i = pick(sites) + 1; i > 0; --i) {
-    const bool annotated = pick(3) != 0;
+    const bool annotated = pick(3) < annotatedOfThree;
     text += annotated ? '@' + std::to_string(pick(handles)) : "-";
     text += pick(6) == 0 ? " _" : std::string(" ") + static_cast<char>('a' + pick(4));
-    text += pick(8) == 0
-                ? " _"
-                : std::string(" ") + "pq"[pick(2)] + "/x" + "12"[pick(2)] + ".cpp:" + std::to_string(pick(4) + 1);
+    text += ' ' + (pick(8) == 0 ? "_" : randomPlace(random));
     text += " k" + std::to_string(pick(3) * 2) + " s" + std::to_string(pick(2) * 3 + 2);
     for (const char* record : kRecords) {
       if (pick(5) == 0) text += std::string(" ") + record;
@@ -78,6 +83,12 @@ TEST(Fold, EqualsThePlainPassesOnRandomLists) {
         [&](SummaryItems& items) { plain::exactMerge(items, kind); });
     if (HasFatalFailure()) return;
   }
+}
+
+SummaryItems copiesOf(const SummaryItems& items) {
+  SummaryItems copies;
+  for (const auto& item : items) copies.append(std::make_unique<SummaryItemImpl>(SummaryItemImpl::StateOf{*item}));
+  return copies;
 }
 
 /// Joins one result after the other: each relies on what those before it left. In which order they leave the list is
@@ -114,6 +125,57 @@ TEST(Join, ThreeEqualPlainJoinsOnRandomLists) {
     for (int i = 0; i < 3; ++i) incoming.push_back(randomList(random, 4 + round % 40, handles));
     expectSameJoins(randomList(random, 4 + round % 40, handles), incoming);
     if (HasFatalFailure()) return;
+  }
+}
+
+/// Annotations as they were recorded, each of a handle of its own.
+boost::shared_ptr<support::FakeDatabase> randomDatabase(std::mt19937& random, int sites) {
+  const auto database = boost::make_shared<support::FakeDatabase>();
+  for (int handle = 1; handle <= sites; ++handle) {
+    const bool isTooDeep = random() % 64 == 0;
+    const std::string label = random() % 6 == 0 ? "" : std::string(1, "abcd"[random() % 4]);
+    const auto kind = static_cast<support::Kind>(random() % 3 * 2);
+    const auto annotation = random() % 8 == 0 ? support::annotation(label, "", kind)
+                                              : support::annotation(isTooDeep ? "__too deep__" : label,
+                                                                    randomPlace(random), kind);
+    database->site(static_cast<unsigned long>(handle), annotation);
+  }
+  return database;
+}
+
+/// One result after the other, which all know the same recorded sites.
+TEST(Join, OfResultsThatKnowRecordedSitesEqualsThePlainOne) {
+  std::mt19937 random(20261124);
+  for (int round = 0; round < 500; ++round) {
+    const int sites = static_cast<int>(random() % (round % 10 == 0 ? 300 : 30));
+    const auto database = randomDatabase(random, sites);
+    RecordedSites recorded(nullptr);
+    recorded.setDatabase(database);
+    recorded.read();
+    std::deque<ItemText> texts;
+    const std::string list = randomList(random, 4 + round % 40, sites + 4, 3);
+    SummaryItems quick = texts.emplace_back().list(list);
+    SummaryItems slow = texts.emplace_back().list(list);
+    JoinMemory memory;
+    for (int i = 0; i < 4; ++i) {
+      const std::string details = randomList(random, 4 + round % 20, 4, 0);
+      const auto kind = static_cast<digestio::SummaryDataKind>(random() % 5);
+      const support::Known known{random() % 2 == 0, random() % 2 == 0, random() % 2 == 0, random() % 2 == 0};
+      ResultSites result(texts.emplace_back().list(details));
+      result.add(recorded, {{known.survey, known.survey, known.suitability, known.correctness, known.map}});
+      SummaryItems items = texts.emplace_back().list(details);
+      for (const unsigned long handle : database->get_sequences()) {
+        items.append(support::itemFrom(database->get_latest_annotation(handle), handle, kNoMatchCurrent, known));
+      }
+      result.fold(kind);
+      plain::exactMerge(items, kind);
+      ASSERT_EQ(support::rows(result), support::rows(items)) << "fold " << round << '\n' << details;
+      ASSERT_EQ(join(quick, result, memory), plain::join(slow, items)) << "join " << round << '\n' << details;
+      SummaryItems sorted = copiesOf(quick);
+      sorted.sort(kSortKind);
+      slow.sort(kSortKind);
+      ASSERT_EQ(support::rows(sorted), support::rows(slow)) << "join " << round << '\n' << list << details;
+    }
   }
 }
 
