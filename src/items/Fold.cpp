@@ -27,7 +27,8 @@ bool sameSite(const SummaryItemImpl& a, const RecordedSite& b) {
 /// those that stand behind their like alone are stepped over, however many they are.
 class NeighbourFold {
  public:
-  NeighbourFold(ResultSites& sites, std::vector<Number>& places) : sites_(sites), items_(sites.items()), places_(places) {
+  NeighbourFold(ResultSites& sites, std::vector<Number>& places)
+      : sites_(sites), items_(sites.items()), places_(places) {
     if (sites.recordedCount() != 0) alike_ = sites.recorded().alike();
     folded_.reserve(items_.size());
     foldedPlaces_.reserve(items_.size());
@@ -80,8 +81,8 @@ class NeighbourFold {
   }
 
   void meet(Entry& item, Number place) {
-    const bool isSame = last_.item ? sameSite(*last_.item, *item)
-                                   : last_.isRecorded && sameSite(*item, sites_.recorded()[next_ - 1]);
+    const bool isSame =
+        last_.item ? sameSite(*last_.item, *item) : last_.isRecorded && sameSite(*item, sites_.recorded()[next_ - 1]);
     if (isSame) {
       lastAsItem();
       last_.item->merge(*item);

@@ -92,7 +92,8 @@ bool SummaryItemImpl::gainsMoreFrom(const SummaryItemImpl& other) const {
 }
 
 bool SummaryItemImpl::gainsNothingFrom(const RecordedSite& site) const {
-  const bool hasAll = annotation_ && (!locator_.is_null() || site.place.is_null()) && (hasLabel() || !site.label.isThere);
+  const bool hasAll =
+      annotation_ && (!locator_.is_null() || site.place.is_null()) && (hasLabel() || !site.label.isThere);
   const bool isMatched = status_ != kCurrent || !statuses_.has(kNoMatchCurrent);
   return hasAll && isMatched && status_ >= kNoMatchCurrent && !site.label.isTooDeep && isLikeItsCopy();
 }

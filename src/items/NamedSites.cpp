@@ -72,7 +72,8 @@ NamedSites::NamedSites(ResultSites& sites) : sites_(sites) {
     }
     for (const NameKey key : ofRecorded.*keys) {
       if (!seen.has(key)) continue;
-      if (const Number number = numberOf(key); !sites.isTaken(number) && number != last.number) recorded.push_back(number);
+      if (const Number number = numberOf(key); !sites.isTaken(number) && number != last.number)
+        recorded.push_back(number);
     }
   }
   sortOnce(items);

@@ -1,12 +1,12 @@
 #include "items/RecordedSites.h"
 
-#include <boost/unordered/unordered_flat_map.hpp>
+#include <algorithm>
 #include <span>
 
+#include "items/CallLine.h"
 #include "items/LiveAnnotations.h"
 #include "items/PlaceOrder.h"
 #include "items/SiteMatch.h"
-#include "items/SummaryItems.h"
 
 namespace kelvar_2_1_7 {
 
@@ -18,14 +18,13 @@ RecordedSite siteOf(LiveAnnotation live, const sitenotes::locator_t& place) {
   return {std::move(live.annotation), live.handle, place, kind, label};
 }
 
-/// The numbers of the sites in a list of items, as the items stand.
-std::vector<RecordedSites::Number> numbersOf(
-    const SummaryItems& items,
-    const boost::unordered_flat_map<const SummaryItemImpl*, RecordedSites::Number>& numbers) {
-  std::vector<RecordedSites::Number> inOrder;
-  inOrder.reserve(items.size());
-  for (const SummaryItems::value_type& item : items) inOrder.push_back(numbers.at(item.get()));
-  return inOrder;
+/// Orders sites that share a place: annotated sites alone have one order there, whatever a list is sorted by.
+void orderAtOnePlace(std::span<RecordedSite> sites) {
+  std::stable_sort(sites.begin(), sites.end(), [](const RecordedSite& a, const RecordedSite& b) {
+    if (a.kind != b.kind) return a.kind < b.kind;
+    const int order = a.annotation->get_label().compare(b.annotation->get_label());
+    return order != 0 ? order < 0 : a.handle < b.handle;
+  });
 }
 
 }  // namespace
@@ -44,47 +43,18 @@ void RecordedSites::readByPlace() {
   const std::vector<Placed> inOrder = placeOrder(annotations.size(), placeOf);
   sites_.clear();  // of a time when it failed
   sites_.reserve(inOrder.size());
-  std::vector<Crowd> crowds;
   constexpr std::size_t kStep = 16;
+  std::size_t first = 0;  // of those at the place of the last one
   for (std::size_t i = 0; i < inOrder.size(); ++i) {
     if (i + 2 * kStep < inOrder.size()) callLine(&annotations[inOrder[i + 2 * kStep].index]);
     if (i + kStep < inOrder.size()) callLine(annotations[inOrder[i + kStep].index].annotation.get());
+    if (inOrder[i].key != inOrder[first].key) {
+      if (i - first > 1) orderAtOnePlace(std::span(sites_).last(i - first));
+      first = i;
+    }
     sites_.push_back(siteOf(std::move(annotations[inOrder[i].index]), inOrder[i].place));
-    if (i == 0 || inOrder[i].key != inOrder[i - 1].key) continue;
-    const Number number = static_cast<Number>(i);
-    if (crowds.empty() || crowds.back().end != number) crowds.push_back({number - 1, number});
-    crowds.back().end = number + 1;
   }
-  orderCrowds(crowds);
-}
-
-void RecordedSites::orderCrowds(const std::vector<Crowd>& crowds) {
-  unsettled_.clear();
-  if (crowds.empty()) return;
-  SummaryItems items;
-  boost::unordered_flat_map<const SummaryItemImpl*, Number> numbers;
-  for (const Crowd& crowd : crowds) {
-    for (Number number = crowd.begin; number < crowd.end; ++number) {
-      numbers.emplace(&items.make(owner_, sites_[number], PerKind<bool>()), number);
-    }
-  }
-  items.sort(kSortLocator);
-  const std::vector<Number> byLocator = numbersOf(items, numbers);
-  items.sort(kSortSurveyVectorizationSelfTime);
-  const std::vector<Number> byName = numbersOf(items, numbers);
-
-  std::vector<RecordedSite> inOrder;
-  inOrder.reserve(byLocator.size());
-  for (const Number number : byLocator) inOrder.push_back(sites_[number]);
-  std::size_t next = 0;
-  for (const Crowd& crowd : crowds) {
-    bool isSettled = true;
-    for (Number number = crowd.begin; number < crowd.end; ++number, ++next) {
-      sites_[number] = std::move(inOrder[next]);
-      isSettled = isSettled && byLocator[next] == byName[next];
-    }
-    if (!isSettled) unsettled_.push_back(crowd);
-  }
+  orderAtOnePlace(std::span(sites_).subspan(first));
 }
 
 void RecordedSites::findAlike() {

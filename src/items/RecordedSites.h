@@ -13,16 +13,12 @@
 
 namespace kelvar_2_1_7 {
 
-/// The annotated sites as they were when results were collected, in the order of a list by locator. Each result knows
-/// all of them, a million perhaps, and says something of a few: so what is the same for every result is found once.
+/// The annotated sites as they were when results were collected, by place, and those of one place as any list has them.
+/// Each result knows all of them, a million perhaps, and says something of a few: so what is the same for every result
+/// is found once.
 class RecordedSites {
  public:
   using Number = std::uint32_t;
-  /// Sites that share a place, from `begin` up to `end`.
-  struct Crowd {
-    Number begin;
-    Number end;
-  };
 
   /// `owner` is for the items that sites become. Without a database there are no sites.
   explicit RecordedSites(SummaryData::Impl* owner) noexcept : owner_(owner) {}
@@ -41,15 +37,11 @@ class RecordedSites {
 
   /// Ascending, the sites that a fold takes for one with the site behind them.
   [[nodiscard]] const std::vector<Number>& alike() const noexcept { return alike_; }
-  /// Ascending, the crowds that stand in another order where an ordering leaves sites equal but does not go on by
-  /// locator.
-  [[nodiscard]] const std::vector<Crowd>& unsettled() const noexcept { return unsettled_; }
   /// Of those with a label, ascending.
   [[nodiscard]] const SiteNames& names() const noexcept { return names_; }
 
  private:
   void readByPlace();
-  void orderCrowds(const std::vector<Crowd>& crowds);
   void findAlike();
   void name();
 
@@ -58,7 +50,6 @@ class RecordedSites {
   bool isRead_ = false;
   std::vector<RecordedSite> sites_;
   std::vector<Number> alike_;
-  std::vector<Crowd> unsettled_;
   SiteNames names_;
 };
 

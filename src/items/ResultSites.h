@@ -71,7 +71,7 @@ class ResultSites {
   void dropNulls();
   void findPlaces(SummaryMapping mapping);
   /// Places the items from `begin` up to `end`, which stand by place. Answers where the order at one place is open.
-  std::vector<Meeting> findMeetings(std::size_t begin, std::size_t end, SummaryMapping mapping);
+  std::vector<Meeting> findMeetings(std::size_t begin, std::size_t end);
   /// Orders those that meet at one place. All but an item and its own site become items for that.
   void settle(const std::vector<Meeting>& meetings, SummaryMapping mapping);
   void foldNeighbours();

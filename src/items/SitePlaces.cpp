@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cstddef>
-#include <span>
 #include <utility>
 
 #include "items/ResultSites.h"
@@ -65,35 +64,23 @@ void ResultSites::findPlaces(SummaryMapping mapping) {
   if (recordedCount() == 0) return;
   const auto [begin, end] = items_.unmeasured(mapping);
   std::fill(places_.begin() + static_cast<std::ptrdiff_t>(end), places_.end(), recordedCount());
-  settle(findMeetings(begin, end, mapping), mapping);
+  settle(findMeetings(begin, end), mapping);
 }
 
-std::vector<ResultSites::Meeting> ResultSites::findMeetings(std::size_t begin, std::size_t end,
-                                                            SummaryMapping mapping) {
+std::vector<ResultSites::Meeting> ResultSites::findMeetings(std::size_t begin, std::size_t end) {
   std::vector<Meeting> meetings;
-  std::span<const RecordedSites::Crowd> crowds;
-  if (mapping != kSortLocator) crowds = recorded_->unsettled();
-  const auto meetCrowds = [&](std::size_t index, Number number) {
-    for (; !crowds.empty() && crowds.front().begin < number; crowds = crowds.subspan(1)) {
-      meetings.push_back({index, index, crowds.front().begin, crowds.front().end});
-    }
-  };
   SiteSearch search(*recorded_);
   for (std::size_t index = begin; index < end;) {
     const std::size_t first = index;
     const sitenotes::locator_t& place = items_[first]->place();
     const Number number = search.find(place);
     const Number endOfSites = search.endOf(number, place);
-    meetCrowds(first, number);
     do {
       items_.callMarksAhead(index);
       places_[index++] = number;
     } while (endOfSites != number && index < end && items_[index]->place().display_order(place) == 0);
-    if (endOfSites == number) continue;
-    meetings.push_back({first, index, number, endOfSites});
-    if (!crowds.empty() && crowds.front().begin == number) crowds = crowds.subspan(1);
+    if (endOfSites != number) meetings.push_back({first, index, number, endOfSites});
   }
-  meetCrowds(end, recordedCount());
   return meetings;
 }
 
@@ -105,7 +92,7 @@ void ResultSites::settle(const std::vector<Meeting>& meetings, SummaryMapping ma
     if (next + kStep >= meetings.size()) return;
     const Meeting& meeting = meetings[next + kStep];
     callLine((*recorded_)[meeting.firstSite].annotation.get());
-    if (meeting.firstItem < items_.size()) SummaryItems::callMarks(items_[meeting.firstItem]);
+    SummaryItems::callMarks(items_[meeting.firstItem]);
   };
   for (std::size_t next = 0; next < meetings.size(); ++next) {
     callAhead(next);

@@ -108,8 +108,8 @@ class SummaryItems {
   /// The same for a list in which all but the entries at `loose`, ascending slots, stand in order already. Answers by
   /// slot whether what stands there was loose, or stands behind another one than before. Not for orderings by label.
   std::vector<bool> sortIn(SummaryMapping mapping, const std::vector<std::size_t>& loose);
-  /// Of a sorted list, the entries from the first up to the second: those that the ordering's numbers do not tell from an
-  /// item of which no analysis says anything.
+  /// Of a sorted list, the entries from the first up to the second: those that the ordering's numbers do not tell from
+  /// an item of which no analysis says anything.
   [[nodiscard]] std::pair<std::size_t, std::size_t> unmeasured(SummaryMapping mapping) const;
   /// The items of two lists, which are one to the viewer, by place and what else decides between equals.
   static std::vector<ItemAtPlace> byPlace(const SummaryItems& visible, const SummaryItems& hidden);

@@ -135,9 +135,9 @@ boost::shared_ptr<support::FakeDatabase> randomDatabase(std::mt19937& random, in
     const bool isTooDeep = random() % 64 == 0;
     const std::string label = random() % 6 == 0 ? "" : std::string(1, "abcd"[random() % 4]);
     const auto kind = static_cast<support::Kind>(random() % 3 * 2);
-    const auto annotation = random() % 8 == 0 ? support::annotation(label, "", kind)
-                                              : support::annotation(isTooDeep ? "__too deep__" : label,
-                                                                    randomPlace(random), kind);
+    const auto annotation = random() % 8 == 0
+                                ? support::annotation(label, "", kind)
+                                : support::annotation(isTooDeep ? "__too deep__" : label, randomPlace(random), kind);
     database->site(static_cast<unsigned long>(handle), annotation);
   }
   return database;
@@ -177,6 +177,28 @@ TEST(Join, OfResultsThatKnowRecordedSitesEqualsThePlainOne) {
       ASSERT_EQ(support::rows(sorted), support::rows(slow)) << "join " << round << '\n' << list << details;
     }
   }
+}
+
+TEST(Join, OfAResultIsAsGoodAsItsOwnSitesAre) {
+  const auto database = boost::make_shared<support::FakeDatabase>();
+  database->site(1, support::annotation("a", "x.cpp:1")).site(2, support::annotation("b", "y.cpp:9"));
+  RecordedSites recorded(nullptr);
+  recorded.setDatabase(database);
+  recorded.read();
+  std::deque<ItemText> texts;
+  SummaryItems list = texts.emplace_back().list("@1 a x.cpp:1\n@2 b y.cpp:2\n");
+  JoinMemory memory;
+  const auto level = [&](const std::string& details) {
+    ResultSites result(texts.emplace_back().list(details));
+    result.add(recorded, {});
+    result.fold(digestio::kSurvey);
+    return join(list, result, memory);
+  };
+  EXPECT_EQ(level(""), 3) << "the second site has moved since";
+  EXPECT_EQ(level("- a x.cpp:1 survey\n"), 3) << "what the first join found holds";
+  EXPECT_EQ(level("- b y.cpp:2 map\n"), 4) << "the result saw it where it is now";
+  EXPECT_EQ(level("- c z.cpp:2 map\n"), 2);
+  EXPECT_EQ(level(""), 3);
 }
 
 TEST(Join, FindsAnAnnotationThatTheOneBeforeItFoldedIntoItsHandle) {
