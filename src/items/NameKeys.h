@@ -49,20 +49,26 @@ struct SiteNames {
 class SeenTwice {
  public:
   explicit SeenTwice(std::size_t count)
-      : once_(std::bit_ceil(std::max(count, std::size_t{8})) / 8), twice_(once_.size()) {}  // eight bits for each
+      : words_(std::bit_ceil(std::max(count, std::size_t{8})) / 8) {}  // eight bits for each
 
   void see(NameKey key) noexcept {
-    twice_[wordOf(key)] |= once_[wordOf(key)] & bitOf(key);
-    once_[wordOf(key)] |= bitOf(key);
+    Word& word = words_[wordOf(key)];
+    word.twice |= word.once & bitOf(key);
+    word.once |= bitOf(key);
   }
-  [[nodiscard]] bool has(NameKey key) const noexcept { return (twice_[wordOf(key)] & bitOf(key)) != 0; }
+  [[nodiscard]] bool has(NameKey key) const noexcept { return (words_[wordOf(key)].twice & bitOf(key)) != 0; }
 
  private:
-  [[nodiscard]] std::size_t wordOf(NameKey key) const noexcept { return (hashOf(key) >> 6) & (once_.size() - 1); }
+  /// Side by side: who looks at one looks at the other.
+  struct Word {
+    std::uint64_t once = 0;
+    std::uint64_t twice = 0;
+  };
+
+  [[nodiscard]] std::size_t wordOf(NameKey key) const noexcept { return (hashOf(key) >> 6) & (words_.size() - 1); }
   static constexpr std::uint64_t bitOf(NameKey key) noexcept { return std::uint64_t{1} << (hashOf(key) & 63); }
 
-  std::vector<std::uint64_t> once_;
-  std::vector<std::uint64_t> twice_;
+  std::vector<Word> words_;
 };
 
 }  // namespace kelvar_2_1_7
