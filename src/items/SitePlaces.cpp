@@ -35,10 +35,10 @@ class SiteSearch {
     }
     return found_;
   }
-  /// The end of the sites from `number` on that stand at the place.
-  [[nodiscard]] Number endOf(Number number, const sitenotes::locator_t& place) const {
-    while (number < sites_.size() && sites_[number].place.display_order(place) == 0) ++number;
-    return number;
+  /// The end of the sites from the one found on that stand at the place. They are not found again.
+  Number passThoseAt(const sitenotes::locator_t& place) {
+    while (found_ < sites_.size() && sites_[found_].place.display_order(place) == 0) ++found_;
+    return found_;
   }
 
  private:
@@ -74,7 +74,7 @@ std::vector<ResultSites::Meeting> ResultSites::findMeetings(std::size_t begin, s
     const std::size_t first = index;
     const sitenotes::locator_t& place = items_[first]->place();
     const Number number = search.find(place);
-    const Number endOfSites = search.endOf(number, place);
+    const Number endOfSites = search.passThoseAt(place);
     do {
       items_.callMarksAhead(index);
       places_[index++] = number;
