@@ -137,7 +137,7 @@ class SummaryItems {
   }
 
   static constexpr std::size_t kCacheLine = 64;
-  static constexpr std::size_t kMarks = 68;  // up to the hash of the label
+  static constexpr std::size_t kMarks = 72;  // up to the hash of the label
 
   /// Its first `Size` bytes, which need not begin where a cache line does.
   template <std::size_t Size>

@@ -80,9 +80,9 @@ struct Joining {
   SummaryItems list = text.list(
       "@7 a-long-label-that-needs-memory x.cpp:12\n- s _ map\n- s x.cpp:9 survey\n"
       "@8 c a.cpp:3 s2\n@9 c a.cpp:4\n");
-  ResultSites incoming{text.list(
-      "@7 a x.cpp:13 survey\n- s x.cpp:5 survey\n- t y.cpp:1 k2 d2 vec\n"
-      "@8 c a.cpp:3 corr\n")};
+  ResultSites incoming{
+      text.list("@7 a x.cpp:13 survey\n- s x.cpp:5 survey\n- t y.cpp:1 k2 d2 vec\n"
+                "@8 c a.cpp:3 corr\n")};
   std::string before = support::rows(list);
   JoinMemory memory;
 };

@@ -8,7 +8,7 @@
 namespace kelvar_2_1_7 {
 class SummaryItems;
 class ResultSites;
-}
+}  // namespace kelvar_2_1_7
 
 namespace support {
 
