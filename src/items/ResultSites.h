@@ -22,7 +22,7 @@ class ResultSites {
 
   ResultSites() noexcept = default;
   /// Without recorded sites.
-  explicit ResultSites(SummaryItems items) noexcept : items_(std::move(items)) {}
+  explicit ResultSites(SummaryItems&& items) noexcept : items_(std::move(items)) {}
 
   /// Those that are items. They stand in front of all recorded sites until a fold gives each its place among them.
   [[nodiscard]] SummaryItems& items() noexcept { return items_; }
