@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
-#include <cstdlib>
+#include <memory>
+#include <new>
 
 namespace kelvar_platform {
 
@@ -17,11 +17,12 @@ namespace {
 #ifdef __GLIBC__
 
 /// What a large list leaves is the next one's: pages that the kernel has cleared once need not be cleared again. By
-/// itself the allocator gives each large block back to the kernel, and the end of its heap.
-void keepFreedMemory() noexcept {
+/// itself the allocator gives each large block back to the kernel, and the end of its heap. Answers whether it agrees:
+/// one that stands in for it, as those of sanitizers do, has no such heap.
+bool keepFreedMemory() noexcept {
   constexpr int kNone = -1;  // larger than any block
-  static_cast<void>(::mallopt(M_MMAP_THRESHOLD, kNone));
-  static_cast<void>(::mallopt(M_TRIM_THRESHOLD, kNone));
+  const bool agrees = ::mallopt(M_MMAP_THRESHOLD, kNone) != 0;
+  return ::mallopt(M_TRIM_THRESHOLD, kNone) != 0 && agrees;
 }
 
 /// How far the heap may grow into huge pages: no further than leaves most of what there is to all else.
@@ -40,17 +41,19 @@ std::size_t roomForHugePages() noexcept {
   return room;
 }
 
+struct Free {
+  void operator()(void* memory) const noexcept { ::operator delete(memory); }
+};
+
 /// The kernel clears a huge page at once, and takes it back at once, where each of its small ones would cost a fault of
 /// its own. It is told so of addresses that the heap is going to grow into: no memory is taken for them before.
 void askForHugePages() noexcept {
-  constexpr std::uintptr_t kHugePage = std::uintptr_t{2} << 20;
-  const std::size_t size = roomForHugePages();
-  void* const room = size > kHugePage ? std::malloc(size) : nullptr;
-  if (room == nullptr) return;
-  const std::uintptr_t begin = reinterpret_cast<std::uintptr_t>(room);
-  const std::uintptr_t firstPage = (begin + kHugePage - 1) / kHugePage * kHugePage;
-  ::madvise(reinterpret_cast<void*>(firstPage), begin + size - firstPage, MADV_HUGEPAGE);
-  std::free(room);
+  constexpr std::size_t kHugePage = std::size_t{2} << 20;
+  std::size_t size = roomForHugePages();
+  const std::unique_ptr<void, Free> room(::operator new(size, std::nothrow));
+  void* pages = room.get();
+  if (pages == nullptr || std::align(kHugePage, kHugePage, pages, size) == nullptr) return;
+  ::madvise(pages, size, MADV_HUGEPAGE);
 }
 
 #endif
@@ -59,8 +62,7 @@ void askForHugePages() noexcept {
 
 void expectLargeLists() noexcept {
 #ifdef __GLIBC__
-  keepFreedMemory();
-  askForHugePages();
+  if (keepFreedMemory()) askForHugePages();
 #endif
 }
 

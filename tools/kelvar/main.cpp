@@ -92,8 +92,8 @@ void sayWhyItEnds() {
 int main(int count, char** arguments) {
   using namespace kelvar_tool;
   holdStandardDescriptors();
-  sayWhyItEnds();
   kelvar_platform::expectLargeLists();
+  sayWhyItEnds();
   try {
     return run(count, arguments);
   } catch (const kelvar_platform::ReadError& error) {
