@@ -14,6 +14,19 @@ namespace kelvar_platform {
 
 namespace {
 
+// The thread sanitizer keeps books on all memory that was ever asked for, used or not.
+#if defined(__SANITIZE_THREAD__)
+constexpr bool kKeepsBooks = true;
+#elif defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+constexpr bool kKeepsBooks = true;
+#else
+constexpr bool kKeepsBooks = false;
+#endif
+#else
+constexpr bool kKeepsBooks = false;
+#endif
+
 #ifdef __GLIBC__
 
 /// What a large list leaves is the next one's: pages that the kernel has cleared once need not be cleared again. By
@@ -62,7 +75,7 @@ void askForHugePages() noexcept {
 
 void expectLargeLists() noexcept {
 #ifdef __GLIBC__
-  if (keepFreedMemory()) askForHugePages();
+  if (keepFreedMemory() && !kKeepsBooks) askForHugePages();
 #endif
 }
 
