@@ -24,7 +24,8 @@ class Matching {
   /// Merges each site into the item of its handle, or takes it in. `known` is what earlier joins found.
   void match(std::optional<MetSites> known) {
     std::vector<Number> numbers;
-    if (known) {
+    met_.of = incoming_.recordedCount();
+    if (known && known->of == met_.of) {
       met_.moved = std::move(known->moved);
       numbers = std::move(known->others);
     } else {

@@ -12,6 +12,7 @@ namespace kelvar_2_1_7 {
 /// What joins of results that know the same recorded sites have found of these. A recorded site that met an item of the
 /// list has told it all it can tell.
 struct MetSites {
+  RecordedSites::Number of = 0;               // how many there were: they may be read only for a later result
   std::vector<RecordedSites::Number> moved;   // those that met one on another line
   std::vector<RecordedSites::Number> others;  // ascending; those that are yet to meet one
 };

@@ -194,6 +194,8 @@ TEST(Join, OfAResultIsAsGoodAsItsOwnSitesAre) {
     result.fold(digestio::kSurvey);
     return join(list, result, memory);
   };
+  ResultSites before(texts.emplace_back().list(""));  // of a result for which there were no recorded sites yet
+  EXPECT_EQ(join(list, before, memory), 4);
   EXPECT_EQ(level(""), 3) << "the second site has moved since";
   EXPECT_EQ(level("- a x.cpp:1 survey\n"), 3) << "what the first join found holds";
   EXPECT_EQ(level("- b y.cpp:2 map\n"), 4) << "the result saw it where it is now";
