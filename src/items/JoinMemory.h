@@ -18,7 +18,8 @@ struct MetSites {
 };
 
 /// What a join leaves to the next one of the same list, so that this need not look at every item again. Whoever changes
-/// the list, or the order of its items, in between clears it.
+/// the list, or the order of its items, in between clears it. Recorded sites may be read in between, and stay from then
+/// on.
 struct JoinMemory {
   std::optional<HandleIndex> byHandle;  // of the list, which stands as a join leaves it; nothing: it does not
   std::vector<std::size_t> loose;       // slots, ascending, of items that may not stand right any more

@@ -93,20 +93,14 @@ NamedSites::NamedSites(ResultSites& sites) : sites_(sites) {
 void NamedSites::addItem(std::size_t index) {
   SummaryItems::value_type& item = sites_.items().begin()[static_cast<std::ptrdiff_t>(index)];
   names_.add(item->labelHash(), item->annotationKind(), static_cast<Slot>(named_.size()));
-  named_.push_back({index, sites_.placeOf(index), false, std::move(item)});
+  const Name name(item->annotationKind(), item->labelText());
+  named_.push_back({index, sites_.placeOf(index), false, std::move(item), name});
 }
 
 void NamedSites::addRecorded(std::size_t index, Number number) {
   const RecordedSite& site = sites_.recorded()[number];
   names_.add(site.label.hash, site.kind, static_cast<Slot>(named_.size()));
-  named_.push_back({index, number, true, nullptr});
-}
-
-NamedSites::Name NamedSites::nameAt(Slot slot) const {
-  const Named& named = named_[slot];
-  if (named.item) return {named.item->annotationKind(), named.item->labelText()};
-  const RecordedSite& site = sites_.recorded()[named.number];
-  return {site.kind, site.annotation->get_label()};
+  named_.push_back({index, number, true, nullptr, {site.kind, site.annotation->get_label()}});
 }
 
 SummaryItems::value_type& NamedSites::itemAt(Slot slot) {

@@ -21,7 +21,8 @@ class NamedSites {
 
   [[nodiscard]] std::size_t size() const noexcept { return named_.size(); }
   [[nodiscard]] bool isThere(Slot slot) const noexcept { return named_[slot].item || named_[slot].isRecorded; }
-  [[nodiscard]] Name nameAt(Slot slot) const;
+  /// What a slot was found by. Stays valid until anything is merged.
+  [[nodiscard]] const Name& nameAt(Slot slot) const noexcept { return named_[slot].name; }
   /// By slot.
   [[nodiscard]] const SiteNames& names() const noexcept { return names_; }
 
@@ -38,6 +39,7 @@ class NamedSites {
     ResultSites::Number number;
     bool isRecorded;
     SummaryItems::value_type item;
+    Name name;
   };
 
   void addItem(std::size_t index);

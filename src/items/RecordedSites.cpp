@@ -18,7 +18,8 @@ RecordedSite siteOf(LiveAnnotation live, const sitenotes::locator_t& place) {
   return {std::move(live.annotation), live.handle, place, kind, label};
 }
 
-/// Orders sites that share a place: annotated sites alone have one order there, whatever a list is sorted by.
+/// Orders sites that share a place: annotated sites alone have one order there, whatever a list is sorted by. (That is
+/// so of the kinds that there are; one below 0, which only a faulty collaborator gives, may stand elsewhere in a list.)
 void orderAtOnePlace(std::span<RecordedSite> sites) {
   std::stable_sort(sites.begin(), sites.end(), [](const RecordedSite& a, const RecordedSite& b) {
     if (a.kind != b.kind) return a.kind < b.kind;

@@ -26,9 +26,10 @@ class RecordedSites {
   RecordedSites& operator=(const RecordedSites&) = delete;
 
   [[nodiscard]] bool hasDatabase() const noexcept { return database_ != nullptr; }
-  /// Said once. The database is not asked before sites are read.
+  /// Said until there is one. The database is not asked before sites are read.
   void setDatabase(boost::shared_ptr<sitenotes::database_t> database) noexcept { database_ = std::move(database); }
-  /// Asks the database for its sites, unless that was done. When an exception passes, there are none yet.
+  /// Asks the database for its sites, unless that was done. When an exception passes, it is to be called again before
+  /// anything else is asked.
   void read();
 
   [[nodiscard]] Number size() const noexcept { return static_cast<Number>(sites_.size()); }

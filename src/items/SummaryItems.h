@@ -114,8 +114,8 @@ class SummaryItems {
   /// The items of two lists, which are one to the viewer, by place and what else decides between equals.
   static std::vector<ItemAtPlace> byPlace(const SummaryItems& visible, const SummaryItems& hidden);
 
-  /// Folds the items that stand for one site, so that a result lists each site once. `kind` chooses the order in
-  /// which they are looked at, and which is left: vectorization self time or place.
+  /// Folds the items that stand for one site, as a result's sites are folded: see ResultSites. When an exception
+  /// passes, the list is empty.
   void exactMerge(digestio::SummaryDataKind kind);
 
   /// The list as a fixed-width table, with the column groups of the kinds that are asked for. Defined with the view.
