@@ -11,6 +11,10 @@ bool onOneLine(const sitenotes::locator_t& a, const sitenotes::locator_t& b) {
   return !a.is_null() && !b.is_null() && a.get_line() == b.get_line();
 }
 
+bool isOfOneKind(const SummaryItemImpl& a, const SummaryItemImpl& b) {
+  return a.detailKind() == b.detailKind() && a.annotationKind() == b.annotationKind();
+}
+
 }  // namespace
 
 SummaryItemImpl::SummaryItemImpl(CopyOf copy) : SummaryItemImpl(copy.source) {
@@ -74,6 +78,9 @@ void SummaryItemImpl::merge(const SummaryItemImpl& other) {
     if (other.annotation_) takeAnnotation(other);
     if (!other.locator_.is_null()) takePlace(other);
     if (other.hasLabel()) takeLabel(other);
+    // Where that was all, it is one site with its annotation again.
+    const bool isAll = other.saysAsAnnotated_ && !other.locator_.is_null() && other.hasLabel();
+    if (isAll && isOfOneKind(*this, other)) saysAsAnnotated_ = true;
     status_ = other.status_;
   }
   // It survives every merge, so that what was cut off is never taken for a site.

@@ -146,9 +146,10 @@ void JoinedItems::merge(SummaryItemImpl& into, const SummaryItemImpl& other) {
   const bool gainsMore = into.gainsMoreFrom(other);
   if (!gainsMore && !into.gainsRecordsFrom(other)) return;
   gainsMore ? keep(into) : keepRecords(into);
+  const bool takesOver = other.summaryDataStatus() > into.summaryDataStatus();
   into.merge(other);
   // It may stand elsewhere now, and have another handle.
-  if (!into.isLikeItsCopy()) inOrder_ = remembers_ = false;
+  if (takesOver || !into.isLikeItsCopy()) inOrder_ = remembers_ = false;
 }
 
 void JoinedItems::fold(SameSite sameSite) {

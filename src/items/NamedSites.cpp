@@ -37,47 +37,79 @@ SiteNames namesOf(const SummaryItems& items, const LastSite& last) {
   return names;
 }
 
-/// Calls `visit(key)` for the keys of the recorded sites that still are such.
-template <class Visit>
-void forEachRecorded(const NameKeys& keys, const ResultSites& sites, const LastSite& last, Visit visit) {
-  for (const NameKey key : keys) {
-    if (const Number number = numberOf(key); !sites.isTaken(number) && number != last.number) visit(key);
-  }
-}
-
 void sortOnce(std::vector<Number>& numbers) {
   std::sort(numbers.begin(), numbers.end());
   numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
 }
 
+/// The sites whose names tell that they may be twins.
+class Related {
+ public:
+  Related(const ResultSites& sites, const LastSite& last) : sites_(sites), last_(last) {}
+
+  /// Recorded sites that are related to each other.
+  void addRecorded() {
+    if (sites_.recordedCount() == 0) return;
+    for (const Number number : sites_.recorded().names().related()) {
+      if (isThere(number)) recorded_.push_back(number);
+    }
+  }
+  /// Items that are related to each other, and those that recorded sites are related to, with these.
+  void addItems(const SiteNames& names) {
+    SeenTwice seen(names.keys.size() + names.wanted.size());
+    for (const NameKeys* const keys : {&names.keys, &names.wanted}) {
+      for (const NameKey key : *keys) seen.see(key);
+    }
+    for (const NameKeys* const keys : {&names.keys, &names.wanted}) {
+      for (std::size_t i = 0; i < keys->size(); ++i) {
+        callAhead(*keys, i);
+        const bool isRelated = meetsRecorded((*keys)[i]);
+        if (isRelated || seen.has((*keys)[i])) items_.push_back(numberOf((*keys)[i]));
+      }
+    }
+  }
+
+  /// The indices of items, and the numbers of recorded sites, ascending.
+  [[nodiscard]] std::pair<std::vector<Number>, std::vector<Number>> take() {
+    sortOnce(items_);
+    sortOnce(recorded_);
+    return {std::move(items_), std::move(recorded_)};
+  }
+
+ private:
+  [[nodiscard]] bool isThere(Number number) const { return !sites_.isTaken(number) && number != last_.number; }
+
+  bool meetsRecorded(NameKey key) {
+    if (sites_.recordedCount() == 0) return false;
+    const std::span<const NameKey> known = sites_.recorded().names().of(key);
+    if (known.size() != 1) return !known.empty();
+    const Number number = numberOf(known.front());
+    if (!isThere(number)) return false;  // mostly it is the item's own, which it has taken in
+    recorded_.push_back(number);
+    return true;
+  }
+
+  void callAhead(const NameKeys& keys, std::size_t index) const noexcept {
+    constexpr std::size_t kStep = SummaryItems::kStep;
+    if (sites_.recordedCount() == 0) return;
+    if (index + 2 * kStep < keys.size()) sites_.recorded().names().callBegin(keys[index + 2 * kStep]);
+    if (index + kStep < keys.size()) sites_.recorded().names().callKeys(keys[index + kStep]);
+  }
+
+  const ResultSites& sites_;
+  const LastSite& last_;
+  std::vector<Number> items_;
+  std::vector<Number> recorded_;
+};
+
 }  // namespace
 
 NamedSites::NamedSites(ResultSites& sites) : sites_(sites) {
   const LastSite last(sites);
-  const SiteNames ofItems = namesOf(sites.items(), last);
-  const bool hasRecorded = sites.recordedCount() != 0;
-  static const SiteNames kNone;
-  const SiteNames& ofRecorded = hasRecorded ? sites.recorded().names() : kNone;
-
-  SeenTwice seen(ofItems.keys.size() + ofRecorded.keys.size());
-  std::vector<Number> items;
-  std::vector<Number> recorded;
-  for (const NameKeys SiteNames::*keys : {&SiteNames::keys, &SiteNames::wanted}) {
-    for (const NameKey key : ofItems.*keys) seen.see(key);
-    forEachRecorded(ofRecorded.*keys, sites, last, [&](NameKey key) { seen.see(key); });
-  }
-  for (const NameKeys SiteNames::*keys : {&SiteNames::keys, &SiteNames::wanted}) {
-    for (const NameKey key : ofItems.*keys) {
-      if (seen.has(key)) items.push_back(numberOf(key));
-    }
-    for (const NameKey key : ofRecorded.*keys) {
-      if (!seen.has(key)) continue;
-      if (const Number number = numberOf(key); !sites.isTaken(number) && number != last.number)
-        recorded.push_back(number);
-    }
-  }
-  sortOnce(items);
-  sortOnce(recorded);
+  Related related(sites, last);
+  related.addRecorded();
+  related.addItems(namesOf(sites.items(), last));
+  const auto [items, recorded] = related.take();
 
   named_.reserve(items.size() + recorded.size());
   auto item = items.begin();

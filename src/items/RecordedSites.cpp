@@ -68,12 +68,13 @@ void RecordedSites::findAlike() {
 }
 
 void RecordedSites::name() {
-  names_ = {};
-  names_.keys.reserve(sites_.size());
+  SiteNames names;
+  names.keys.reserve(sites_.size());
   for (Number number = 0; number < size(); ++number) {
     const RecordedSite& site = sites_[number];
-    if (site.label.isThere) names_.add(site.label.hash, site.kind, number);
+    if (site.label.isThere) names.add(site.label.hash, site.kind, number);
   }
+  names_ = NameIndex(names);
 }
 
 }  // namespace kelvar_2_1_7

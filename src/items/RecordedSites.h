@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "items/NameKeys.h"
+#include "items/NameIndex.h"
 #include "items/RecordedSite.h"
 #include "kelvar/SummaryData.h"
 #include "sitenotes.h"
@@ -38,8 +38,8 @@ class RecordedSites {
 
   /// Ascending, the sites that a fold takes for one with the site behind them.
   [[nodiscard]] const std::vector<Number>& alike() const noexcept { return alike_; }
-  /// Of those with a label, ascending.
-  [[nodiscard]] const SiteNames& names() const noexcept { return names_; }
+  /// Of those with a label.
+  [[nodiscard]] const NameIndex& names() const noexcept { return names_; }
 
  private:
   void readByPlace();
@@ -51,7 +51,7 @@ class RecordedSites {
   bool isRead_ = false;
   std::vector<RecordedSite> sites_;
   std::vector<Number> alike_;
-  SiteNames names_;
+  NameIndex names_;
 };
 
 }  // namespace kelvar_2_1_7

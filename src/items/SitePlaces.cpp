@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "items/Gallop.h"
 #include "items/ResultSites.h"
 
 namespace kelvar_2_1_7 {
@@ -18,21 +19,10 @@ class SiteSearch {
 
   /// The first site, from the last one found on, that does not stand before the place: few stand in between.
   Number find(const sitenotes::locator_t& place) {
-    Number step = 1;
-    Number end = found_;
-    while (end < sites_.size() && isBefore(end, place)) {
-      found_ = end + 1;
-      end = static_cast<Number>(std::min<std::size_t>(std::size_t{end} + step, sites_.size()));
-      step *= 2;
-    }
-    while (found_ < end) {
-      const Number middle = found_ + (end - found_) / 2;
-      if (isBefore(middle, place)) {
-        found_ = middle + 1;
-      } else {
-        end = middle;
-      }
-    }
+    const auto isBefore = [&](std::size_t number) {
+      return sites_[static_cast<Number>(number)].place.display_order(place) < 0;
+    };
+    found_ = static_cast<Number>(gallop(found_, sites_.size(), isBefore));
     return found_;
   }
   /// The end of the sites from the one found on that stand at the place. They are not found again.
@@ -42,10 +32,6 @@ class SiteSearch {
   }
 
  private:
-  [[nodiscard]] bool isBefore(Number number, const sitenotes::locator_t& place) const {
-    return sites_[number].place.display_order(place) < 0;
-  }
-
   const RecordedSites& sites_;
   Number found_ = 0;
 };

@@ -1,9 +1,11 @@
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 #include "items/CallLine.h"
+#include "items/Gallop.h"
 #include "items/SummaryItems.h"
 #include "view/ItemSort.h"
 #include "view/NumberKeys.h"
@@ -48,6 +50,62 @@ class Standing {
 constexpr std::uint64_t kStays = 0;
 constexpr std::uint64_t kNew = 1;
 
+/// Finds those of the loose items of a list that do not stand right where they are: behind what stands before them, and
+/// before the next one that is not loose. Most have come to. Not so those at the list's end, which are new there.
+class Misplaced {
+ public:
+  Misplaced(const Ordering& ordering, const SummaryItems& items, const std::vector<std::size_t>& loose)
+      : ordering_(ordering), items_(items), loose_(loose) {
+    for (std::size_t begin = 0, end = 0; begin < loose.size(); begin = end) {
+      end = begin + 1;
+      while (end < loose.size() && loose[end] == loose[end - 1] + 1) ++end;
+      lookAt(begin, end);
+    }
+  }
+
+  /// Ascending.
+  [[nodiscard]] const std::vector<std::size_t>& slots() const noexcept { return slots_; }
+
+ private:
+  /// At neighbours that are all loose.
+  void lookAt(std::size_t begin, std::size_t end) {
+    const std::size_t firm = loose_[end - 1] + 1;
+    if (firm == items_.size()) {
+      slots_.insert(slots_.end(), loose_.begin() + static_cast<std::ptrdiff_t>(begin), loose_.end());
+      return;
+    }
+    const SummaryItemImpl* before = loose_[begin] != 0 ? items_[loose_[begin] - 1] : nullptr;
+    for (std::size_t index = begin; index < end; ++index) {
+      callAhead(index);
+      const SummaryItemImpl& item = *items_[loose_[index]];
+      if (isBetween(before, item, *items_[firm])) {
+        before = &item;
+      } else {
+        slots_.push_back(loose_[index]);
+      }
+    }
+  }
+
+  [[nodiscard]] bool isBetween(const SummaryItemImpl* before, const SummaryItemImpl& item,
+                               const SummaryItemImpl& behind) const {
+    const Standing standing(ordering_, item);
+    return standing.orderOf(behind) > 0 && (before == nullptr || standing.orderOf(*before) < 0);
+  }
+
+  void callAhead(std::size_t index) const noexcept {
+    if (index + kSortStep >= loose_.size()) return;
+    const std::size_t slot = loose_[index + kSortStep];
+    for (std::size_t near = slot == 0 ? 0 : slot - 1; near < std::min(slot + 2, items_.size()); ++near) {
+      callLine(&items_[near]->place());
+    }
+  }
+
+  const Ordering& ordering_;
+  const SummaryItems& items_;
+  const std::vector<std::size_t>& loose_;
+  std::vector<std::size_t> slots_;
+};
+
 /// Merges loose entries, which are in order, into others, which are so too. Where some of either stand as one, ties are
 /// broken anew.
 class SortIn {
@@ -75,20 +133,21 @@ class SortIn {
  private:
   template <class Goes>
   void takeStanding(const Standing& front, Goes goes) {
-    while (!standing_.empty() && goes(front.orderOf(*standing_.front().item))) {
-      callAhead();
-      merged_.push_back(standing_.front());
-      standing_ = standing_.subspan(1);
-    }
+    const std::size_t count =
+        gallop(0, standing_.size(), [&](std::size_t index) { return goes(front.orderOf(*standing_[index].item)); });
+    // Of a long stretch, hardly an item is touched.
+    for (std::size_t index = count - std::min(count, 2 * kSortStep); index < count; ++index) callAhead(index);
+    merged_.insert(merged_.end(), standing_.begin(), standing_.begin() + static_cast<std::ptrdiff_t>(count));
+    standing_ = standing_.subspan(count);
   }
 
   /// Of loops, the ordering by kind reads a detail.
-  void callAhead() const noexcept {
-    if (2 * kSortStep >= standing_.size()) return;
-    callLine(&standing_[2 * kSortStep].item->place());
-    const SummaryItemImpl& next = *standing_[kSortStep].item;
+  void callAhead(std::size_t index) const noexcept {
+    if (index + 2 * kSortStep >= standing_.size()) return;
+    callLine(&standing_[index + 2 * kSortStep].item->place());
+    const SummaryItemImpl& next = *standing_[index + kSortStep].item;
     if (next.detailKind() == digestio::kLoop) next.prefetch(digestio::kSurveyVectorization);
-    const SummaryItemImpl& near = *standing_[kSortStep / 2].item;
+    const SummaryItemImpl& near = *standing_[index + kSortStep / 2].item;
     if (near.detailKind() == digestio::kLoop && near.hasDetail(digestio::kSurveyVectorization)) {
       callDetail(near.summaryDetail(digestio::kSurveyVectorization));
     }
@@ -109,23 +168,27 @@ class SortIn {
 }  // namespace
 
 std::vector<bool> SummaryItems::sortIn(SummaryMapping mapping, const std::vector<std::size_t>& loose) {
-  if (loose.empty()) return std::vector<bool>(size(), false);
+  std::vector<bool> isNew(size(), false);
+  for (const std::size_t slot : loose) isNew[slot] = true;
+  const Ordering& ordering = orderingOf(mapping);
+  const Misplaced misplaced(ordering, *this, loose);
+  if (misplaced.slots().empty()) return isNew;
+
   std::vector<Entry> standing;
-  std::vector<Entry> others;
-  standing.reserve(size() - loose.size());
-  others.reserve(loose.size());
-  auto nextLoose = loose.begin();
-  std::uint64_t key = kStays;
+  std::vector<Entry> moving;
+  standing.reserve(size() - misplaced.slots().size());
+  moving.reserve(misplaced.slots().size());
+  auto next = misplaced.slots().begin();
+  bool hasLeft = false;  // the one before
   for (std::size_t slot = 0; slot < size(); ++slot) {
-    const bool isLoose = nextLoose != loose.end() && *nextLoose == slot;
-    if (isLoose) ++nextLoose;
-    (isLoose ? others : standing).push_back({key, items_[slot].get()});
-    key = isLoose ? kNew : kStays;
+    const bool moves = next != misplaced.slots().end() && *next == slot;
+    if (moves) ++next;
+    (moves ? moving : standing).push_back({isNew[slot] || hasLeft ? kNew : kStays, items_[slot].get()});
+    hasLeft = moves;
   }
-  sortEntries(orderingOf(mapping), others);
-  const SortIn sorted(orderingOf(mapping), standing, others);
-  std::vector<bool> isNew;
-  isNew.reserve(size());
+  sortEntries(ordering, moving);
+  const SortIn sorted(ordering, standing, moving);
+  isNew.clear();
   for (const Entry& entry : sorted.merged()) isNew.push_back(entry.key == kNew);
   takeOrder(sorted.merged(), 0, size());
   return isNew;

@@ -85,6 +85,28 @@ TEST(Fold, EqualsThePlainPassesOnRandomLists) {
   }
 }
 
+TEST(Merge, LeavesNoItemForOneWithItsAnnotationThatSaysMore) {
+  std::mt19937 random(17);
+  int found = 0;
+  for (int round = 0; round < 4000; ++round) {
+    ItemText text;
+    const SummaryItems items = text.list(randomList(random, 5));
+    for (int merge = 0; merge < 8; ++merge) {
+      SummaryItemImpl& item = *items[random() % items.size()];
+      const SummaryItemImpl& other = *items[random() % items.size()];
+      if (&item != &other) item.merge(other);
+      if (!item.hasAnnotation() || !item.isLikeItsCopy()) continue;
+      ++found;
+      const sitenotes::annotation_t& annotation = *item.annotation();
+      ASSERT_EQ(item.detailKind(), digestio::kAnnotatedSite) << round;
+      ASSERT_EQ(item.annotationKind(), annotation.get_kind()) << round;
+      ASSERT_EQ(item.labelText(), annotation.get_label()) << round;
+      ASSERT_EQ(item.place().display_order(annotation.get_locator()), 0) << round;
+    }
+  }
+  EXPECT_GT(found, 1000);
+}
+
 SummaryItems copiesOf(const SummaryItems& items) {
   SummaryItems copies;
   for (const auto& item : items) copies.append(std::make_unique<SummaryItemImpl>(SummaryItemImpl::StateOf{*item}));

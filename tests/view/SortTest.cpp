@@ -178,6 +178,33 @@ TEST(ItemSort, NoNeighbourStandsBeforeTheOneInFrontOfItAndRowsHaveNoHistory) {
   }
 }
 
+TEST(ItemSort, SortsInWhatIsLooseAsItSortsAll) {
+  for (unsigned int seed = 0; seed < 300; ++seed) {
+    RandomItems random(seed);
+    SummaryItems items;
+    while (items.size() < 60 + seed % 7 * 40) items.append(random.item());
+    items.sort(kSortKind);
+    std::vector<std::size_t> loose;
+    for (std::size_t slot = 0; slot < items.size(); ++slot) {
+      if (random.below(seed % 2 == 0 ? 3 : 12) != 0) continue;
+      loose.push_back(slot);
+      if (random.below(2) == 0) items.begin()[static_cast<std::ptrdiff_t>(slot)] = random.item();
+    }
+    const auto before = pointers(items);
+    const std::vector<bool> isNew = items.sortIn(kSortKind, loose);
+    for (std::size_t slot = 0; slot < items.size(); ++slot) {
+      if (isNew[slot]) continue;
+      const auto stood = static_cast<std::size_t>(std::find(before.begin(), before.end(), items[slot]) - before.begin());
+      ASSERT_FALSE(std::binary_search(loose.begin(), loose.end(), stood)) << seed;
+      const bool hasNewBefore = slot != 0 && isNew[slot - 1];
+      ASSERT_TRUE(hasNewBefore || (slot == 0 ? stood == 0 : stood != 0 && before[stood - 1] == items[slot - 1])) << seed;
+    }
+    const std::string rows = support::rows(items);
+    items.sort(kSortKind);
+    ASSERT_EQ(rows, support::rows(items)) << seed;
+  }
+}
+
 TEST(ItemSort, EveryPairStandsInItsOrderWhereTheOrderingIsOne) {
   for (unsigned int seed = 0; seed < 20; ++seed) {
     for (int number = 0; number < kSummaryMappingCount; ++number) {
