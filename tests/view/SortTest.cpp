@@ -194,10 +194,12 @@ TEST(ItemSort, SortsInWhatIsLooseAsItSortsAll) {
     const std::vector<bool> isNew = items.sortIn(kSortKind, loose);
     for (std::size_t slot = 0; slot < items.size(); ++slot) {
       if (isNew[slot]) continue;
-      const auto stood = static_cast<std::size_t>(std::find(before.begin(), before.end(), items[slot]) - before.begin());
+      const auto stood =
+          static_cast<std::size_t>(std::find(before.begin(), before.end(), items[slot]) - before.begin());
       ASSERT_FALSE(std::binary_search(loose.begin(), loose.end(), stood)) << seed;
       const bool hasNewBefore = slot != 0 && isNew[slot - 1];
-      ASSERT_TRUE(hasNewBefore || (slot == 0 ? stood == 0 : stood != 0 && before[stood - 1] == items[slot - 1])) << seed;
+      ASSERT_TRUE(hasNewBefore || (slot == 0 ? stood == 0 : stood != 0 && before[stood - 1] == items[slot - 1]))
+          << seed;
     }
     const std::string rows = support::rows(items);
     items.sort(kSortKind);
