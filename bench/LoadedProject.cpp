@@ -4,7 +4,8 @@
 
 #include <boost/make_shared.hpp>
 #include <filesystem>
-#include <optional>
+#include <map>
+#include <string>
 #include <system_error>
 
 #include "Annotations.h"
@@ -44,12 +45,12 @@ struct Context final : Loader::IFinalizeTaskContext {
 
 const std::string& projectOnDisk(std::size_t sites) {
   static const Directory directory;
-  static const std::string path = directory.path();
-  static std::size_t written = 0;
-  if (written != sites) {
-    std::filesystem::remove_all(path);
-    writeProject(GeneratedProject(sites, kSeed), path);
-    written = sites;
+  static std::map<std::size_t, std::string> written;
+  std::string& path = written[sites];
+  if (path.empty()) {
+    const std::string project = directory.path() + '/' + std::to_string(sites);
+    writeProject(GeneratedProject(sites, kSeed), project);
+    path = project;
   }
   return path;
 }
@@ -72,14 +73,10 @@ boost::shared_ptr<kelvar::SummaryData> load(const std::string& project) {
 }
 
 kelvar::SummaryData& loaded(std::size_t sites) {
-  static boost::shared_ptr<kelvar::SummaryData> kept;
-  static std::size_t keptSites = 0;
-  if (!kept || keptSites != sites) {
-    kept.reset();
-    kept = load(projectOnDisk(sites));
-    keptSites = sites;
-  }
-  return *kept;
+  static std::map<std::size_t, boost::shared_ptr<kelvar::SummaryData>> kept;
+  boost::shared_ptr<kelvar::SummaryData>& data = kept[sites];
+  if (!data) data = load(projectOnDisk(sites));
+  return *data;
 }
 
 }  // namespace kelvar_bench

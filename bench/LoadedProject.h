@@ -9,8 +9,7 @@
 
 namespace kelvar_bench {
 
-/// Where a generated project of that size stands on disk. It stays until another size is asked for, or the program
-/// ends.
+/// Where a generated project of that size stands on disk until the program ends.
 [[nodiscard]] const std::string& projectOnDisk(std::size_t sites);
 
 /// A result of it.

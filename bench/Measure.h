@@ -4,8 +4,10 @@
 
 #include <cstddef>
 #include <ctime>
+#include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Taken.h"
 
@@ -18,7 +20,20 @@ inline double processorTime() {
   return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-/// Registers `NAME/SITES`. Each round calls `prepare()` and then, measured, `work(prepared)`; what both return goes
+/// What is measured at one size. Yardsticks are stages too.
+struct Stage {
+  std::string name;
+  std::size_t sites;
+  std::function<void(benchmark::State&)> run;
+};
+
+/// All that there are, in the order in which they were added.
+inline std::vector<Stage>& stages() {
+  static std::vector<Stage> stages;
+  return stages;
+}
+
+/// Adds a stage. Each round calls `prepare()` and then, measured, `work(prepared)`; what both return goes
 /// after the clock has stopped. `items()` is what the figures per item are divided by. A first round is not measured:
 /// it finds none of its memory ready, and large stages have few others to make up for it.
 template <class Items, class Prepare, class Work>
@@ -41,11 +56,7 @@ void measure(const std::string& name, std::size_t sites, Items items, Prepare pr
     state.counters["allocations/item"] = static_cast<double>(total.calls) / each;
     state.counters["bytes/item"] = static_cast<double>(total.bytes) / each;
   };
-  benchmark::RegisterBenchmark((name + '/' + std::to_string(sites)).c_str(), run)
-      ->UseManualTime()
-      ->MinWarmUpTime(0.001)
-      ->MinTime(0.05)
-      ->Unit(benchmark::kMillisecond);
+  stages().push_back({name, sites, run});
 }
 
 /// For what needs no preparation.
@@ -53,7 +64,7 @@ inline int nothing() {
   return 0;
 }
 
-/// Each registers the stage and its yardsticks for one size.
+/// Each adds the stage and its yardsticks for one size.
 void registerPopulation(std::size_t sites);
 void registerCollection(std::size_t sites);
 void registerFold(std::size_t sites);

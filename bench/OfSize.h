@@ -1,21 +1,18 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <memory>
 
 namespace kelvar_bench {
 
-/// The T of that many sites, which stays until one of another size is asked for.
+/// The T of that many sites, which stays: sizes are measured in turn.
 template <class T>
 [[nodiscard]] T& ofSize(std::size_t sites) {
-  static std::unique_ptr<T> kept;
-  static std::size_t keptSites = 0;
-  if (!kept || keptSites != sites) {
-    kept.reset();
-    kept = std::make_unique<T>(sites);
-    keptSites = sites;
-  }
-  return *kept;
+  static std::map<std::size_t, std::unique_ptr<T>> kept;
+  std::unique_ptr<T>& ofSize = kept[sites];
+  if (!ofSize) ofSize = std::make_unique<T>(sites);
+  return *ofSize;
 }
 
 }  // namespace kelvar_bench

@@ -2,8 +2,11 @@
 
 #include <charconv>
 #include <cstddef>
+#include <map>
+#include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "Measure.h"
@@ -31,6 +34,21 @@ std::vector<std::size_t> takeSizes(int& argc, char** argv) {
   return sizes;
 }
 
+/// Registers `NAME/SITES`, the sizes of a stage one after the other: the machine is the same to all of them.
+void registerStages() {
+  std::map<std::string, std::vector<const kelvar_bench::Stage*>> sizes;
+  for (const kelvar_bench::Stage& stage : kelvar_bench::stages()) sizes[stage.name].push_back(&stage);
+  for (const kelvar_bench::Stage& first : kelvar_bench::stages()) {
+    for (const kelvar_bench::Stage* const stage : std::exchange(sizes[first.name], {})) {
+      benchmark::RegisterBenchmark((stage->name + '/' + std::to_string(stage->sites)).c_str(), stage->run)
+          ->UseManualTime()
+          ->MinWarmUpTime(0.001)
+          ->MinTime(0.05)
+          ->Unit(benchmark::kMillisecond);
+    }
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -38,12 +56,12 @@ int main(int argc, char** argv) {
   // As the command does: else lists that are twice as long would cost three times as much, and the difference would be
   // the kernel's.
   kelvar_platform::expectLargeLists();
-  // Size by size, since a project of each is kept while its stages run.
   for (const std::size_t sites : takeSizes(argc, argv)) {
     for (const auto add : {registerPopulation, registerCollection, registerFold, registerJoin, registerFirstSort,
                            registerTable, registerSqlite, registerLoad, registerView})
       add(sites);
   }
+  registerStages();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();
