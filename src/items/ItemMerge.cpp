@@ -61,7 +61,7 @@ void SummaryItemImpl::merge(const SummaryItemImpl& other) {
   // Statuses are read as they were before the merge: the records are settled before the items' identity is.
   const bool current = status_ == kCurrent || other.status_ == kCurrent;
   for (const digestio::SummaryDataKind kind : kAllKinds) {
-    if (details_[kind] == nullptr && other.details_[kind] != nullptr) {
+    if (!seen_.has(kind) && other.seen_.has(kind)) {
       setRecord(kind, other.record(kind));
       collectionAnnotations_.set(kind, other.collectionAnnotations_.of(kind));
     }

@@ -98,7 +98,7 @@ class Matching {
       joined_.byHandle().prefetch(items[index + 2 * kStep]->handle());
     }
     if (index + kStep < items.size() && items[index + kStep] != nullptr) {
-      SummaryItems::callMarks(find(items[index + kStep]->handle()));
+      SummaryItems::call(find(items[index + kStep]->handle()));
     }
   }
   void callRecordedAhead(const std::vector<Number>& numbers, std::size_t index) const {
