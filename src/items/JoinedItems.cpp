@@ -148,7 +148,7 @@ void JoinedItems::merge(SummaryItemImpl& into, const SummaryItemImpl& other) {
   gainsMore ? keep(into) : keepRecords(into);
   const bool takesOver = other.summaryDataStatus() > into.summaryDataStatus();
   into.merge(other);
-  // It may stand elsewhere now, and have another handle.
+  // It may have another place, label or kind now, or get them with its copy, and stand elsewhere by these.
   if (takesOver || !into.isLikeItsCopy()) inOrder_ = remembers_ = false;
 }
 

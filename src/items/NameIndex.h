@@ -16,7 +16,7 @@ class NameIndex {
   using Number = std::uint32_t;
 
   NameIndex() = default;
-  /// Of fewer sites than 2^32.
+  /// Of fewer sites than 2^31, each of which may look for a name besides its own.
   explicit NameIndex(const SiteNames& names);
 
   /// Ascending, the sites that share a name, or that one of them looks for, with another.

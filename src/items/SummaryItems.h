@@ -105,8 +105,9 @@ class SummaryItems {
   /// The whole list, faster: its items are those of `byPlace` that are shown, all of them if `areAllShown`. Asks
   /// details for numbers too that come to decide nothing. Orderings by label gain that ties stand by place already.
   void sort(SummaryMapping mapping, std::span<const ItemAtPlace> byPlace, bool areAllShown);
-  /// The same for a list in which all but the entries at `loose`, ascending slots, stand in order already. Answers by
-  /// slot whether what stands there was loose, or stands behind another one than before. Not for orderings by label.
+  /// The same for a list without null entries in which all but those at `loose`, ascending slots, stand in order
+  /// already. Answers by slot whether what stands there was loose or has lost the one before it: two neighbours of
+  /// which neither has were neighbours before. Not for orderings by label.
   std::vector<bool> sortIn(SummaryMapping mapping, const std::vector<std::size_t>& loose);
   /// Of a sorted list, the entries from the first up to the second: those that the ordering's numbers do not tell from
   /// an item of which no analysis says anything.

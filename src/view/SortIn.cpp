@@ -46,12 +46,13 @@ class Standing {
   sitenotes::locator_t place_;
 };
 
-/// What the key of an entry says of it: whether it was loose, or stands behind another one than before.
+/// What the key of an entry says of it: whether it was loose, or has lost the one before it.
 constexpr std::uint64_t kStays = 0;
 constexpr std::uint64_t kNew = 1;
 
 /// Finds those of the loose items of a list that do not stand right where they are: behind what stands before them, and
-/// before the next one that is not loose. Most have come to. Not so those at the list's end, which are new there.
+/// before the next one that is not loose. Most have come to. Those at the list's end mostly are new there: none of them
+/// is taken to stand right.
 class Misplaced {
  public:
   Misplaced(const Ordering& ordering, const SummaryItems& items, const std::vector<std::size_t>& loose)
