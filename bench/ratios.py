@@ -1,8 +1,11 @@
 #!/usr/bin/env python3
 """Prints how the stages of a benchmark run stand to their yardsticks, and how their cost grows.
 
-Usage: kelvar_bench --benchmark_format=json [--benchmark_repetitions=3] [--sites=N]... > run.json
+Usage: kelvar_bench --benchmark_format=json [--benchmark_repetitions=5] [--sites=N]... > run.json
        ratios.py run.json [run.json ...]
+
+Of a stage that was measured several times, ratios are of the medians, and growth is of the least: what else the machine
+does only ever adds to a cost, and mostly to that of the longer stage.
 """
 import json
 import re
@@ -32,8 +35,8 @@ YARDSTICKS = [
 GROWTH_SIZES = (500_000, 1_000_000)
 
 
-def medians(paths):
-    """name -> size -> (milliseconds, counters)"""
+def measured(paths):
+    """name -> size -> (median and least milliseconds, counters)"""
     runs = defaultdict(lambda: defaultdict(list))
     for path in paths:
         with open(path, encoding="utf-8") as file:
@@ -43,8 +46,9 @@ def medians(paths):
                     runs[name][int(size)].append(run)
     return {
         name: {
-            size: (statistics.median(run["real_time"] for run in repeated), repeated[0])
+            size: (statistics.median(times), min(times), repeated[0])
             for size, repeated in sizes.items()
+            for times in [[run["real_time"] for run in repeated]]
         }
         for name, sizes in runs.items()
     }
@@ -61,7 +65,7 @@ def print_ratios(stages):
     print("| stage | sites | ms | allocations/item | bytes/item | yardstick | ms | ratio |")
     print("| --- | ---: | ---: | ---: | ---: | --- | ---: | ---: |")
     for name, sizes in stages.items():
-        for size, (time, run) in sorted(sizes.items()):
+        for size, (time, _, run) in sorted(sizes.items()):
             row = f"| {name} | {size} | {time:.2f} | {run['allocations/item']:.2f} | {run['bytes/item']:.0f} "
             known = [yard for yard in yardsticks_of(name) if size in stages.get(yard, {})]
             for yard in known:
@@ -78,13 +82,13 @@ def print_growth(stages):
         return
     print(f"\n| stage | cost({whole}) / cost({half}) |\n| --- | ---: |")
     for name, sizes in grown.items():
-        print(f"| {name} | {sizes[whole][0] / sizes[half][0]:.2f} |")
+        print(f"| {name} | {sizes[whole][1] / sizes[half][1]:.2f} |")
 
 
 def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
-    stages = medians(sys.argv[1:])
+    stages = measured(sys.argv[1:])
     print_ratios(stages)
     print_growth(stages)
 
