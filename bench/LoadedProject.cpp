@@ -4,12 +4,12 @@
 
 #include <boost/make_shared.hpp>
 #include <filesystem>
-#include <map>
 #include <string>
 #include <system_error>
 
 #include "Annotations.h"
 #include "GeneratedProject.h"
+#include "OfSize.h"
 #include "Program.h"
 #include "ProjectOnDisk.h"
 #include "kelvar/SummaryDataLoader.h"
@@ -34,6 +34,20 @@ class Directory {
   std::filesystem::path path_;
 };
 
+struct WrittenProject {
+  explicit WrittenProject(std::size_t sites) {
+    static const Directory directory;
+    path = directory.path() + '/' + std::to_string(sites);
+    writeProject(GeneratedProject(sites, kSeed), path);
+  }
+  std::string path;
+};
+
+struct Loaded {
+  explicit Loaded(std::size_t sites) : data(load(projectOnDisk(sites))) {}
+  boost::shared_ptr<kelvar::SummaryData> data;
+};
+
 using Loader = kelvar::SummaryDataLoader;
 
 struct Context final : Loader::IFinalizeTaskContext {
@@ -44,15 +58,7 @@ struct Context final : Loader::IFinalizeTaskContext {
 }  // namespace
 
 const std::string& projectOnDisk(std::size_t sites) {
-  static const Directory directory;
-  static std::map<std::size_t, std::string> written;
-  std::string& path = written[sites];
-  if (path.empty()) {
-    const std::string project = directory.path() + '/' + std::to_string(sites);
-    writeProject(GeneratedProject(sites, kSeed), project);
-    path = project;
-  }
-  return path;
+  return ofSize<WrittenProject>(sites).path;
 }
 
 std::string collectionFile(std::size_t sites, digestio::SummaryDataKind kind) {
@@ -73,10 +79,7 @@ boost::shared_ptr<kelvar::SummaryData> load(const std::string& project) {
 }
 
 kelvar::SummaryData& loaded(std::size_t sites) {
-  static std::map<std::size_t, boost::shared_ptr<kelvar::SummaryData>> kept;
-  boost::shared_ptr<kelvar::SummaryData>& data = kept[sites];
-  if (!data) data = load(projectOnDisk(sites));
-  return *data;
+  return *ofSize<Loaded>(sites).data;
 }
 
 }  // namespace kelvar_bench

@@ -78,7 +78,7 @@ void SummaryItemImpl::merge(const SummaryItemImpl& other) {
     if (other.annotation_) takeAnnotation(other);
     if (!other.locator_.is_null()) takePlace(other);
     if (other.hasLabel()) takeLabel(other);
-    // Where that was all, it is one site with its annotation again.
+    // Taken over whole, what the other says of its annotation holds of this one.
     const bool isAll = other.saysAsAnnotated_ && !other.locator_.is_null() && other.hasLabel();
     if (isAll && isOfOneKind(*this, other)) saysAsAnnotated_ = true;
     status_ = other.status_;

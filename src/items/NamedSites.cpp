@@ -42,15 +42,20 @@ void sortOnce(std::vector<Number>& numbers) {
   numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
 }
 
+const NameIndex& namesOfRecorded(const ResultSites& sites) {
+  static const NameIndex kNone;
+  return sites.recordedCount() != 0 ? sites.recorded().names() : kNone;
+}
+
 /// The sites whose names tell that they may be twins.
 class Related {
  public:
-  Related(const ResultSites& sites, const LastSite& last) : sites_(sites), last_(last) {}
+  Related(const ResultSites& sites, const LastSite& last)
+      : sites_(sites), last_(last), ofRecorded_(namesOfRecorded(sites)) {}
 
   /// Recorded sites that are related to each other.
   void addRecorded() {
-    if (sites_.recordedCount() == 0) return;
-    for (const Number number : sites_.recorded().names().related()) {
+    for (const Number number : ofRecorded_.related()) {
       if (isThere(number)) recorded_.push_back(number);
     }
   }
@@ -80,8 +85,7 @@ class Related {
   [[nodiscard]] bool isThere(Number number) const { return !sites_.isTaken(number) && number != last_.number; }
 
   bool meetsRecorded(NameKey key) {
-    if (sites_.recordedCount() == 0) return false;
-    const std::span<const NameKey> known = sites_.recorded().names().of(key);
+    const std::span<const NameKey> known = ofRecorded_.of(key);
     if (known.size() != 1) return !known.empty();
     const Number number = numberOf(known.front());
     if (!isThere(number)) return false;  // mostly it is the item's own, which it has taken in
@@ -91,13 +95,13 @@ class Related {
 
   void callAhead(const NameKeys& keys, std::size_t index) const noexcept {
     constexpr std::size_t kStep = SummaryItems::kStep;
-    if (sites_.recordedCount() == 0) return;
-    if (index + 2 * kStep < keys.size()) sites_.recorded().names().callBegin(keys[index + 2 * kStep]);
-    if (index + kStep < keys.size()) sites_.recorded().names().callKeys(keys[index + kStep]);
+    if (index + 2 * kStep < keys.size()) ofRecorded_.callBegin(keys[index + 2 * kStep]);
+    if (index + kStep < keys.size()) ofRecorded_.callKeys(keys[index + kStep]);
   }
 
   const ResultSites& sites_;
   const LastSite& last_;
+  const NameIndex& ofRecorded_;
   std::vector<Number> items_;
   std::vector<Number> recorded_;
 };
