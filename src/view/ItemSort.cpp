@@ -1,7 +1,5 @@
 #include "view/ItemSort.h"
 
-#include <algorithm>
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -125,17 +123,9 @@ void SummaryItems::sort(SummaryMapping mapping, std::size_t begin, std::size_t e
 }
 
 std::pair<std::size_t, std::size_t> SummaryItems::unmeasured(SummaryMapping mapping) const {
-  const Ordering& ordering = orderingOf(mapping);
   const SummaryItemImpl silent(nullptr, static_cast<digestio::SummaryDetail*>(nullptr), nullptr, 0);
-  const auto orderOf = [&](const value_type& item) {
-    std::strong_ordering order = std::strong_ordering::equal;
-    for (std::size_t i = 0; i < ordering.count() && std::is_eq(order); ++i) {
-      order = keyOf(ordering.numbers[i], *item) <=> keyOf(ordering.numbers[i], silent);
-    }
-    return order;
-  };
-  const auto first = std::partition_point(begin(), end(), [&](const auto& item) { return std::is_lt(orderOf(item)); });
-  const auto last = std::partition_point(first, end(), [&](const auto& item) { return std::is_eq(orderOf(item)); });
+  const auto itemOf = [](const value_type& item) { return item.get(); };
+  const auto [first, last] = equalByNumbers(orderingOf(mapping), silent, items_, itemOf);
   return {static_cast<std::size_t>(first - begin()), static_cast<std::size_t>(last - begin())};
 }
 

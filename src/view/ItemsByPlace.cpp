@@ -2,6 +2,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -28,67 +30,78 @@ struct Numbered {
 };
 using NumberedItems = std::span<Numbered>;
 
+/// The same of one that is not compared.
+struct Unnumbered {
+  const ItemAtPlace* site;
+};
+
+/// Calls `then` for each that is to be shown.
+template <class Then>
+void forEachShown(std::span<const ItemAtPlace> sites, bool areAllShown, const Then& then) {
+  for (std::size_t i = 0; i < sites.size(); ++i) {
+    if (!areAllShown) {
+      if (i + kSortStep < sites.size()) callLine(&sites[i + kSortStep].item->place());
+      if (!sites[i].item->isShown()) continue;
+    }
+    then(sites[i]);
+  }
+}
+
 /// Sorts items that stand by place, and at one place as TieBreak says: what an ordering leaves undecided stands right
 /// already, save what the ordering by locator has to say of items that share a place. Of most sites an analysis has
-/// nothing to say: those are not touched for its numbers, and hardly any is for its kinds.
+/// nothing to say: those have one number, and stand together as they stood, while the others are sorted. They are not
+/// touched for their numbers, and hardly any is for its kinds.
 class SortByPlace {
  public:
-  SortByPlace(const Ordering& ordering, std::span<const ItemAtPlace> sites) : ordering_(ordering), sites_(sites) {
-    for (std::size_t i = 0; i < keys_.size(); ++i) {
-      if (ordering.sharesDetail(i)) keys_[i].resize(sites.size());
+  SortByPlace(const Ordering& ordering, std::span<const ItemAtPlace> sites, bool areAllShown)
+      : ordering_(ordering), sites_(sites) {
+    part(areAllShown);
+    if (!numbered_.empty()) {
+      makeRoomForKeys();
+      byNumber(numbered_, ordering.next(0, *numbered_.front().site->item));
+    }
+    if (!unnumbered_.empty()) {
+      takeInEquals();
+      byTie(std::span(unnumbered_));
     }
   }
 
-  /// Not for orderings by label.
-  void sort(NumberedItems items) {
-    if (!items.empty()) byNumber(items, ordering_.next(0, *items.front().site->item));
-  }
+  /// The order is that of these three.
+  [[nodiscard]] std::span<const Numbered> before() const noexcept { return std::span(numbered_).first(before_); }
+  [[nodiscard]] std::span<const Unnumbered> unnumbered() const noexcept { return unnumbered_; }
+  [[nodiscard]] std::span<const Numbered> behind() const noexcept { return std::span(numbered_).subspan(before_); }
 
  private:
+  /// All numbers of an ordering that begins with one of an analysis are of that analysis.
+  void part(bool areAllShown) {
+    const bool hasNumbers = ordering_.count() != 0;
+    const std::optional<digestio::SummaryDataKind> kind = ordering_.numbers.front().kind;
+    if (!hasNumbers || kind) unnumbered_.reserve(sites_.size());
+    if (hasNumbers) numbered_.reserve(sites_.size());
+    forEachShown(sites_, areAllShown, [&](const ItemAtPlace& site) {
+      if (hasNumbers && (!kind || site.details.has(*kind))) {
+        numbered_.push_back({0, &site});
+      } else {
+        unnumbered_.push_back({&site});
+      }
+    });
+  }
+
+  void makeRoomForKeys() {
+    for (std::size_t i = 0; i < keys_.size(); ++i) {
+      if (ordering_.sharesDetail(i)) keys_[i] = std::make_unique_for_overwrite<std::uint64_t[]>(sites_.size());
+    }
+  }
+
   /// By the number at `index` and those behind it.
   void byNumber(NumberedItems items, std::size_t index) {
     if (index == ordering_.count()) return byTie(items);
-    byKeys(items, index);
+    readKeys(items, index);
+    sortByKey(items, buffer_);
     forEachTie(items, [this, index](NumberedItems tied) {
       if (tied.front().key == kUnordered) return;
       byNumber(tied, ordering_.next(index + 1, *tied.front().site->item));
     });
-  }
-
-  void byKeys(NumberedItems items, std::size_t index) {
-    const Number& number = ordering_.numbers[index];
-    const NumberedItems silent = withoutDetail(items, number);
-    const NumberedItems others = items.first(items.size() - silent.size());
-    readKeys(others, index);
-    sortByKey(others, buffer_);
-    if (silent.empty()) return;
-    const std::uint64_t missing = keyOf(number.read(*silent.front().site->item));
-    for (Numbered& item : silent) item.key = missing;
-    if (others.empty() || others.back().key < missing) return;
-    // The addresses of sites order as their places do.
-    std::inplace_merge(others.begin(), others.end(), items.end(), [](const Numbered& a, const Numbered& b) {
-      return a.key != b.key ? a.key < b.key : a.site < b.site;
-    });
-  }
-
-  /// Puts those last, as they stand, of which the analysis that the number is of says nothing: it is the same for all
-  /// of them.
-  NumberedItems withoutDetail(NumberedItems items, const Number& number) {
-    if (!number.kind) return {};
-    const auto has = [&number](const Numbered& item) { return item.site->details.has(*number.kind); };
-    auto to = std::find_if_not(items.begin(), items.end(), has);
-    if (std::none_of(to, items.end(), has)) return {to, items.end()};
-    buffer_.clear();
-    buffer_.reserve(items.size());
-    for (const Numbered& item : std::span(to, items.end())) {
-      if (has(item)) {
-        *to++ = item;
-      } else {
-        buffer_.push_back(item);
-      }
-    }
-    std::copy(buffer_.begin(), buffer_.end(), to);
-    return {to, items.end()};
   }
 
   /// Reads the numbers behind it too that the same detail has: no item that ties is visited for them once more.
@@ -120,7 +133,23 @@ class SortByPlace {
     return keys_[index][static_cast<std::size_t>(item.site - sites_.data())];
   }
 
-  void byTie(NumberedItems items) {
+  /// Finds where those without numbers stand among the others, some of which may come to the same: those stand by place
+  /// with them.
+  void takeInEquals() {
+    const auto [first, last] = equalByNumbers(ordering_, *unnumbered_.front().site->item, numbered_, itemOf<Numbered>);
+    before_ = static_cast<std::size_t>(first - numbered_.begin());
+    if (first == last) return;
+    const auto alone = static_cast<std::ptrdiff_t>(unnumbered_.size());
+    for (auto item = first; item != last; ++item) unnumbered_.push_back({item->site});
+    numbered_.erase(first, last);
+    // The addresses of sites order as their places do.
+    const auto standsBefore = [](const Unnumbered& a, const Unnumbered& b) { return a.site < b.site; };
+    std::sort(unnumbered_.begin() + alone, unnumbered_.end(), standsBefore);
+    std::inplace_merge(unnumbered_.begin(), unnumbered_.begin() + alone, unnumbered_.end(), standsBefore);
+  }
+
+  template <class Record>
+  void byTie(std::span<Record> items) {
     if (!goesByLocator(ordering_.tie, *items.front().site->item)) return;
     for (std::size_t begin = 0, end = 1; begin < items.size(); begin = end++) {
       while (end < items.size() && items[end].site->place == items[begin].site->place) ++end;
@@ -130,23 +159,12 @@ class SortByPlace {
 
   const Ordering& ordering_;
   const std::span<const ItemAtPlace> sites_;
-  std::array<std::vector<std::uint64_t>, Ordering::kMostNumbers> keys_;  // of numbers that were read with another
+  std::vector<Numbered> numbered_;
+  std::vector<Unnumbered> unnumbered_;
+  std::size_t before_ = 0;  // how many of those with numbers stand before those without
+  std::array<std::unique_ptr<std::uint64_t[]>, Ordering::kMostNumbers> keys_;  // of numbers that were read with another
   std::vector<Numbered> buffer_;
 };
-
-template <class Record, class Make>
-std::vector<Record> recordsOf(std::span<const ItemAtPlace> sites, bool areAllShown, const Make& make) {
-  std::vector<Record> records;
-  records.reserve(sites.size());
-  for (std::size_t i = 0; i < sites.size(); ++i) {
-    if (!areAllShown) {
-      if (i + kSortStep < sites.size()) callLine(&sites[i + kSortStep].item->place());
-      if (!sites[i].item->isShown()) continue;
-    }
-    records.push_back(make(sites[i]));
-  }
-  return records;
-}
 
 /// An item and its place, and what a list by place keeps of it, which the same visit reads.
 struct PlacedItem {
@@ -192,13 +210,18 @@ std::vector<ItemAtPlace> SummaryItems::byPlace(const SummaryItems& visible, cons
 void SummaryItems::sort(SummaryMapping mapping, std::span<const ItemAtPlace> byPlace, bool areAllShown) {
   const Ordering& ordering = orderingOf(mapping);
   if (ordering.byLabel) {
-    auto entries = recordsOf<Entry>(byPlace, areAllShown, [](const ItemAtPlace& site) { return Entry{0, site.item}; });
+    std::vector<Entry> entries;
+    entries.reserve(byPlace.size());
+    forEachShown(byPlace, areAllShown, [&](const ItemAtPlace& site) { entries.push_back({0, site.item}); });
     if (!entries.empty()) sortEntries(ordering, entries);
     return takeOrder(entries, 0, size());
   }
-  auto items = recordsOf<Numbered>(byPlace, areAllShown, [](const ItemAtPlace& site) { return Numbered{0, &site}; });
-  SortByPlace(ordering, byPlace).sort(items);
-  takeOrder(items, 0, size(), itemOf<Numbered>);
+  const SortByPlace sorted(ordering, byPlace, areAllShown);
+  const std::size_t before = sorted.before().size();
+  const std::size_t behind = before + sorted.unnumbered().size();
+  takeOrder(sorted.before(), 0, before, itemOf<Numbered>);
+  takeOrder(sorted.unnumbered(), before, behind, itemOf<Unnumbered>);
+  takeOrder(sorted.behind(), behind, size(), itemOf<Numbered>);
 }
 
 }  // namespace kelvar_2_1_7

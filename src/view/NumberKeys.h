@@ -1,10 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <span>
+#include <utility>
 
 #include "PerKind.h"
 #include "items/CallLine.h"
@@ -59,6 +62,24 @@ void callNumberAhead(std::size_t index, const Number& number, const ItemAt& item
   if (const SummaryItemImpl* const item = itemAt(index + kSortStep / 2)) {
     kCallRecord[*number.kind](*item);
   }
+}
+
+/// Of records that stand by the numbers of an ordering, the first that these do not tell from `item`, and the end of
+/// those.
+template <class Records, class ItemOf>
+[[nodiscard]] auto equalByNumbers(const Ordering& ordering, const SummaryItemImpl& item, Records& records,
+                                  const ItemOf& itemOf) {
+  const auto orderOf = [&](const auto& record) {
+    std::strong_ordering order = std::strong_ordering::equal;
+    for (std::size_t i = 0; i < ordering.count() && std::is_eq(order); ++i) {
+      order = keyOf(ordering.numbers[i], *itemOf(record)) <=> keyOf(ordering.numbers[i], item);
+    }
+    return order;
+  };
+  const auto isBefore = [&](const auto& record) { return std::is_lt(orderOf(record)); };
+  const auto isEqual = [&](const auto& record) { return std::is_eq(orderOf(record)); };
+  const auto first = std::partition_point(records.begin(), records.end(), isBefore);
+  return std::pair(first, std::partition_point(first, records.end(), isEqual));
 }
 
 /// Makes a number of each item its key.

@@ -1,5 +1,6 @@
 #include "view/Orderings.h"
 
+#include <algorithm>
 #include <compare>
 #include <cstddef>
 #include <cstdint>
@@ -120,6 +121,8 @@ constexpr Mapping kMappings[] = {
     {{.numbers = {kGeneralKind}, .decider = Decider::kPlaceWithinKinds}, nullptr},
 };
 static_assert(std::size(kMappings) == kSummaryMappingCount, "one row for each SummaryMapping");
+static_assert(std::ranges::all_of(kMappings, [](const Mapping& mapping) { return mapping.ordering.isOfOneAnalysis(); }),
+              "items of which the analysis of an ordering's first number says nothing have one standing");
 
 bool before(SummaryMapping mapping, const SummaryItemImpl* a, const SummaryItemImpl* b) {
   return before(kMappings[mapping].ordering, a, b);

@@ -56,6 +56,13 @@ struct Ordering {
     const Number& before = numbers[index - 1];
     return number.kind && number.kind == before.kind && number.ofLoops == before.ofLoops;
   }
+  /// Whether all numbers are of the analysis that the first one is of, if that is of any.
+  [[nodiscard]] constexpr bool isOfOneAnalysis() const noexcept {
+    for (std::size_t i = 1; i < count(); ++i) {
+      if (numbers.front().kind && numbers[i].kind != numbers.front().kind) return false;
+    }
+    return true;
+  }
   /// Whether the number at `index` is the same for all that the numbers before it do not tell from `item`.
   [[nodiscard]] bool isIdle(std::size_t index, const SummaryItemImpl& item) const noexcept {
     return numbers[index].ofLoops && item.detailKind() != digestio::kLoop;
