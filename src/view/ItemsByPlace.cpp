@@ -58,7 +58,8 @@ class SortByPlace {
     part(areAllShown);
     if (!numbered_.empty()) {
       makeRoomForKeys();
-      byNumber(numbered_, ordering.next(0, *numbered_.front().site->item));
+      if (ordering.numbers.front().ofKinds == nullptr) readKeys(numbered_, 0);
+      byKeys(numbered_, 0);
     }
     if (!unnumbered_.empty()) {
       takeInEquals();
@@ -75,12 +76,13 @@ class SortByPlace {
   /// All numbers of an ordering that begins with one of an analysis are of that analysis.
   void part(bool areAllShown) {
     const bool hasNumbers = ordering_.count() != 0;
-    const std::optional<digestio::SummaryDataKind> kind = ordering_.numbers.front().kind;
+    const Number& number = ordering_.numbers.front();
+    const std::optional<digestio::SummaryDataKind> kind = number.kind;
     if (!hasNumbers || kind) unnumbered_.reserve(sites_.size());
     if (hasNumbers) numbered_.reserve(sites_.size());
     forEachShown(sites_, areAllShown, [&](const ItemAtPlace& site) {
       if (hasNumbers && (!kind || site.details.has(*kind))) {
-        numbered_.push_back({0, &site});
+        numbered_.push_back({number.ofKinds != nullptr ? keyOfKinds(number, site) : 0, &site});
       } else {
         unnumbered_.push_back({&site});
       }
@@ -97,6 +99,11 @@ class SortByPlace {
   void byNumber(NumberedItems items, std::size_t index) {
     if (index == ordering_.count()) return byTie(items);
     readKeys(items, index);
+    byKeys(items, index);
+  }
+
+  /// The same where the number at `index` has been read.
+  void byKeys(NumberedItems items, std::size_t index) {
     sortByKey(items, buffer_);
     forEachTie(items, [this, index](NumberedItems tied) {
       if (tied.front().key == kUnordered) return;
@@ -106,7 +113,6 @@ class SortByPlace {
 
   /// Reads the numbers behind it too that the same detail has: no item that ties is visited for them once more.
   void readKeys(NumberedItems items, std::size_t index) {
-    if (ordering_.numbers[index].ofKinds != nullptr) return readKinds(items, ordering_.numbers[index]);
     if (ordering_.sharesDetail(index)) {
       for (Numbered& item : items) item.key = keyOfNumber(index, item);
       return;
@@ -121,12 +127,10 @@ class SortByPlace {
     }
   }
 
-  static void readKinds(NumberedItems items, const Number& number) {
-    for (Numbered& item : items) {
-      const SiteKinds kinds = item.site->kinds;
-      item.key =
-          keyOf(kinds.areKnown() ? number.ofKinds(kinds.detail(), kinds.annotation()) : number.read(*item.site->item));
-    }
+  /// Hardly touches an item.
+  static std::uint64_t keyOfKinds(const Number& number, const ItemAtPlace& site) {
+    const SiteKinds kinds = site.kinds;
+    return keyOf(kinds.areKnown() ? number.ofKinds(kinds.detail(), kinds.annotation()) : number.read(*site.item));
   }
 
   std::uint64_t& keyOfNumber(std::size_t index, const Numbered& item) {
