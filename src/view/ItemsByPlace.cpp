@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -73,18 +72,20 @@ class SortByPlace {
   [[nodiscard]] std::span<const Numbered> behind() const noexcept { return std::span(numbered_).subspan(before_); }
 
  private:
-  /// All numbers of an ordering that begins with one of an analysis are of that analysis.
+  /// All numbers of an ordering that begins with one of an analysis are of that analysis. Kinds are known already.
   void part(bool areAllShown) {
     const bool hasNumbers = ordering_.count() != 0;
     const Number& number = ordering_.numbers.front();
-    const std::optional<digestio::SummaryDataKind> kind = number.kind;
-    if (!hasNumbers || kind) unnumbered_.reserve(sites_.size());
+    const auto isNumbered = [&](const ItemAtPlace& site) {
+      return hasNumbers && (!number.kind || site.details.has(*number.kind));
+    };
+    if (!hasNumbers || number.kind) unnumbered_.reserve(sites_.size());
     if (hasNumbers) numbered_.reserve(sites_.size());
     forEachShown(sites_, areAllShown, [&](const ItemAtPlace& site) {
-      if (hasNumbers && (!kind || site.details.has(*kind))) {
-        numbered_.push_back({number.ofKinds != nullptr ? keyOfKinds(number, site) : 0, &site});
-      } else {
+      if (!isNumbered(site)) {
         unnumbered_.push_back({&site});
+      } else {
+        numbered_.push_back({number.ofKinds != nullptr ? keyOfKinds(number, site) : 0, &site});
       }
     });
   }
