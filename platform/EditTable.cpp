@@ -117,6 +117,17 @@ EditRow editAt(const Statement& statement, std::int64_t number) {
           .column = static_cast<int>(row.integer(kColumn, kColumns))};
 }
 
+/// Hands `take` each row of the table and its number, from 1. Rows are counted in the table's index and read from the
+/// table: a damaged page that leads past some of them, or to some twice, does not go unnoticed.
+template <class Take>
+void readRows(const Connection& connection, const std::string& table, std::string_view select, Take take) {
+  const std::int64_t count = connection.number(("SELECT count(*) FROM " + table).c_str(), table);
+  Statement statement(connection, select, table);
+  std::int64_t number = 0;
+  while (statement.step()) take(statement, ++number);
+  if (number != count) connection.refuse(table, std::to_string(count) + " rows, found " + std::to_string(number));
+}
+
 void requireNumber(const Connection& connection, const char* name, std::int64_t expected) {
   const std::int64_t found = connection.number(("PRAGMA " + std::string(name)).c_str());
   if (found != expected) connection.refuse(name, std::to_string(expected) + ", found " + std::to_string(found));
@@ -162,30 +173,25 @@ void requireWritable(const std::string& path, const std::string& place, const Ed
 }
 
 void readEdits(const Connection& connection, const std::function<void(const EditRow&)>& take) {
-  // Counted in the index, read from the table: a damaged page that leads past some rows does not go unnoticed.
-  const std::int64_t count = connection.number("SELECT count(*) FROM edit", "edit");
-  Statement statement(connection, selectEdits("ORDER BY revision"), "edit");
   std::int64_t newest = 0;
-  std::int64_t number = 0;
-  while (statement.step()) {
-    const EditRow row = editAt(statement, ++number);
+  readRows(connection, "edit", selectEdits("ORDER BY revision"), [&](const Statement& statement, std::int64_t number) {
+    const EditRow row = editAt(statement, number);
     if (row.revision <= newest)
       connection.refuse("edit, revision " + std::to_string(row.revision), "one row a revision");
     newest = row.revision;
     take(row);
-  }
-  if (number != count) connection.refuse("edit", std::to_string(count) + " rows, found " + std::to_string(number));
+  });
 }
 
 void readStates(const Connection& connection, const std::function<void(const StateRow&)>& take) {
-  Statement statement(connection, "SELECT path, revision FROM state", "state");
   std::set<std::string, std::less<>> paths;
-  for (std::int64_t number = 1; statement.step(); ++number) {
-    const Row row{statement, "state", "path", 0, number};
-    const StateRow state{.path = row.text(0, "path"), .revision = row.integer(1, kStateRevisions)};
-    if (!paths.emplace(state.path).second) row.refuse("one row a path");
-    take(state);
-  }
+  readRows(connection, "state", "SELECT path, revision FROM state",
+           [&](const Statement& statement, std::int64_t number) {
+             const Row row{statement, "state", "path", 0, number};
+             const StateRow state{.path = row.text(0, "path"), .revision = row.integer(1, kStateRevisions)};
+             if (!paths.emplace(state.path).second) row.refuse("one row a path");
+             take(state);
+           });
 }
 
 bool readNewestEdit(const Connection& connection, std::int64_t sequence,

@@ -54,6 +54,24 @@ class Annotations : public Files {
     sqlite3_close(database);
   }
 
+  /// Lowers the count of cells of a table or an index that is one page.
+  void loseLastRow(const std::string& name) const {
+    sqlite3* database = nullptr;
+    sqlite3_stmt* query = nullptr;
+    ASSERT_EQ(sqlite3_open(file_.c_str(), &database), SQLITE_OK);
+    sqlite3_prepare_v2(database,
+                       "SELECT (rootpage - 1) * page_size FROM sqlite_schema, pragma_page_size WHERE name = ?", -1,
+                       &query, nullptr);
+    sqlite3_bind_text(query, 1, name.c_str(), -1, SQLITE_STATIC);
+    ASSERT_EQ(sqlite3_step(query), SQLITE_ROW) << name;
+    const auto page = static_cast<std::size_t>(sqlite3_column_int64(query, 0));
+    sqlite3_finalize(query);
+    sqlite3_close(database);
+    std::string bytes = support::contentOf(file_);
+    --bytes.at(page + 4);
+    write("annotations.db", bytes);
+  }
+
   [[nodiscard]] AnnotationEditor editor() const { return {file_, AnnotationEditor::Open::existing}; }
   [[nodiscard]] boost::shared_ptr<sitenotes::database_t> open() const { return openAnnotationDatabase(file_); }
 
@@ -77,6 +95,24 @@ TEST_F(Annotations, OneBadRowMakesTheWholeFileUnreadable) {
     makeThree();
     run("PRAGMA ignore_check_constraints = ON; " + std::regex_replace(parts[0], loose, copied));
     EXPECT_EQ(refusalToOpen(), parts[1]) << damage;
+  }
+}
+
+TEST_F(Annotations, RowsThatOnlyTheTableOrOnlyItsIndexHasAreMissed) {
+  const struct {
+    const char* damaged;  // loses its last row
+    std::string want;
+  } losses[] = {
+      {"edit", "edit: expected 3 rows, found 2"},
+      {"edit_of_sequence", "edit: expected 2 rows, found 3"},
+      {"state", "state: expected 2 rows, found 1"},
+      {"sqlite_autoindex_state_1", "state: expected 1 rows, found 2"},
+  };
+  for (const auto& [damaged, want] : losses) {
+    makeThree();
+    editor().snapshot(path("map"));
+    loseLastRow(damaged);
+    EXPECT_EQ(refusalToOpen(), want) << damaged;
   }
 }
 
