@@ -72,11 +72,11 @@ class AnnotationDatabase final : public AnnotationState {
 boost::shared_ptr<sitenotes::database_t> openAnnotationDatabase(const std::string& path) {
   const Connection connection(path, Connection::Access::read);
   Transaction transaction(connection, Transaction::Kind::read);
-  requireAnnotationDatabase(connection);
   const auto history = boost::make_shared<AnnotationHistory>();
-  readEdits(connection, [&](const EditRow& row) { history->append(row); });
   RecordedStates recorded;
-  readStates(connection, [&](const StateRow& row) { recorded.emplace(row.path, row.revision); });
+  readDatabase(
+      connection, [&](const EditRow& row) { history->append(row); },
+      [&](const StateRow& row) { recorded.emplace(row.path, row.revision); });
   transaction.commit();
   return boost::make_shared<AnnotationDatabase>(absolutePath(path).string(), history, std::move(recorded));
 }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <map>
@@ -35,6 +36,26 @@ EditRow rowOf(const Site& site) {
           .column = site.column};
 }
 
+/// What a reader reads, for those who want nothing of the states. Throws what a reader would.
+void readSites(const Connection& connection, const std::function<void(const EditRow&)>& take) {
+  readDatabase(connection, take, [](const StateRow&) {});
+}
+
+std::int64_t greatestSequence(const Connection& connection) {
+  std::int64_t greatest = 0;
+  readSites(connection, [&](const EditRow& row) { greatest = std::max(greatest, row.sequence); });
+  return greatest;
+}
+
+/// As its newest edit has it; none where there is no such site.
+std::optional<Site> newestOf(const Connection& connection, std::int64_t sequence) {
+  std::optional<Site> newest;
+  readSites(connection, [&](const EditRow& row) {
+    if (row.sequence == sequence) newest = siteOf(row);
+  });
+  return newest;
+}
+
 std::string placeOf(std::int64_t sequence) {
   return "sequence " + std::to_string(sequence);
 }
@@ -53,13 +74,11 @@ struct AnnotationEditor::Impl {
   void edit(std::int64_t sequence, const std::function<void(Site&)>& change) {
     const Connection& database = connected();
     Transaction transaction(database, Transaction::Kind::write);
-    requireAnnotationDatabase(database);
-    Site site;
-    const bool known = readNewestEdit(database, sequence, [&](const EditRow& row) { site = siteOf(row); });
-    if (!known || !site.alive) database.refuse(placeOf(sequence), "a living site");
-    change(site);
-    requireWritable(path, placeOf(sequence), rowOf(site));
-    appendEdit(database, rowOf(site));
+    std::optional<Site> site = newestOf(database, sequence);
+    if (!site || !site->alive) database.refuse(placeOf(sequence), "a living site");
+    change(*site);
+    requireWritable(path, placeOf(sequence), rowOf(*site));
+    appendEdit(database, rowOf(*site));
     transaction.commit();
   }
 
@@ -68,7 +87,7 @@ struct AnnotationEditor::Impl {
 };
 
 AnnotationEditor::AnnotationEditor(const std::string& path, Open how) : impl_(std::make_unique<Impl>(path)) {
-  if (how == Open::existing) requireAnnotationDatabase(impl_->connected());
+  if (how == Open::existing) impl_->connected();
 }
 AnnotationEditor::~AnnotationEditor() = default;
 AnnotationEditor::AnnotationEditor(AnnotationEditor&&) noexcept = default;
@@ -81,12 +100,7 @@ std::int64_t AnnotationEditor::add(sitenotes::annotation_t::kind_t kind, const s
   const Connection& connection = impl_->connected(Connection::Access::create);
   Transaction transaction(connection, Transaction::Kind::write);
   if (hasNoTables(connection)) createTables(connection);
-  requireAnnotationDatabase(connection);
-  // Where rules were off while a file was written, the greatest may be no number, and the next one somebody's.
-  if (connection.number("SELECT count(*) FROM edit WHERE typeof(sequence) <> 'integer' OR sequence < 1", "edit") != 0) {
-    connection.refuse("edit", "sequence from 1 up in every row");
-  }
-  const std::int64_t greatest = connection.number("SELECT max(sequence) FROM edit", "edit");
+  const std::int64_t greatest = greatestSequence(connection);
   if (greatest == std::numeric_limits<std::int64_t>::max()) connection.refuse("edit", "room for another sequence");
   site.sequence = greatest + 1;
   appendEdit(connection, rowOf(site));
@@ -117,9 +131,8 @@ void AnnotationEditor::remove(std::int64_t sequence) {
 std::vector<Site> AnnotationEditor::list(bool withDead) const {
   const Connection& connection = impl_->connected();
   Transaction transaction(connection, Transaction::Kind::read);
-  requireAnnotationDatabase(connection);
   std::map<std::int64_t, Site> newest;
-  readEdits(connection, [&](const EditRow& row) { newest.insert_or_assign(row.sequence, siteOf(row)); });
+  readSites(connection, [&](const EditRow& row) { newest.insert_or_assign(row.sequence, siteOf(row)); });
   transaction.commit();
   std::vector<Site> sites;
   for (auto& [sequence, site] : newest) {
@@ -133,12 +146,14 @@ void AnnotationEditor::snapshot(const std::string& path) {
   const std::string name = stateName(connection.path(), path);
   if (name.empty() || !isUtf8(name)) connection.refuse("state", "a result path, as UTF-8 text");
   Transaction transaction(connection, Transaction::Kind::write);
-  requireAnnotationDatabase(connection);
+  std::int64_t newest = 0;
+  readSites(connection, [&](const EditRow& row) { newest = row.revision; });
   Statement record(connection,
-                   "INSERT INTO state (path, revision) SELECT ?, coalesce(max(revision), 0) FROM edit WHERE true "
+                   "INSERT INTO state (path, revision) VALUES (?, ?) "
                    "ON CONFLICT (path) DO UPDATE SET revision = excluded.revision",
                    "state");
   record.bind(1, std::string_view(name));
+  record.bind(2, newest);
   while (record.step()) continue;
   transaction.commit();
 }

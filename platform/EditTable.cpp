@@ -39,11 +39,7 @@ PRAGMA user_version = 1;
 /// The columns in the order in which they are asked for.
 enum EditColumn : int { kRevision, kSequence, kAlive, kDisabled, kKind, kLabel, kFile, kLine, kColumn };
 constexpr std::string_view kSelectEdits =
-    "SELECT revision, sequence, alive, disabled, kind, label, file, line, edit.\"column\" FROM edit ";
-
-std::string selectEdits(std::string_view which) {
-  return std::string(kSelectEdits).append(which);
-}
+    "SELECT revision, sequence, alive, disabled, kind, label, file, line, edit.\"column\" FROM edit ORDER BY revision";
 
 struct Range {
   const char* name;
@@ -140,14 +136,7 @@ void requireTable(const Connection& connection, const char* name) {
   if (!query.step() || query.integer(0) != 1) connection.refuse(name, "a table of this name");
 }
 
-}  // namespace
-
-void createTables(const Connection& connection) {
-  requireNumber(connection, "application_id", 0);  // without a table, a database may still be marked as someone's
-  requireNumber(connection, "user_version", 0);
-  connection.run(kSchema);
-}
-
+/// Throws unless the database is marked as an annotation database of our version and has tables `edit` and `state`.
 void requireAnnotationDatabase(const Connection& connection) {
   requireNumber(connection, "application_id", kApplicationId);
   requireNumber(connection, "user_version", kVersion);
@@ -156,25 +145,10 @@ void requireAnnotationDatabase(const Connection& connection) {
   requireTable(connection, "state");
 }
 
-bool hasNoTables(const Connection& connection) {
-  return connection.number("SELECT count(*) FROM sqlite_schema") == 0;
-}
-
-void requireWritable(const std::string& path, const std::string& place, const EditRow& row) {
-  const auto require = [&](bool holds, const std::string& expected) {
-    if (!holds) throw ReadError({path, place, expected});
-  };
-  require(kSequences.holds(row.sequence), kSequences.sentence());
-  require(kKinds.holds(row.kind), kKinds.sentence());
-  require(isUtf8(row.label), expectedText("label"));
-  require(isUtf8(row.file), expectedText("file"));
-  require(kLines.holds(row.line), kLines.sentence());
-  require(kColumns.holds(row.column), kColumns.sentence());
-}
-
+/// In the order of the revisions.
 void readEdits(const Connection& connection, const std::function<void(const EditRow&)>& take) {
   std::int64_t newest = 0;
-  readRows(connection, "edit", selectEdits("ORDER BY revision"), [&](const Statement& statement, std::int64_t number) {
+  readRows(connection, "edit", kSelectEdits, [&](const Statement& statement, std::int64_t number) {
     const EditRow row = editAt(statement, number);
     if (row.revision <= newest)
       connection.refuse("edit, revision " + std::to_string(row.revision), "one row a revision");
@@ -194,13 +168,35 @@ void readStates(const Connection& connection, const std::function<void(const Sta
            });
 }
 
-bool readNewestEdit(const Connection& connection, std::int64_t sequence,
-                    const std::function<void(const EditRow&)>& take) {
-  Statement statement(connection, selectEdits("WHERE sequence = ? ORDER BY revision DESC LIMIT 1"), "edit");
-  statement.bind(1, sequence);
-  if (!statement.step()) return false;
-  take(editAt(statement, 1));
-  return true;
+}  // namespace
+
+void createTables(const Connection& connection) {
+  requireNumber(connection, "application_id", 0);  // without a table, a database may still be marked as someone's
+  requireNumber(connection, "user_version", 0);
+  connection.run(kSchema);
+}
+
+bool hasNoTables(const Connection& connection) {
+  return connection.number("SELECT count(*) FROM sqlite_schema") == 0;
+}
+
+void requireWritable(const std::string& path, const std::string& place, const EditRow& row) {
+  const auto require = [&](bool holds, const std::string& expected) {
+    if (!holds) throw ReadError({path, place, expected});
+  };
+  require(kSequences.holds(row.sequence), kSequences.sentence());
+  require(kKinds.holds(row.kind), kKinds.sentence());
+  require(isUtf8(row.label), expectedText("label"));
+  require(isUtf8(row.file), expectedText("file"));
+  require(kLines.holds(row.line), kLines.sentence());
+  require(kColumns.holds(row.column), kColumns.sentence());
+}
+
+void readDatabase(const Connection& connection, const std::function<void(const EditRow&)>& takeEdit,
+                  const std::function<void(const StateRow&)>& takeState) {
+  requireAnnotationDatabase(connection);
+  readEdits(connection, takeEdit);
+  readStates(connection, takeState);
 }
 
 void appendEdit(const Connection& connection, const EditRow& row) {

@@ -34,22 +34,16 @@ struct StateRow {
 /// Makes the tables in such a database, and marks it as an annotation database.
 void createTables(const Connection& connection);
 
-/// Throws unless the database is marked as an annotation database of our version and has tables `edit` and `state`.
-void requireAnnotationDatabase(const Connection& connection);
-
 /// Throws what a reader of the file at `path` would have against this row, so that nothing is written which cannot be
 /// read.
 void requireWritable(const std::string& path, const std::string& place, const EditRow& row);
 
-/// Hands out every row in the order of the revisions; throws at the first that breaks a rule, whatever the file itself
-/// enforces. Rules can be switched off while a file is written, so nothing is taken on trust.
-void readEdits(const Connection& connection, const std::function<void(const EditRow&)>& take);
-/// The same for the recorded states.
-void readStates(const Connection& connection, const std::function<void(const StateRow&)>& take);
-
-/// Reads the newest row of a sequence for `take`; false where there is none.
-bool readNewestEdit(const Connection& connection, std::int64_t sequence,
-                    const std::function<void(const EditRow&)>& take);
+/// Hands out every edit in the order of the revisions, then every recorded state. Throws unless this is an annotation
+/// database of our version, and at the first row that breaks a rule, whatever the file itself enforces: rules can be
+/// switched off while a file is written, so nothing is taken on trust. To be asked within a transaction; a writer asks
+/// before it writes, so that it adds to nothing that cannot be read.
+void readDatabase(const Connection& connection, const std::function<void(const EditRow&)>& takeEdit,
+                  const std::function<void(const StateRow&)>& takeState);
 
 /// Appends the row; its revision is the database's to choose.
 void appendEdit(const Connection& connection, const EditRow& row);

@@ -84,6 +84,16 @@ class Annotations : public Files {
     return refusalOf([this] { static_cast<void>(open()); });
   }
 
+  /// What cannot be read is not written either: each edit is refused as a reader is, and leaves the file as it was.
+  void expectNoEditBut(const std::string& want, const std::string& damage) const {
+    const std::string before = support::contentOf(file_);
+    EXPECT_EQ(refusalOf([&] { editor().relabel(1, "new"); }), want) << damage;
+    EXPECT_EQ(refusalOf([&] { editor().add(annotation_t::task, "d", "f", 1, 0); }), want) << damage;
+    EXPECT_EQ(refusalOf([&] { editor().snapshot(path("survey")); }), want) << damage;
+    EXPECT_EQ(refusalOf([&] { static_cast<void>(editor().list(true)); }), want) << damage;
+    EXPECT_TRUE(support::contentOf(file_) == before) << damage;
+  }
+
   const std::string file_ = path("annotations.db");
 };
 
@@ -95,6 +105,7 @@ TEST_F(Annotations, OneBadRowMakesTheWholeFileUnreadable) {
     makeThree();
     run("PRAGMA ignore_check_constraints = ON; " + std::regex_replace(parts[0], loose, copied));
     EXPECT_EQ(refusalToOpen(), parts[1]) << damage;
+    expectNoEditBut(parts[1], damage);
   }
 }
 
@@ -113,6 +124,7 @@ TEST_F(Annotations, RowsThatOnlyTheTableOrOnlyItsIndexHasAreMissed) {
     editor().snapshot(path("map"));
     loseLastRow(damaged);
     EXPECT_EQ(refusalToOpen(), want) << damaged;
+    expectNoEditBut(want, damaged);
   }
 }
 
