@@ -25,4 +25,21 @@ std::string stateName(const std::string& databasePath, const std::string& result
   return liesBelow ? below.string() : result.string();
 }
 
+namespace {
+
+bool isStateNameBy(const std::string& databasePath, std::string_view name) {
+  const fs::path named = absolutePath(databasePath).parent_path() / name;  // an absolute name stands for itself
+  return stateName(databasePath, named.string()) == name;
+}
+
+}  // namespace
+
+bool isStateName(const std::string& databasePath, std::string_view name) {
+  if (name.empty()) return false;
+  if (isStateNameBy(databasePath, name)) return true;
+  std::error_code error;
+  const fs::path resolved = fs::canonical(databasePath, error);
+  return !error && isStateNameBy(resolved.string(), name);
+}
+
 }  // namespace kelvar_platform

@@ -150,7 +150,7 @@ TEST_F(Annotations, AStateIsTheDatabaseAsOfItsRevision) {
   editor().move(2, "/src/b.cpp", 20, 0);
   editor().remove(1);
   editor().setDisabled(3, true);
-  run("INSERT INTO state VALUES ('first', 1), ('before', 0), ('ahead', 99), ('', 2), ('/else/where', 5)");
+  run("INSERT INTO state VALUES ('first', 1), ('before', 0), ('ahead', 99), ('/else/where', 5)");
   const auto database = open();
   const std::string newest = "1 dead, 2 2 b b.cpp:20:0, 3 18 c c.cpp:3:0 disabled";
   EXPECT_EQ(rows(database.get()), newest);
@@ -177,6 +177,35 @@ TEST_F(Annotations, AStateIsTheDatabaseAsOfItsRevision) {
   EXPECT_EQ(rows(open()->get_state(path("map")).get()), "none");
   editor().snapshot(path("map"));
   EXPECT_EQ(rows(open()->get_state(path("map")).get()), newest);
+}
+
+TEST_F(Annotations, AStateHasTheNameThatASnapshotGivesIt) {
+  const std::string folder = path("").substr(0, path("").size() - 1);
+  const std::string above = folder.substr(0, folder.rfind('/'));
+  makeThree();
+  for (const std::string& result : {path("x/..//a b/./c/"), path("..c"), path("..."), path("annotations.db"), folder,
+                                    folder + "2", above, std::string("/"), std::string("//else/../where/")}) {
+    editor().snapshot(result);
+    EXPECT_EQ(rows(open()->get_state(result).get()), rows(open().get())) << result;
+  }
+  for (const std::string& name :
+       {std::string(), std::string("."), std::string("./map"), std::string("map/"), std::string("a/../map"),
+        std::string("a//map"), std::string("../map"), std::string("/else/"), std::string("/a/./b"), path("map")}) {
+    makeThree();
+    run("INSERT INTO state VALUES ('" + name + "', 1)");
+    EXPECT_EQ(refusalToOpen(), "state, path \"" + name +
+                                   "\": expected path without ., .. or a trailing slash, relative "
+                                   "where it lies below the database's folder, else absolute");
+  }
+}
+
+TEST_F(Annotations, ALinkToTheFolderLeavesWhatWasRecordedWithoutItReadable) {
+  makeThree();
+  std::filesystem::create_directory(path("real"));
+  std::filesystem::rename(file_, path("real/annotations.db"));
+  std::filesystem::create_directory_symlink(path("real"), path("link"));
+  AnnotationEditor(path("real/annotations.db"), AnnotationEditor::Open::existing).snapshot(path("link/survey"));
+  EXPECT_NE(rows(openAnnotationDatabase(path("link/annotations.db")).get()), "none");
 }
 
 TEST_F(Annotations, SequencesWithGapsAreFoundInAnyOrder) {
