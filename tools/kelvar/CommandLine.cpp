@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "Messages.h"
@@ -27,31 +28,55 @@ std::string unknownOption(const CLI::App& app, const std::string& name) {
   return "unknown option " + inQuotes(name) + proposal(name, optionNames(app));
 }
 
+bool isOptionOf(const CLI::App& app, const std::string& name) {
+  return app.get_option_no_throw(name) != nullptr;
+}
+
 // What the parser left over on its way to the innermost subcommand; empty where it used all it was given.
 std::string complaintOfLeftovers(const CLI::App& app) {
   const std::vector<std::string> unknown = app.remaining();
   for (const std::string& argument : unknown) {
     const std::string name = argument.substr(0, argument.find('='));
-    if (name.starts_with('-') && name != "--") return unknownOption(app, name);
+    // One that the parser knows was left over behind `--`, as a plain argument.
+    if (name.starts_with('-') && name != "--" && !isOptionOf(app, name)) return unknownOption(app, name);
   }
   const std::vector<CLI::App*> chosen = app.get_subcommands();
   if (!chosen.empty()) return complaintOfLeftovers(*chosen.front());
   if (unknown.empty()) return {};
+  const auto argument =
+      std::find_if(unknown.begin(), unknown.end(), [](const std::string& text) { return text != "--"; });
   const std::vector<std::string> subcommands = subcommandNames(app);
-  if (subcommands.empty()) return "unexpected argument " + inQuotes(unknown.front());
+  if (subcommands.empty()) return "unexpected argument " + inQuotes(argument != unknown.end() ? *argument : "--");
   return "unknown subcommand " + inQuotes(unknown.front()) + proposal(unknown.front(), subcommands);
+}
+
+// Whether the parser takes the next argument for the value of this one, whatever that looks like. No name is that of an
+// option with a value here and of one without there, so it does not matter in which subcommand the argument stands.
+bool takesNext(const CLI::App& app, const std::string& argument) {
+  if (!argument.starts_with('-')) return false;
+  if (const CLI::Option* const option = app.get_option_no_throw(argument)) return option->get_items_expected_min() > 0;
+  const std::vector<const CLI::App*> subcommands = app.get_subcommands(nullptr);
+  return std::any_of(subcommands.begin(), subcommands.end(),
+                     [&](const CLI::App* subcommand) { return takesNext(*subcommand, argument); });
+}
+
+// `--name=`: an option and an empty text.
+bool carriesEmptyText(const std::string& argument) {
+  return argument.starts_with("--") && argument.find('=') == argument.size() - 1;
 }
 
 }  // namespace
 
-std::vector<std::string> forParser(int count, char** arguments) {
+std::vector<std::string> forParser(const CLI::App& kelvar, int count, char** arguments) {
   std::vector<std::string> forward;
   bool options = true;
+  bool isValue = false;
   for (int index = 1; index < count; ++index) {
     std::string argument = arguments[index];
-    options = options && argument != "--";
-    const bool empty = options && argument.starts_with("--") && argument.find('=') == argument.size() - 1;
+    options = options && (isValue || argument != "--");
+    const bool empty = options && !isValue && carriesEmptyText(argument);
     if (empty) argument.pop_back();
+    isValue = options && !isValue && !empty && takesNext(kelvar, argument);
     forward.push_back(std::move(argument));
     if (empty) forward.emplace_back();
   }

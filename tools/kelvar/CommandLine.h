@@ -8,8 +8,9 @@
 namespace kelvar_tool {
 
 /// The arguments as the parser takes them, the last one first. An argument `--name=` carries an empty text, which the
-/// parser would take for none, and take the next argument: it becomes two.
-[[nodiscard]] std::vector<std::string> forParser(int count, char** arguments);
+/// parser would take for none, and take the next argument: it becomes two, unless it is itself the value of the option
+/// before.
+[[nodiscard]] std::vector<std::string> forParser(const CLI::App& kelvar, int count, char** arguments);
 
 /// The subcommand of a subcommand that was named last; `app` itself where none was.
 [[nodiscard]] const CLI::App& innermost(const CLI::App& app);

@@ -39,7 +39,7 @@ ExitStatus run(CLI::App& kelvar, int count, char** arguments) {
   Action chosen;
   for (const AddSubcommand add : kSubcommands) add(kelvar, chosen);
   try {
-    kelvar.parse(forParser(count, arguments));
+    kelvar.parse(forParser(kelvar, count, arguments));
     return chosen();
   } catch (const CLI::CallForHelp&) {
     print(helpOf(innermost(kelvar)));
