@@ -21,7 +21,10 @@ using kelvar_platform::Refusal;
 using Database = boost::shared_ptr<sitenotes::database_t>;
 using Results = kelvar_2_1_7::PerKind<std::string>;
 
-// The suite's own collector, which also shows what is being read.
+using RefusedOfResults = kelvar_2_1_7::PerKind<std::vector<Refusal>>;
+
+// The suite's own collector, which also shows what is being read, and sorts what is refused by the result that it is
+// refused of: which files that opens is the library's to know. The loader asks for a path and then reads what is there.
 class ShowingCollector final : public SummaryDataLoader::DataFromResult {
  public:
   ShowingCollector(const Results& results, Database database, Progress& progress)
@@ -30,21 +33,39 @@ class ShowingCollector final : public SummaryDataLoader::DataFromResult {
                        std::move(database), nullptr, nullptr),
         progress_(progress) {}
 
-  std::string surveyResultPath() override { return shown(DataFromResult::surveyResultPath()); }
+  std::string surveyResultPath() override { return begin(digestio::kSurvey, DataFromResult::surveyResultPath()); }
   std::string surveyVectorizationResultPath() override {
-    return shown(DataFromResult::surveyVectorizationResultPath());
+    return begin(digestio::kSurveyVectorization, DataFromResult::surveyVectorizationResultPath());
   }
-  std::string suitabilityResultPath() override { return shown(DataFromResult::suitabilityResultPath()); }
-  std::string correctnessResultPath() override { return shown(DataFromResult::correctnessResultPath()); }
-  std::string mapResultPath() override { return shown(DataFromResult::mapResultPath()); }
+  std::string suitabilityResultPath() override {
+    return begin(digestio::kSuitability, DataFromResult::suitabilityResultPath());
+  }
+  std::string correctnessResultPath() override {
+    return begin(digestio::kCorrectness, DataFromResult::correctnessResultPath());
+  }
+  std::string mapResultPath() override { return begin(digestio::kMap, DataFromResult::mapResultPath()); }
+
+  // To be asked once all results are read.
+  [[nodiscard]] const RefusedOfResults& refused() {
+    endReading();
+    return refused_;
+  }
 
  private:
-  std::string shown(std::string path) {
+  std::string begin(digestio::SummaryDataKind kind, std::string path) {
+    endReading();
+    reading_ = kind;
     if (!path.empty()) progress_.show("reading " + path);
     return path;
   }
 
+  void endReading() {
+    for (Refusal& refusal : kelvar_platform::takeRefusals()) refused_[reading_].push_back(std::move(refusal));
+  }
+
   Progress& progress_;
+  digestio::SummaryDataKind reading_ = digestio::kSurvey;
+  RefusedOfResults refused_{};
 };
 
 class Context final : public SummaryDataLoader::IFinalizeTaskContext {
@@ -81,25 +102,13 @@ Database openAnnotations(const std::string& path, std::vector<Refusal>& refusals
   }
 }
 
-// A sub-result is opened through the directory around it, so that its refusal may lie there.
-std::string openedDirectory(const std::string& path, digestio::SummaryDataKind kind) {
-  const std::size_t slash = path.rfind('/');
-  const bool around = kind == digestio::kSurveyVectorization && slash != std::string::npos;
-  return around ? path.substr(0, slash) : path;
-}
-
-// Whether the refusal is of one of the two files that the result is read from.
-bool concerns(const Refusal& refusal, const std::string& path, digestio::SummaryDataKind kind) {
-  return refusal.file == openedDirectory(path, kind) + "/result.json" || refusal.file == path + "/collection.json";
-}
-
 // A result that was read, but as something other than what it was named as, leaves no refusal.
-void refuseStrangers(const kelvar::SummaryData& data, const Results& results, std::vector<Refusal>& refusals) {
+void refuseStrangers(const kelvar::SummaryData& data, const Results& results, const RefusedOfResults& refused,
+                     std::vector<Refusal>& refusals) {
   for (const digestio::SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
     const std::string& path = results[kind];
-    if (path.empty() || data.summaryDataStatus(kind) != kelvar::kNotPresent) continue;
-    const auto explains = [&](const Refusal& refusal) { return concerns(refusal, path, kind); };
-    if (std::any_of(refusals.begin(), refusals.end(), explains)) continue;
+    const bool isRead = data.summaryDataStatus(kind) != kelvar::kNotPresent;
+    if (path.empty() || isRead || !refused[kind].empty()) continue;
     append(refusals, {.file = path, .place = "", .expected = "a result of kind " + dataKindName(kind)});
   }
 }
@@ -113,14 +122,16 @@ Loaded load(const Pieces& pieces) {
   if (!pieces.annotations.empty()) progress.show("reading " + pieces.annotations);
   const Database database = openAnnotations(pieces.annotations, refusals);
 
-  Context context(boost::shared_ptr<SummaryDataLoader::IDataFromCollector>(
-      new ShowingCollector(pieces.results, database, progress)));
+  const boost::shared_ptr<ShowingCollector> collector(new ShowingCollector(pieces.results, database, progress));
+  Context context(collector);
   const boost::shared_ptr<SummaryDataLoader> loader = SummaryDataLoader::Create();
   loader->DoTask(&context);
 
   Loaded loaded{.data = loader->summaryData(), .complaints = {}};
-  for (const Refusal& refusal : kelvar_platform::takeRefusals()) append(refusals, refusal);
-  refuseStrangers(*loaded.data, pieces.results, refusals);
+  for (const std::vector<Refusal>& ofResult : collector->refused()) {
+    for (const Refusal& refusal : ofResult) append(refusals, refusal);
+  }
+  refuseStrangers(*loaded.data, pieces.results, collector->refused(), refusals);
   for (const Refusal& refusal : refusals) loaded.complaints.push_back(refusal.sentence());
   return loaded;
 }
