@@ -6,48 +6,11 @@
 #include <new>
 
 #include "Diagnosis.h"
-#include "Utf8.h"
+#include "JsonFault.h"
 
 namespace kelvar_platform {
 
 namespace {
-
-constexpr std::string_view kBlanks = " \t\n\r";
-
-/// Where a text stops being JSON, as far as bytes, texts and brackets tell: what the parser finds before it looks at
-/// values, and then says without a place.
-struct Fault {
-  std::size_t byte;
-  const char* expected;
-};
-
-Fault firstFault(std::string_view text) {
-  bool inText = false;
-  std::size_t open = 0;
-  bool complete = false;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    if (static_cast<unsigned char>(c) >= 0x80) {
-      const std::size_t size = characterSize(text.substr(i));
-      if (size == 0) return {i, "UTF-8"};
-      i += size - 1;
-    } else if (complete) {
-      if (kBlanks.find(c) == std::string_view::npos) return {i, "the end of the file"};
-    } else if (inText && static_cast<unsigned char>(c) < 0x20) {
-      return {i, "a text without control characters"};
-    } else if (c == '\\') {
-      ++i;
-    } else if (c == '"') {
-      inText = !inText;
-    } else if (!inText && (c == '{' || c == '[')) {
-      ++open;
-    } else if (!inText && (c == '}' || c == ']')) {
-      if (open == 0) return {i, "JSON"};
-      complete = --open == 0;
-    }
-  }
-  return {text.size(), "the rest of the JSON"};
-}
 
 std::size_t digitsFrom(std::string_view text, std::size_t first) {
   const std::size_t end = text.find_first_not_of("0123456789", first);
@@ -184,7 +147,7 @@ void JsonReader::ignore(JsonValue& value) {
 
 void JsonReader::ignoreNumber(JsonValue& value) {
   std::string_view token = value.raw_json_token();
-  token = token.substr(0, token.find_last_not_of(kBlanks) + 1);
+  token = token.substr(0, token.find_last_not_of(kJsonBlanks) + 1);
   if (!isNumber(token)) refuseHere("JSON");  // else the parser steps over it, were it past what a double holds
 }
 
@@ -226,7 +189,7 @@ void JsonReader::refuseByte(std::size_t byte, std::string expected) const {
 }
 
 void JsonReader::refuseText() const {
-  const Fault fault = firstFault(text_.view());
+  const JsonFault fault = firstFault(text_.view());
   refuseByte(fault.byte, fault.expected);
 }
 

@@ -80,6 +80,9 @@ TEST_F(ResultFiles, NestingIsBoundedWhateverTheDepth) {
     EXPECT_FALSE(load(with("\"x\":" + nested(depth))));
     EXPECT_EQ(refusal(), "collection.json: " + place + ": expected a nesting of at most 64") << depth;
   }
+  const std::string lists(1'000'000, '[');
+  EXPECT_FALSE(load("{\"x\":" + lists + "]"));
+  EXPECT_EQ(refusal(), "collection.json: byte 1000006: expected the rest of the JSON");
 }
 
 TEST_F(ResultFiles, ManyKeysInOneObjectAreToldApart) {
