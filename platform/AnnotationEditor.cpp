@@ -63,12 +63,8 @@ std::string placeOf(std::int64_t sequence) {
 }  // namespace
 
 struct AnnotationEditor::Impl {
-  explicit Impl(std::string databasePath) : path(std::move(databasePath)) {}
-
-  /// Opened with the first operation, so that an edit that is refused for what it says makes no file.
-  const Connection& connected(Connection::Access access = Connection::Access::write) {
-    return connection ? *connection : connection.emplace(path, access);
-  }
+  /// Opened with the first edit, and for no reader: opening it for writing finishes or undoes what another left undone.
+  const Connection& connected() { return connection ? *connection : connection.emplace(path, access); }
 
   /// Appends the newest edit of a living site once more, with `change` made to it.
   void edit(std::int64_t sequence, const std::function<void(Site&)>& change) {
@@ -82,13 +78,14 @@ struct AnnotationEditor::Impl {
     transaction.commit();
   }
 
-  std::string path;
-  std::optional<Connection> connection;
+  const std::string path;
+  const Connection::Access access;
+  std::optional<Connection> connection{};
 };
 
-AnnotationEditor::AnnotationEditor(const std::string& path, Open how) : impl_(std::make_unique<Impl>(path)) {
-  if (how == Open::existing) impl_->connected();
-}
+AnnotationEditor::AnnotationEditor(const std::string& path, Open how)
+    : impl_(new Impl{.path = path,
+                     .access = how == Open::existing ? Connection::Access::write : Connection::Access::create}) {}
 AnnotationEditor::~AnnotationEditor() = default;
 AnnotationEditor::AnnotationEditor(AnnotationEditor&&) noexcept = default;
 AnnotationEditor& AnnotationEditor::operator=(AnnotationEditor&&) noexcept = default;
@@ -97,9 +94,9 @@ std::int64_t AnnotationEditor::add(sitenotes::annotation_t::kind_t kind, const s
                                    const std::string& file, int line, int column) {
   Site site{.sequence = 1, .kind = kind, .label = label, .file = file, .line = line, .column = column};
   requireWritable(impl_->path, "new site", rowOf(site));
-  const Connection& connection = impl_->connected(Connection::Access::create);
+  const Connection& connection = impl_->connected();
   Transaction transaction(connection, Transaction::Kind::write);
-  if (hasNoTables(connection)) createTables(connection);
+  if (impl_->access == Connection::Access::create && hasNoTables(connection)) createTables(connection);
   const std::int64_t greatest = greatestSequence(connection);
   if (greatest == std::numeric_limits<std::int64_t>::max()) connection.refuse("edit", "room for another sequence");
   site.sequence = greatest + 1;
@@ -129,7 +126,7 @@ void AnnotationEditor::remove(std::int64_t sequence) {
 }
 
 std::vector<Site> AnnotationEditor::list(bool withDead) const {
-  const Connection& connection = impl_->connected();
+  const Connection connection(impl_->path, Connection::Access::read);
   Transaction transaction(connection, Transaction::Kind::read);
   std::map<std::int64_t, Site> newest;
   readSites(connection, [&](const EditRow& row) { newest.insert_or_assign(row.sequence, siteOf(row)); });

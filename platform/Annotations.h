@@ -38,7 +38,7 @@ struct Site {
 /// Edits an annotation database. Every operation is one transaction: done whole, or not at all with a ReadError.
 class PLATFORM_EXPORT AnnotationEditor {
  public:
-  /// `createIfMissing` lets the first `add` make the file; until then nothing is opened.
+  /// `createIfMissing` lets the first `add` make the file. Nothing is opened before the first operation.
   enum class Open { existing, createIfMissing };
 
   AnnotationEditor(const std::string& path, Open how);
@@ -54,7 +54,8 @@ class PLATFORM_EXPORT AnnotationEditor {
   void relabel(std::int64_t sequence, const std::string& label);
   void setDisabled(std::int64_t sequence, bool disabled);
   void remove(std::int64_t sequence);
-  /// Every site as its newest edit has it, by sequence; `withDead` for those that were removed too.
+  /// Every site as its newest edit has it, by sequence; `withDead` for those that were removed too. Reads the file as
+  /// openAnnotationDatabase does.
   [[nodiscard]] std::vector<Site> list(bool withDead) const;
   /// Records that the result at `path`, which must not be empty, was collected on what the database says now.
   void snapshot(const std::string& path);

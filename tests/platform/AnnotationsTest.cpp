@@ -286,7 +286,8 @@ TEST_F(Annotations, OnlyAnAddMakesAFileAndNeverOutOfAnothers) {
   const auto add = [&](int line) {
     AnnotationEditor(file_, AnnotationEditor::Open::createIfMissing).add(annotation_t::task, "t", "f", line, 0);
   };
-  EXPECT_EQ(refusalOf([&] { static_cast<void>(editor()); }), "expected a file (No such file or directory)");
+  EXPECT_EQ(refusalOf([&] { editor().remove(1); }), "expected a file (No such file or directory)");
+  EXPECT_EQ(refusalOf([&] { static_cast<void>(editor().list(true)); }), "expected a file (No such file or directory)");
   EXPECT_EQ(refusalOf([&] { add(-1); }), "new site: expected line from 0 to 2147483647");
   EXPECT_FALSE(std::filesystem::exists(file_));
 
@@ -302,6 +303,27 @@ TEST_F(Annotations, OnlyAnAddMakesAFileAndNeverOutOfAnothers) {
   EXPECT_EQ(rows(open().get()), "1 2 t f:1:0");
   run("UPDATE edit SET sequence = 9223372036854775807");
   EXPECT_EQ(refusalOf([&] { add(1); }), "edit: expected room for another sequence");
+}
+
+TEST_F(Annotations, AnEditThatWasCutShortIsForAWriterToUndo) {
+  makeThree();
+  sqlite3* database = nullptr;
+  ASSERT_EQ(sqlite3_open(file_.c_str(), &database), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(database, "PRAGMA cache_size = 1; BEGIN; DELETE FROM edit; DELETE FROM state", nullptr,
+                         nullptr, nullptr),
+            SQLITE_OK);
+  ASSERT_EQ(sqlite3_db_cacheflush(database), SQLITE_OK);
+  const std::string journal = support::contentOf(path("annotations.db-journal"));
+  const std::string cut = support::contentOf(file_);
+  sqlite3_close(database);
+  write("annotations.db", cut);
+  write("annotations.db-journal", journal);
+  const std::string want = "expected a database whose last edit was finished (attempt to write a readonly database)";
+  EXPECT_EQ(refusalToOpen(), want);
+  EXPECT_EQ(refusalOf([&] { static_cast<void>(editor().list(false)); }), want);
+  EXPECT_TRUE(support::contentOf(file_) == cut);
+  editor().setDisabled(3, true);
+  EXPECT_EQ(rows(open().get()), "1 0 a a.cpp:1:0, 2 2 b b.cpp:2:3, 3 18 c c.cpp:3:0 disabled");
 }
 
 TEST_F(Annotations, TheScannerHandsOutWhatIsInstalled) {
