@@ -41,10 +41,12 @@ void readSites(const Connection& connection, const std::function<void(const Edit
   readDatabase(connection, take, [](const StateRow&) {});
 }
 
-std::int64_t greatestSequence(const Connection& connection) {
+/// One past the greatest there ever was.
+std::int64_t nextSequence(const Connection& connection) {
   std::int64_t greatest = 0;
   readSites(connection, [&](const EditRow& row) { greatest = std::max(greatest, row.sequence); });
-  return greatest;
+  if (greatest == std::numeric_limits<std::int64_t>::max()) connection.refuse("edit", "room for another sequence");
+  return greatest + 1;
 }
 
 /// As its newest edit has it; none where there is no such site.
@@ -91,15 +93,17 @@ AnnotationEditor::AnnotationEditor(AnnotationEditor&&) noexcept = default;
 AnnotationEditor& AnnotationEditor::operator=(AnnotationEditor&&) noexcept = default;
 
 std::int64_t AnnotationEditor::add(sitenotes::annotation_t::kind_t kind, const std::string& label,
-                                   const std::string& file, int line, int column) {
+                                   const std::string& file, int line, int column,
+                                   const std::function<void(std::int64_t)>& announce) {
   Site site{.sequence = 1, .kind = kind, .label = label, .file = file, .line = line, .column = column};
   requireWritable(impl_->path, "new site", rowOf(site));
   const Connection& connection = impl_->connected();
   Transaction transaction(connection, Transaction::Kind::write);
-  if (impl_->access == Connection::Access::create && hasNoTables(connection)) createTables(connection);
-  const std::int64_t greatest = greatestSequence(connection);
-  if (greatest == std::numeric_limits<std::int64_t>::max()) connection.refuse("edit", "room for another sequence");
-  site.sequence = greatest + 1;
+  const bool first = impl_->access == Connection::Access::create && isBlank(connection);
+  if (!first) site.sequence = nextSequence(connection);
+  // Before the first write: a process that ends in this call leaves nothing behind that a writer would have to undo.
+  if (announce) announce(site.sequence);
+  if (first) createTables(connection);
   appendEdit(connection, rowOf(site));
   transaction.commit();
   return site.sequence;

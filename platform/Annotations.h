@@ -2,6 +2,7 @@
 
 #include <boost/shared_ptr.hpp>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -46,9 +47,10 @@ class PLATFORM_EXPORT AnnotationEditor {
   AnnotationEditor(AnnotationEditor&&) noexcept;
   AnnotationEditor& operator=(AnnotationEditor&&) noexcept;
 
-  /// The new site's sequence, one past the greatest there ever was.
+  /// The new site's sequence, one past the greatest there ever was. `announce`, where there is one, is told it while
+  /// the edit can still be given up: what it throws passes through, and the site is not added.
   std::int64_t add(sitenotes::annotation_t::kind_t kind, const std::string& label, const std::string& file, int line,
-                   int column);
+                   int column, const std::function<void(std::int64_t)>& announce = {});
   /// The edits of a site are refused unless it lives.
   void move(std::int64_t sequence, const std::string& file, int line, int column);
   void relabel(std::int64_t sequence, const std::string& label);

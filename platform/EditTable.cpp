@@ -176,13 +176,14 @@ void readStates(const Connection& connection, const std::function<void(const Sta
 }  // namespace
 
 void createTables(const Connection& connection) {
-  requireNumber(connection, "application_id", 0);  // without a table, a database may still be marked as someone's
-  requireNumber(connection, "user_version", 0);
   connection.run(kSchema);
 }
 
-bool hasNoTables(const Connection& connection) {
-  return connection.number("SELECT count(*) FROM sqlite_schema") == 0;
+bool isBlank(const Connection& connection) {
+  if (connection.number("SELECT count(*) FROM sqlite_schema") != 0) return false;
+  requireNumber(connection, "application_id", 0);  // without a table, a database may still be marked as someone's
+  requireNumber(connection, "user_version", 0);
+  return true;
 }
 
 void requireWritable(const std::string& path, const std::string& place, const EditRow& row) {

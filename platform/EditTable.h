@@ -29,8 +29,9 @@ struct StateRow {
   std::int64_t revision = 0;
 };
 
-/// Whether this is a database as it is before its first edit: a file without any table, such as an empty one.
-[[nodiscard]] bool hasNoTables(const Connection& connection);
+/// Whether this is a database as it is before its first edit: a file without any table, such as an empty one. Throws
+/// where that is marked as something else.
+[[nodiscard]] bool isBlank(const Connection& connection);
 /// Makes the tables in such a database, and marks it as an annotation database.
 void createTables(const Connection& connection);
 

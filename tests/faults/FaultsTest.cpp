@@ -92,6 +92,8 @@ TEST_F(Faults, AReportOfWhatIsReadAheadIsWholeTooOrSaysWhatItLacks) {
 TEST_F(Faults, AnEditIsDoneOrNot) {
   const std::string before = listed();
   const auto check = [&](const Outcome& outcome) {
+    // An edit may fail in undoing itself: the next writer does that, even one that is refused.
+    static_cast<void>(shell("kelvar annotate p/annotations.db remove 99"));
     const std::string after = listed();
     EXPECT_TRUE(outcome.status != 0 || after != before);
     EXPECT_EQ(after.substr(0, before.size()), before);

@@ -49,7 +49,9 @@ void list(AnnotationEditor& editor, const Edit& edit) {
 
 void add(AnnotationEditor& editor, const Edit& edit) {
   const Place& at = edit.place;
-  print(std::to_string(editor.add(edit.kind, edit.label, at.file, at.line, at.column)) + '\n');
+  // Printed before it is so: nobody would know the number of a site that was added and could not be told.
+  editor.add(edit.kind, edit.label, at.file, at.line, at.column,
+             [](std::int64_t sequence) { print(std::to_string(sequence) + '\n'); });
 }
 
 void move(AnnotationEditor& editor, const Edit& edit) {
@@ -164,8 +166,8 @@ constexpr const char* kExamples =
     "  kelvar annotate annotations.db disable 7\n"
     "  kelvar annotate annotations.db move --help    says more of move; so with every subcommand\n"
     "\n"
-    "Exit status: 0 done; 1 the database could not be read or written, and is as it was; 2 a usage error;\n"
-    "3 out of memory, or the system failed.";
+    "Exit status: 0 done; 1 the database could not be read or written, or standard output not be written, and the\n"
+    "database is as it was, a new one empty; 2 a usage error; 3 out of memory, or the system failed.";
 
 void addEditCommand(CLI::App& annotate, const EditCommand& command, const std::shared_ptr<Edit>& edit, Action& chosen) {
   CLI::App& app = *annotate.add_subcommand(command.name, command.help);
