@@ -60,6 +60,20 @@ void requireFile(const std::string& path, Connection::Access access) {
   if (!std::filesystem::is_regular_file(status)) throw ReadError({path, "", "a regular file"});
 }
 
+/// Of a path that is too long SQLite says only that the file cannot be opened. It counts what symbolic links lead to,
+/// and wants room for the name of the journal beside the file.
+void requirePathThatFits(const std::string& path) {
+  constexpr std::string_view kJournal = "-journal";
+  const auto most = static_cast<std::size_t>(sqlite3_vfs_find(nullptr)->mxPathname) - kJournal.size();
+  const std::filesystem::path absolute = absolutePath(path);
+  std::error_code error;
+  const std::filesystem::path resolved = std::filesystem::weakly_canonical(absolute, error);
+  const std::size_t size = (error ? absolute : resolved).native().size();
+  if (size <= most) return;
+  throw ReadError(
+      {path, "", "an absolute path of at most " + std::to_string(most) + " bytes, found " + std::to_string(size)});
+}
+
 constexpr int flagsOf(Connection::Access access) {
   constexpr int kAlways = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
   if (access == Connection::Access::read) return kAlways | SQLITE_OPEN_READONLY;
@@ -84,6 +98,7 @@ Connection::Connection(std::string path, Access access) : path_(std::move(path))
   const int result = sqlite3_open_v2(absolutePath(path_).c_str(), &database, flagsOf(access), nullptr);
   database_.reset(database);  // to be closed even where it did not open
   if (result != SQLITE_OK) {
+    requirePathThatFits(path_);
     // SQLite then tries to open for reading what is not there, and says so instead of why it could not be made.
     std::error_code ignored;
     const bool missing = !std::filesystem::exists(path_, ignored);

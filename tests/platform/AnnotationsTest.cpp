@@ -145,6 +145,33 @@ TEST_F(Annotations, WhatIsNoDatabaseIsRefused) {
   EXPECT_EQ(refusalToOpen(), "expected a database that fits into memory (out of memory)");
 }
 
+TEST_F(Annotations, APathThatIsTooLongIsSaidToBe) {
+  const std::string name = "/annotations.db";
+  const auto longPath = [&](std::size_t size) {
+    std::string folder = path("deep");
+    while (folder.size() + name.size() < size) {
+      folder += '/' + std::string(std::min<std::size_t>(200, size - folder.size() - name.size() - 1), 'd');
+    }
+    std::filesystem::create_directories(folder);
+    return folder + name;
+  };
+  const auto addAt = [&](const std::string& file) {
+    return refused([&] {
+      AnnotationEditor(file, AnnotationEditor::Open::createIfMissing).add(annotation_t::task, "t", "f", 1, 0);
+    });
+  };
+  EXPECT_EQ(addAt(longPath(504)), "");
+  EXPECT_EQ(rows(openAnnotationDatabase(longPath(504)).get()), "1 2 t f:1:0");
+  const std::string file = longPath(505);
+  const std::string want = local(file) + ": expected an absolute path of at most 504 bytes, found 505";
+  EXPECT_EQ(addAt(file), want);
+  EXPECT_FALSE(std::filesystem::exists(file));
+  std::filesystem::copy(longPath(504), file);
+  EXPECT_EQ(refused([&] { static_cast<void>(openAnnotationDatabase(file)); }), want);
+  std::filesystem::create_directory_symlink(file.substr(0, file.rfind('/')), path("short"));
+  EXPECT_EQ(addAt(path("short") + name), "short" + want.substr(want.find(name)));
+}
+
 TEST_F(Annotations, AStateIsTheDatabaseAsOfItsRevision) {
   makeThree();
   editor().move(2, "/src/b.cpp", 20, 0);
