@@ -76,7 +76,7 @@ boost::shared_ptr<sitenotes::database_t> openAnnotationDatabase(const std::strin
   RecordedStates recorded;
   readDatabase(
       connection, [&](const EditRow& row) { history->append(row); },
-      [&](const StateRow& row) { recorded.emplace(row.path, row.revision); });
+      [&](const StateRow& row) { recorded.insert_or_assign(currentStateName(path, row.path), row.revision); });
   transaction.commit();
   return boost::make_shared<AnnotationDatabase>(absolutePath(path).string(), history, std::move(recorded));
 }

@@ -67,7 +67,7 @@ constexpr Range kColumns{"column", 0, kMostInt};
 constexpr Range kStateRevisions{"revision", 0, Range::kUnbounded};
 
 constexpr const char* kExpectedPath =
-    "path without ., .. or a trailing slash, relative where it lies below the database's folder, else absolute";
+    "path without ., .. or a trailing slash, absolute where it does not lie below the database's folder";
 
 std::string expectedText(const char* name) {
   return std::string(name) + " as UTF-8 text";
@@ -167,7 +167,7 @@ void readStates(const Connection& connection, const std::function<void(const Sta
            [&](const Statement& statement, std::int64_t number) {
              const Row row{statement, "state", "path", 0, number};
              const StateRow state{.path = row.text(0, "path"), .revision = row.integer(1, kStateRevisions)};
-             if (!isStateName(connection.path(), state.path)) row.refuse(kExpectedPath);  // nobody would find it
+             if (!isStateName(state.path)) row.refuse(kExpectedPath);  // nobody would find it
              if (!paths.emplace(state.path).second) row.refuse("one row a path");
              take(state);
            });

@@ -25,21 +25,16 @@ std::string stateName(const std::string& databasePath, const std::string& result
   return liesBelow ? below.string() : result.string();
 }
 
-namespace {
-
-bool isStateNameBy(const std::string& databasePath, std::string_view name) {
-  const fs::path named = absolutePath(databasePath).parent_path() / name;  // an absolute name stands for itself
-  return stateName(databasePath, named.string()) == name;
+bool isStateName(std::string_view name) {
+  const fs::path path(name);
+  const bool endsInSlash = !path.has_filename() && path.has_relative_path();
+  return !name.empty() && !endsInSlash && path.lexically_normal().native() == name && path != "." &&
+         *path.begin() != "..";
 }
 
-}  // namespace
-
-bool isStateName(const std::string& databasePath, std::string_view name) {
-  if (name.empty()) return false;
-  if (isStateNameBy(databasePath, name)) return true;
-  std::error_code error;
-  const fs::path resolved = fs::canonical(databasePath, error);
-  return !error && isStateNameBy(resolved.string(), name);
+std::string currentStateName(const std::string& databasePath, std::string_view name) {
+  std::string known(name);
+  return fs::path(known).is_absolute() ? stateName(databasePath, known) : known;
 }
 
 }  // namespace kelvar_platform
