@@ -39,7 +39,7 @@ class ItemSort {
 
  private:
   void byNumbers(Entries entries, std::size_t next) {
-    if (next == ordering_.count()) return byName(entries);
+    if (next == ordering_.numbers.size()) return byName(entries);
     readNumbers(entries, ordering_.numbers[next]);
     sortByKey(entries, numbers_);
     forEachTie(entries, [this, next](Entries tied) {
@@ -62,19 +62,20 @@ class ItemSort {
   /// Where nearly all items tie, each is visited once for its first number and its place.
   void byFewValues(Entries entries) {
     const std::size_t first = ordering_.next(0, *entries.front().item);
-    readPlaces(entries, first != ordering_.count() ? ordering_.numbers[first] : Number());
+    readPlaces(entries, first != ordering_.numbers.size() ? ordering_.numbers[first] : Number());
     byFewValues(PlacedEntries(placed_), first);
     takeOrder(entries);
   }
 
   /// The entries hold the number at `index`.
   void byFewValues(PlacedEntries entries, std::size_t index) {
-    if (index == ordering_.count()) return siteSort_.sort(entries, goesByLocator(ordering_.tie, *entries.front().item));
+    if (index == ordering_.numbers.size())
+      return siteSort_.sort(entries, goesByLocator(ordering_.tie, *entries.front().item));
     sortByKey(entries, buffer_);
     forEachTie(entries, [this, index](PlacedEntries tied) {
       if (tied.front().key == kUnordered) return siteSort_.sort(tied, false);
       const std::size_t next = ordering_.next(index + 1, *tied.front().item);
-      if (next != ordering_.count()) readNumbers(tied, ordering_.numbers[next]);
+      if (next != ordering_.numbers.size()) readNumbers(tied, ordering_.numbers[next]);
       byFewValues(tied, next);
     });
   }

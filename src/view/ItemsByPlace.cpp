@@ -74,7 +74,7 @@ class SortByPlace {
  private:
   /// All numbers of an ordering that begins with one of an analysis are of that analysis. Kinds are known already.
   void part(bool areAllShown) {
-    const bool hasNumbers = ordering_.count() != 0;
+    const bool hasNumbers = ordering_.numbers.size() != 0;
     const Number& number = ordering_.numbers.front();
     const auto isNumbered = [&](const ItemAtPlace& site) {
       return hasNumbers && (!number.kind || site.details.has(*number.kind));
@@ -98,7 +98,7 @@ class SortByPlace {
 
   /// By the number at `index` and those behind it.
   void byNumber(NumberedItems items, std::size_t index) {
-    if (index == ordering_.count()) return byTie(items);
+    if (index == ordering_.numbers.size()) return byTie(items);
     readKeys(items, index);
     byKeys(items, index);
   }
@@ -167,7 +167,7 @@ class SortByPlace {
   std::vector<Numbered> numbered_;
   std::vector<Unnumbered> unnumbered_;
   std::size_t before_ = 0;  // how many of those with numbers stand before those without
-  std::array<std::unique_ptr<std::uint64_t[]>, Ordering::kMostNumbers> keys_;  // of numbers that were read with another
+  std::array<std::unique_ptr<std::uint64_t[]>, Numbers::kMost> keys_;  // of numbers that were read with another
   std::vector<Numbered> buffer_;
 };
 

@@ -71,7 +71,7 @@ template <class Records, class ItemOf>
                                   const ItemOf& itemOf) {
   const auto orderOf = [&](const auto& record) {
     std::strong_ordering order = std::strong_ordering::equal;
-    for (std::size_t i = 0; i < ordering.count() && std::is_eq(order); ++i) {
+    for (std::size_t i = 0; i < ordering.numbers.size() && std::is_eq(order); ++i) {
       order = keyOf(ordering.numbers[i], *itemOf(record)) <=> keyOf(ordering.numbers[i], item);
     }
     return order;

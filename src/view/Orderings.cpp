@@ -165,7 +165,6 @@ bool before(const Ordering& ordering, const SummaryItemImpl* a, const SummaryIte
   if (a == nullptr) return false;
   if (b == nullptr) return true;
   for (const Number& number : ordering.numbers) {
-    if (number.read == nullptr) break;
     const double numberOfA = number.read(*a);
     const double numberOfB = number.read(*b);
     const std::partial_ordering order = numberOfA <=> numberOfB;

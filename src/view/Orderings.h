@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <initializer_list>
 #include <optional>
 #include <string>
 
@@ -22,6 +24,26 @@ struct Number {
   double (*ofKinds)(digestio::SummaryDetailKind detail, sitenotes::annotation_t::kind_t annotation) = nullptr;
 };
 
+/// The numbers of an ordering, in the order in which they are asked.
+class Numbers {
+ public:
+  static constexpr std::size_t kMost = 3;
+
+  constexpr Numbers(std::initializer_list<Number> numbers) noexcept : count_(numbers.size()) {
+    std::copy(numbers.begin(), numbers.end(), numbers_.begin());
+  }
+  [[nodiscard]] constexpr std::size_t size() const noexcept { return count_; }
+  [[nodiscard]] constexpr const Number& operator[](std::size_t index) const noexcept { return numbers_[index]; }
+  [[nodiscard]] constexpr const Number* begin() const noexcept { return numbers_.data(); }
+  [[nodiscard]] constexpr const Number* end() const noexcept { return numbers_.data() + count_; }
+  /// The first; one that reads nothing, if there is none.
+  [[nodiscard]] constexpr const Number& front() const noexcept { return numbers_.front(); }
+
+ private:
+  std::array<Number, kMost> numbers_{};
+  std::size_t count_;
+};
+
 /// What decides between items whose numbers and labels are equal. Two items that come so far agree on it.
 enum class Tie { kByLocator, kStays, kByLocatorUnlessLoop };
 
@@ -32,36 +54,28 @@ enum class Decider { kNumbers, kPlaceWithinKinds, kPlace };
 
 /// One ordering: numbers first, the first that differs decides; then the label; then the tie.
 struct Ordering {
-  static constexpr std::size_t kMostNumbers = 3;
-  std::array<Number, kMostNumbers> numbers{};  // up to the first null
+  Numbers numbers = {};
   bool byLabel = false;
   Tie tie = Tie::kByLocator;
   Decider decider = Decider::kNumbers;
 
-  [[nodiscard]] constexpr std::size_t count() const noexcept {
-    std::size_t count = 0;
-    while (count < numbers.size() && numbers[count].read != nullptr) ++count;
-    return count;
-  }
   /// The first number from the one at `index` on that may tell `item` from others that the numbers before leave equal
   /// with it; the end, if there is none.
   [[nodiscard]] std::size_t next(std::size_t index, const SummaryItemImpl& item) const noexcept {
-    while (index < count() && isIdle(index, item)) ++index;
+    while (index < numbers.size() && isIdle(index, item)) ++index;
     return index;
   }
   /// Whether the number at `index` is read of the same detail as the one before it, and of the same items.
   [[nodiscard]] constexpr bool sharesDetail(std::size_t index) const noexcept {
-    if (index == 0 || index >= count()) return false;
+    if (index == 0 || index >= numbers.size()) return false;
     const Number& number = numbers[index];
     const Number& before = numbers[index - 1];
     return number.kind && number.kind == before.kind && number.ofLoops == before.ofLoops;
   }
   /// Whether all numbers are of the analysis that the first one is of, if that is of any.
   [[nodiscard]] constexpr bool isOfOneAnalysis() const noexcept {
-    for (std::size_t i = 1; i < count(); ++i) {
-      if (numbers.front().kind && numbers[i].kind != numbers.front().kind) return false;
-    }
-    return true;
+    const auto isOfFirst = [&](const Number& number) { return number.kind == numbers.front().kind; };
+    return !numbers.front().kind || std::ranges::all_of(numbers, isOfFirst);
   }
   /// Whether the number at `index` is the same for all that the numbers before it do not tell from `item`.
   [[nodiscard]] bool isIdle(std::size_t index, const SummaryItemImpl& item) const noexcept {

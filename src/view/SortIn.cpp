@@ -22,7 +22,7 @@ class Standing {
  public:
   Standing(const Ordering& ordering, const SummaryItemImpl& item) : ordering_(ordering), place_(item.place()) {
     // Of what is no number the ordering has nothing more to say, and idle numbers are the same.
-    for (std::size_t i = 0; i < ordering.count() && !ordering.isIdle(i, item); ++i) {
+    for (std::size_t i = 0; i < ordering.numbers.size() && !ordering.isIdle(i, item); ++i) {
       keys_[count_++] = keyOf(ordering.numbers[i].read(item));
       if (keys_[i] == kUnordered) break;
     }
@@ -41,7 +41,7 @@ class Standing {
 
  private:
   const Ordering& ordering_;
-  std::array<std::uint64_t, Ordering::kMostNumbers> keys_{};
+  std::array<std::uint64_t, Numbers::kMost> keys_{};
   std::size_t count_ = 0;
   sitenotes::locator_t place_;
 };
