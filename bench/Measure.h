@@ -34,8 +34,9 @@ inline std::vector<Stage>& stages() {
 }
 
 /// Adds a stage. Each round calls `prepare()` and then, measured, `work(prepared)`; what both return goes
-/// after the clock has stopped. `items()` is what the figures per item are divided by. A first round is not measured:
-/// it finds none of its memory ready, and large stages have few others to make up for it.
+/// after the clock has stopped. `items()` is what the figures per item are divided by. One round before the
+/// first repetition is not measured: it finds none of its memory ready, and large stages have few others to make up for
+/// it.
 template <class Items, class Prepare, class Work>
 void measure(const std::string& name, std::size_t sites, Items items, Prepare prepare, Work work) {
   const auto run = [=](benchmark::State& state) {

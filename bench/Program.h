@@ -21,7 +21,7 @@ class Program {
   explicit Program(std::size_t sites);
 
   [[nodiscard]] const boost::shared_ptr<sitenotes::database_t>& annotations() const { return annotations_; }
-  /// One item for each annotation, in the database's order: the list before the first result.
+  /// One item for each annotation, by place: the list before the first result.
   [[nodiscard]] kelvar_2_1_7::SummaryItems annotated() const;
   /// A result's list before its fold: its details, then the annotations as of the run.
   [[nodiscard]] kelvar_2_1_7::SummaryItems collected(digestio::SummaryDataKind kind);
@@ -35,7 +35,7 @@ class Program {
   kelvar_2_1_7::PerKind<std::vector<MemoryDetail>> details_;
 };
 
-/// The program of that size, which stays until another size is asked for.
+/// The program of that size, which stays, as those of other sizes do.
 [[nodiscard]] Program& program(std::size_t sites);
 
 }  // namespace kelvar_bench

@@ -4,7 +4,7 @@
 
 namespace kelvar_bench {
 
-/// What this process has taken by operator new. What C libraries take with malloc is not in it.
+/// What this thread has taken by operator new. What C libraries take with malloc is not in it.
 struct Taken {
   std::uint64_t calls = 0;
   std::uint64_t bytes = 0;

@@ -13,7 +13,7 @@ class UsageError : public std::runtime_error {
 };
 
 /// Says one sentence on standard error, as `kelvar: SENTENCE`. The name is coloured on a terminal, unless NO_COLOR is
-/// set. What cannot be said is not said: standard error has nowhere to complain to.
+/// set and not empty. What cannot be said is not said: standard error has nowhere to complain to.
 void say(std::string_view sentence);
 
 /// The text with `\t`, `\n`, `\r`, `\\` and `\xHH` for what a terminal would obey or a line would break at. What it

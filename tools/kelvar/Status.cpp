@@ -165,8 +165,8 @@ constexpr const char* kExamples =
     "                                                   hot spots and loops never match: nobody annotates them\n"
     "\n"
     "Fields of a line about a site that moved, a tab between each two: label, where an analysis saw it, where it is\n"
-    "now, by how many lines, and which analyses saw it there. In labels and files \\t, \\n, \\r, \\\\ and \\xHH stand\n"
-    "for the bytes that would break a line.\n"
+    "now, by how many lines (or another file), and which analyses saw it there. In labels and files \\t, \\n, \\r,\n"
+    "\\\\ and \\xHH stand for the bytes that would break a line.\n"
     "Exit status: 0 all was read; 1 something could not be read or written, and is named with its reason;\n"
     "2 a usage error; 3 out of memory, or the system failed; 4 all was read, and --fail-on applies.";
 

@@ -30,8 +30,9 @@ constexpr const char* kExamples =
     "Files may be gzipped. Where my-project has annotations.db, what lies within an annotated site counts for that\n"
     "site, and the state of the result is recorded.\n"
     "\n"
-    "Exit status: 0 done; 1 a file could not be read or written, and the project's result is as it was;\n"
-    "2 a usage error; 3 out of memory, or the system failed.";
+    "Exit status: 0 done; 1 a file could not be read, or the result not be written, and that of the project is as it\n"
+    "was; or what is kept beside a result could not be written; 2 a usage error; 3 out of memory, or the system\n"
+    "failed.";
 
 /// What the command line says, before it is known to make sense.
 struct Line {
