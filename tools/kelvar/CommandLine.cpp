@@ -88,12 +88,27 @@ const CLI::App& innermost(const CLI::App& app) {
   return chosen.empty() ? app : innermost(*chosen.front());
 }
 
+namespace {
+
+/// What is typed before its name.
+std::string wordsBefore(const CLI::App& app) {
+  const CLI::App* const parent = app.get_parent();
+  if (parent == nullptr) return {};
+  std::string words = fullName(*parent);
+  const auto isPositional = [](const CLI::Option* option) { return option->get_positional(); };
+  for (const CLI::Option* const option : parent->get_options(isPositional)) words += " " + option->get_single_name();
+  return words;
+}
+
+}  // namespace
+
 std::string fullName(const CLI::App& app) {
-  return app.get_parent() ? fullName(*app.get_parent()) + " " + app.get_name() : app.get_name();
+  const std::string before = wordsBefore(app);
+  return before.empty() ? app.get_name() : before + " " + app.get_name();
 }
 
 std::string helpOf(const CLI::App& app) {
-  return app.help(app.get_parent() ? fullName(*app.get_parent()) : std::string());
+  return app.help(wordsBefore(app));
 }
 
 std::string complaint(const CLI::App& kelvar, const CLI::ParseError& error) {

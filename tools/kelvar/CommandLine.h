@@ -15,7 +15,7 @@ namespace kelvar_tool {
 /// The subcommand of a subcommand that was named last; `app` itself where none was.
 [[nodiscard]] const CLI::App& innermost(const CLI::App& app);
 
-/// The words that lead to it: `kelvar annotate move`.
+/// What leads to it, when it is typed: `kelvar annotate DATABASE move`.
 [[nodiscard]] std::string fullName(const CLI::App& app);
 [[nodiscard]] std::string helpOf(const CLI::App& app);
 
