@@ -1,4 +1,4 @@
-// The first sort of a list, as a load leaves it and of one that stands in no order; and the second one.
+// The first sort of a list, as a load leaves it and of one in no order; and the second sort.
 #include <algorithm>
 #include <random>
 #include <string>
@@ -50,7 +50,7 @@ class FullList {
         if (details_.size() < sites) details_.emplace_back(project_, detail, kEveryKind);
       }
     }
-    for (MemoryDetail& detail : details_) items_.make(nullptr, &detail, nullptr, items_.size() + 1);
+    for (MemoryDetail& detail : details_) items_.append(new SummaryItemImpl(nullptr, &detail, nullptr, items_.size() + 1));
   }
 
   SummaryItems& unsorted() {

@@ -4,8 +4,8 @@
 
 #include "MemoryDatabase.h"
 #include "OfSize.h"
-#include "items/Join.h"
 #include "items/LiveAnnotations.h"
+#include "items/joining/Join.h"
 
 namespace kelvar_bench {
 
@@ -28,29 +28,30 @@ Program::Program(std::size_t sites)
 SummaryItems Program::annotated() const {
   SummaryItems items;
   kelvar_2_1_7::forEachLiveAnnotation(annotations_, [&](auto annotation, unsigned long handle) {
-    items.make(nullptr, std::move(annotation), handle, kelvar_2_1_7::kCurrent, false, false, false, false);
+    items.append(new SummaryItemImpl(nullptr, std::move(annotation), handle, kelvar_2_1_7::kCurrent, false, false, false,
+                                     false));
   });
   return items;
 }
 
 SummaryItems Program::collected(SummaryDataKind kind) {
   SummaryItems items;
-  for (MemoryDetail& detail : details_[kind]) items.make(nullptr, &detail, nullptr, 0UL);
+  for (MemoryDetail& detail : details_[kind]) items.append(new SummaryItemImpl(nullptr, &detail, nullptr, 0UL));
   const bool survey = kind == digestio::kSurvey;
   kelvar_2_1_7::forEachLiveAnnotation(state_, [&](auto annotation, unsigned long handle) {
-    items.make(nullptr, std::move(annotation), handle, kelvar_2_1_7::kNoMatchCurrent, survey,
-               kind == digestio::kSuitability, kind == digestio::kCorrectness, kind == digestio::kMap);
+    items.append(new SummaryItemImpl(nullptr, std::move(annotation), handle, kelvar_2_1_7::kNoMatchCurrent, survey,
+                                     kind == digestio::kSuitability, kind == digestio::kCorrectness,
+                                     kind == digestio::kMap));
   });
   return items;
 }
 
 SummaryItems Program::joined() {
   SummaryItems items = annotated();
-  kelvar_2_1_7::JoinMemory memory;
   for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
-    kelvar_2_1_7::ResultSites incoming(collected(kind));
-    incoming.fold(kind);
-    kelvar_2_1_7::join(items, incoming, memory);
+    SummaryItems incoming = collected(kind);
+    incoming.exactMerge(kind);
+    kelvar_2_1_7::join(items, incoming);
   }
   return items;
 }

@@ -131,7 +131,7 @@ bool mayGoRound(const SummaryItem& a, const SummaryItem& b) {
          (a.detailKind() != 0 || b.detailKind() != 0);
 }
 
-/// Neighbours never stand against the ordering; where it orders strictly and weakly, no two items do.
+/// Neighbours never come against the ordering; where it orders strictly and weakly, no two items do.
 void requireOrder(const SummaryItems& items, SummaryMapping mapping, bool reverse) {
   bool orders = true;
   for (std::size_t i = 0; i < items.size(); ++i) {
@@ -142,7 +142,7 @@ void requireOrder(const SummaryItems& items, SummaryMapping mapping, bool revers
     for (std::size_t j = orders ? 0 : i - (i != 0); j < i; ++j) {
       const bool against =
           reverse ? plainlyBefore(mapping, items[j], items[i]) : plainlyBefore(mapping, items[i], items[j]);
-      require(!against, "an item stands where its ordering has it");
+      require(!against, "no item comes against the ordering");
     }
   }
 }

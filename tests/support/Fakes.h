@@ -62,7 +62,7 @@ class FakeDatabase final : public sitenotes::database_t {
     boost::shared_ptr<sitenotes::annotation_t> latest;
     bool alive = false;
   };
-  /// What stands there, or nothing in particular.
+  /// The value of the key, or a value of nothing in particular.
   template <class Key, class Value>
   static Value found(const std::map<Key, Value>& known, const Key& key) {
     const auto place = known.find(key);

@@ -7,7 +7,6 @@
 
 namespace kelvar_2_1_7 {
 class SummaryItems;
-class ResultSites;
 }  // namespace kelvar_2_1_7
 
 namespace support {
@@ -22,13 +21,11 @@ namespace support {
 /// survey cpuTime | vectorization selfTime/totalTime | suitability selfTime siteMaxGain totalMaxGain |
 /// correctness errors warnings+warnings | map unit+constant+varying, and nothing where there is no such detail.
 /// Signs: ! unusable  - no match current  ~ approximate  = exact  + current; a record that is not present is left out,
-/// unless it has a count or a detail: then its sign is a dot. A count other than 1 stands as x2.
+/// unless it has a count or a detail: then its sign is a dot. A count other than 1 is written as x2.
 [[nodiscard]] std::string row(const kelvar_2_1_7::SummaryItem& item);
 
 /// One line for each item, `null` for one that is missing.
 [[nodiscard]] std::string rows(const kelvar_2_1_7::SummaryItems& items);
-/// All sites of a result in their order, items or not.
-[[nodiscard]] std::string rows(kelvar_2_1_7::ResultSites& sites);
 /// The view.
 [[nodiscard]] std::string rows(kelvar_2_1_7::SummaryData& data);
 

@@ -85,7 +85,7 @@ TEST(View, ShowsAndHidesAsThePlainFiltersDo) {
             std::count(std::begin(plain.annotationKinds), std::end(plain.annotationKinds), true) != 0;
       }
       const bool reverse = random.below(2) == 0;
-      // Mostly the items alone change: what stays visible then stands as before, circles at one place apart.
+      // Mostly the filters alone change.
       const auto mapping = random.below(3) == 0 ? static_cast<SummaryMapping>(random.below(15)) : settings.mapping();
       settings.setMapping(mapping, reverse);
 
