@@ -1,7 +1,7 @@
 /// Preloaded into a program, makes one of its calls to the system fail. KELVAR_FAULT names which and how:
 ///
-///     allocation 0 K   the K-th allocation answers null
-///     call ERRNO K     the K-th call on a file fails
+///     allocation 0 K   the K-th allocation answers null; allocations 0 K: all from the K-th on
+///     call ERRNO K     the K-th call on a file fails; calls ERRNO K: all from the K-th on
 ///     short            every read and write gets only part of what it asked for
 ///     shrink 0 K       the file whose size is asked for the K-th time is another one right after; grow 0 K alike
 ///
@@ -37,10 +37,14 @@ Function* real(const char* name, Function*) {
   return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
+/// In the plural, a fault stays.
 bool struck(const char* asked) {
-  if (std::strcmp(kind, asked) != 0 || ++count != strikes) return false;
-  real("close", ::close)(real("open", ::open)("struck", O_WRONLY | O_CREAT, 0600));
-  return true;
+  const std::size_t length = std::strlen(asked);
+  if (std::strncmp(kind, asked, length) != 0) return false;
+  const long at = ++count;
+  const bool stays = std::strcmp(kind + length, "s") == 0;
+  if (at == strikes) real("close", ::close)(real("open", ::open)("struck", O_WRONLY | O_CREAT, 0600));
+  return at == strikes || (stays && at > strikes);
 }
 bool fails() {
   if (!struck("call")) return false;
