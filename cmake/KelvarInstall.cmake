@@ -86,6 +86,10 @@ if(TARGET kelvar_platform)
   string(APPEND KELVAR_PC_LIBS " -lkelvar_platform")
   string(APPEND KELVAR_PC_CFLAGS " -I\${prefix}/${KELVAR_PLATFORM_DIR}")
 endif()
+# A caller finds the shared objects where they are installed, unless the loader looks there by itself.
+if(BUILD_SHARED_LIBS AND NOT CMAKE_INSTALL_FULL_LIBDIR IN_LIST CMAKE_CXX_IMPLICIT_LINK_DIRECTORIES)
+  string(APPEND KELVAR_PC_LIBS " -Wl,-rpath,\${libdir}")
+endif()
 # An archive does not bring what it needs: whoever links it names that too, with or without --static.
 if(NOT BUILD_SHARED_LIBS)
   string(APPEND KELVAR_PC_LIBS " -lboost_filesystem")

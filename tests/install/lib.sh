@@ -1,6 +1,9 @@
 # shellcheck shell=bash
 # What the scripts beside it share. Sourced, never run.
 
+# Callers are built with the generator and the compiler of the build under test: a machine need have no others.
+export CMAKE_GENERATOR=${CMAKE_GENERATOR:-Ninja} CXX=${CXX:-c++}
+
 # fail WHAT: says what broke, and ends.
 fail() {
   echo "FAILED: $1" >&2

@@ -24,7 +24,7 @@ target_include_directories(caller PRIVATE $suite)
 target_link_libraries(caller kelvar::summary)
 CMAKE
 
-"${CXX:-c++}" -std=c++17 -shared -fPIC -I"$headers" "$suite/Suite.cpp" -o "$work/libsuite.so" ||
+"$CXX" -std=c++17 -shared -fPIC -I"$headers" "$suite/Suite.cpp" -o "$work/libsuite.so" ||
   fail "building the suite"
 cmake -S "$source" -B "$work/build" -Dsuite_DIR="$work" -DKELVAR_COLLABORATORS=suite::collaborators \
   -DKELVAR_COLLABORATORS_PACKAGE=suite -DKELVAR_COLLABORATOR_HEADERS="$headers" \

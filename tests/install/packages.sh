@@ -27,7 +27,7 @@ bash -c '. /usr/share/bash-completion/bash_completion; _completion_loader kelvar
   grep _kelvar >/dev/null || fail "the completion is not found"
 
 # shellcheck disable=SC2046 # flags are words
-"${CXX:-c++}" -std=c++17 -o "$work/caller" "$source/examples/api/SummaryData.cpp" $(pkg-config --cflags --libs kelvar_summary) ||
+"$CXX" -std=c++17 -o "$work/caller" "$source/examples/api/SummaryData.cpp" $(pkg-config --cflags --libs kelvar_summary) ||
   fail "building a caller"
 "$work/caller" "$work/project" | diff "$source/examples/api/SummaryData.txt" - || fail "the caller"
 
