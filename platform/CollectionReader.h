@@ -9,9 +9,6 @@
 
 namespace kelvar_platform {
 
-/// Where a result keeps its collection.
-[[nodiscard]] std::string collectionFile(const std::string& result);
-
 /// Reads collections, one after the other, in memory that is kept for the next.
 class CollectionReader {
  public:

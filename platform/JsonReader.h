@@ -18,13 +18,15 @@
 namespace kelvar_platform {
 
 class JsonReader;
+class JsonWriter;
 using JsonValue = simdjson::ondemand::value;
 
-/// One known key of an object, and how its value gets into the record that the object describes.
-template <class Record>
+/// One known key of an object: how its value is read into `In`, and how it is written from `Out`.
+template <class In, class Out = In>
 struct JsonField {
   std::string_view key;
-  void (*read)(JsonReader& in, JsonValue& value, Record& out);
+  void (*read)(JsonReader& in, JsonValue& value, In& to);
+  void (*write)(JsonWriter& out, std::string_view key, const Out& from) = nullptr;  ///< null if it is written elsewhere
   bool required = false;
 };
 
@@ -39,10 +41,10 @@ class JsonReader {
   JsonReader& operator=(const JsonReader&) = delete;
 
   /// The one object of `file`, up to the end of the file.
-  template <class Record, std::size_t N>
-  void readDocument(const std::string& file, const std::array<JsonField<Record>, N>& fields, Record& out);
-  template <class Record, std::size_t N>
-  void readObject(JsonValue& value, const std::array<JsonField<Record>, N>& fields, Record& out);
+  template <class In, class Out, std::size_t N>
+  void readDocument(const std::string& file, const std::array<JsonField<In, Out>, N>& fields, In& to);
+  template <class In, class Out, std::size_t N>
+  void readObject(JsonValue& value, const std::array<JsonField<In, Out>, N>& fields, In& to);
   /// Calls `onElement` with each value of a list.
   template <class OnElement>
   void readList(JsonValue& value, OnElement onElement);
@@ -77,8 +79,8 @@ class JsonReader {
   void closeDocument();
   Object asObject(JsonValue& value);
   simdjson::ondemand::array asList(JsonValue& value);
-  template <class Record, std::size_t N>
-  void readFields(Object object, const std::array<JsonField<Record>, N>& fields, Record& out);
+  template <class In, class Out, std::size_t N>
+  void readFields(Object object, const std::array<JsonField<In, Out>, N>& fields, In& to);
   std::string_view unescapedKey(simdjson::ondemand::field& field);
   /// Puts characters in place of the escapes of `text`, which begins at `raw`. False where one is none.
   [[nodiscard]] bool unescape(simdjson::ondemand::raw_json_string raw, std::string_view& text);
@@ -119,32 +121,32 @@ T& JsonReader::taken(simdjson::simdjson_result<T>& result) {
   return value;
 }
 
-template <class Record, std::size_t N>
-void JsonReader::readDocument(const std::string& file, const std::array<JsonField<Record>, N>& fields, Record& out) {
-  readFields(openDocument(file), fields, out);
+template <class In, class Out, std::size_t N>
+void JsonReader::readDocument(const std::string& file, const std::array<JsonField<In, Out>, N>& fields, In& to) {
+  readFields(openDocument(file), fields, to);
   closeDocument();
 }
 
-template <class Record, std::size_t N>
-void JsonReader::readObject(JsonValue& value, const std::array<JsonField<Record>, N>& fields, Record& out) {
-  readFields(asObject(value), fields, out);
+template <class In, class Out, std::size_t N>
+void JsonReader::readObject(JsonValue& value, const std::array<JsonField<In, Out>, N>& fields, In& to) {
+  readFields(asObject(value), fields, to);
 }
 
 /// The index of a key in the table, N if it is none of it. `raw` is what follows the key's opening quote. Keys mostly
 /// come in the table's order, so the search begins where the last one ended.
-template <class Record, std::size_t N>
-std::size_t findKey(const std::array<JsonField<Record>, N>& fields, const char* raw, std::size_t likely) noexcept {
-  const auto stands = [raw](std::string_view key) {
+template <class In, class Out, std::size_t N>
+std::size_t findKey(const std::array<JsonField<In, Out>, N>& fields, const char* raw, std::size_t likely) noexcept {
+  const auto matches = [raw](std::string_view key) {
     return std::memcmp(raw, key.data(), key.size()) == 0 && raw[key.size()] == '"';
   };
-  if (likely < N && stands(fields[likely].key)) return likely;
+  if (likely < N && matches(fields[likely].key)) return likely;
   std::size_t index = 0;
-  while (index < N && !stands(fields[index].key)) ++index;
+  while (index < N && !matches(fields[index].key)) ++index;
   return index;
 }
 
-template <class Record, std::size_t N>
-void JsonReader::readFields(Object object, const std::array<JsonField<Record>, N>& fields, Record& out) {
+template <class In, class Out, std::size_t N>
+void JsonReader::readFields(Object object, const std::array<JsonField<In, Out>, N>& fields, In& to) {
   static_assert(N <= 32, "one bit for each key");
   const Container container(*this);
   const std::size_t firstUnknown = unknownKeys_.size();
@@ -169,7 +171,7 @@ void JsonReader::readFields(Object object, const std::array<JsonField<Record>, N
     if ((seen & bit) != 0) refuse("a key that stands once");
     seen |= bit;
     likely = index + 1;
-    fields[index].read(*this, field.value(), out);
+    fields[index].read(*this, field.value(), to);
   }
   for (std::size_t i = 0; i < N; ++i) {
     if (!fields[i].required || (seen >> i & 1) != 0) continue;

@@ -7,6 +7,7 @@
 #include <system_error>
 #include <utility>
 
+#include "CollectionFile.h"
 #include "CollectionReader.h"
 
 namespace kelvar_platform {
