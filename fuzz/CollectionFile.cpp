@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto refusals = kelvar_platform::takeRefusals();
   require((collection == nullptr) == (refusals.size() == 1));
   if (!collection) {
-    require(refusals[0].file == scratch.file() && !refusals[0].expected.empty());
+    require(refusals[0].file == scratch.file() && refusals[0].expected.empty() != refusals[0].problem.empty());
     return 0;
   }
   require(collection->dataKind() >= 0 && collection->dataKind() < digestio::kSummaryDataKindCount);

@@ -50,8 +50,8 @@ TEST_F(ResultFiles, ACollectionIsRefusedWithThePlaceOfTheFirstBadValue) {
     damages.emplace_back(document(parts[0]), parts[1]);
   }
   // What a line of text cannot hold.
-  damages.insert(damages.end(), {{"", "byte 0: expected the rest of the JSON"},
-                                 {" \n", "byte 2: expected the rest of the JSON"},
+  damages.insert(damages.end(), {{"", "byte 0: unexpected end of file"},
+                                 {" \n", "byte 2: unexpected end of file"},
                                  {"\xEF\xBB\xBF{}", "byte 0: expected JSON"},
                                  {"{\"x\":\"\xC3\x28\"}", "byte 6: expected UTF-8"},
                                  {"{\"x\":\"\xED\xA0\x80\"}", "byte 6: expected UTF-8"},
@@ -82,7 +82,7 @@ TEST_F(ResultFiles, NestingIsBoundedWhateverTheDepth) {
   }
   const std::string lists(1'000'000, '[');
   EXPECT_FALSE(load("{\"x\":" + lists + "]"));
-  EXPECT_EQ(refusal(), "collection.json: byte 1000006: expected the rest of the JSON");
+  EXPECT_EQ(refusal(), "collection.json: byte 1000006: unexpected end of file");
 }
 
 TEST_F(ResultFiles, ManyKeysInOneObjectAreToldApart) {
@@ -90,7 +90,7 @@ TEST_F(ResultFiles, ManyKeysInOneObjectAreToldApart) {
   for (int i = 300'000; i > 0; --i) keys += "\"" + std::to_string(i) + "\":0,";
   EXPECT_TRUE(load(with(keys + "\"z\":0"))) << refusal();
   EXPECT_FALSE(load(with(keys + "\"150000\":0")));
-  EXPECT_EQ(refusal(), "collection.json: 150000: expected a key that stands once");
+  EXPECT_EQ(refusal(), "collection.json: 150000: duplicate key");
 }
 
 TEST_F(ResultFiles, ManyDetailsStayWhereTheyAreAndAreAskedForAsTheyStandInTheFile) {

@@ -103,8 +103,8 @@ TEST_F(ResultWriting, LeavesAloneWhatIsNoResultDirectory) {
   };
   EXPECT_EQ(start("file"), "file: expected a result directory, or nothing");
   EXPECT_EQ(start("home"),
-            "home/surveyvectorization: expected a result directory, which thesis.txt does not belong to");
-  EXPECT_EQ(start("file/below"), "file: expected a folder that can be made (Not a directory)");
+            "home/surveyvectorization: expected a result directory; thesis.txt does not belong in one");
+  EXPECT_EQ(start("file/below"), "file: expected a folder that can be created (Not a directory)");
   EXPECT_EQ(tree(), before);
 }
 

@@ -89,7 +89,7 @@ Pieces piecesOf(const ProjectRequest& request) {
   }
   Pieces pieces = overlaid(request.project ? standingIn(*request.project) : Pieces(), request.named);
   if (!pieces.none()) return pieces;
-  if (request.project) throw UsageError("nothing to report stands in " + inQuotes(*request.project));
+  if (request.project) throw UsageError("no annotations or results in " + inQuotes(*request.project));
   throw UsageError("nothing to report: expected a PROJECT, or options that name its pieces");
 }
 

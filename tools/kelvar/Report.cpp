@@ -79,7 +79,7 @@ void addView(CLI::App& report, Request& request) {
           [&](const std::string& text) { selection.ordering = orderingNamed("--sort", text); })
       ->type_name("ORDER");
   report.add_flag("--reverse", selection.reverse, "Turn the ordered rows around");
-  report.add_flag("--verbose", selection.verbose, "Say too how well results and rows match, and how they are ordered");
+  report.add_flag("--verbose", selection.verbose, "Also print match statuses and the ordering");
 }
 
 void addRows(CLI::App& report, Request& request) {

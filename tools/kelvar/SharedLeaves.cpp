@@ -39,7 +39,7 @@ void SharedLeaves::look(const Row& row) {
     if (row.seen[kind].is_null() || !areTwoFiles(row.seen[kind].get_file(), joined.get_file())) continue;
     folded_.push_back("warning: " + inQuotes(row.item.label()) + " is at " + placeOf(joined) + ", and " +
                       std::string(recordName(kind)) + " saw it at " + placeOf(row.seen[kind]) +
-                      ": two files of one name were taken for one");
+                      ": two files with the same name were taken for one");
   }
   const toolbelt::path_t& file = row.stored.get_file();
   if (file.empty()) return;
@@ -57,7 +57,7 @@ std::vector<std::string> SharedLeaves::warnings() const {
     });
     if (other == files.end() || !said.insert(sort.second).second) continue;
     sentences.push_back("warning: " + inQuotes(files.front()) + " and " + inQuotes(*other) +
-                        " have one name: sites of the two could be taken for one");
+                        " have the same name: their sites could be confused");
   }
   return sentences;
 }
