@@ -18,15 +18,15 @@ namespace kelvar_bench {
 
 namespace {
 
-/// A directory of our own that goes with this object.
+/// A temporary directory, removed with this object.
 class Directory {
  public:
   Directory() : path_(std::filesystem::temp_directory_path() / ("kelvar_bench." + std::to_string(getpid()))) {}
   ~Directory() {
-    std::error_code ignored;  // nobody is left to be told
+    std::error_code ignored;  // nowhere to report it
     std::filesystem::remove_all(path_, ignored);
   }
-  Directory(const Directory&) = delete;  // it goes once
+  Directory(const Directory&) = delete;  // it is removed once
   Directory& operator=(const Directory&) = delete;
   [[nodiscard]] std::string path() const { return path_.string(); }
 

@@ -1,4 +1,4 @@
-/// Any bytes as collection.json: a collection that can be read to its end, or a refusal with its place.
+/// Any bytes as collection.json: either the whole collection can be read, or it is refused with a place.
 #include <cmath>
 #include <cstdlib>
 #include <memory>

@@ -9,8 +9,7 @@
 #include <span>
 #include <string>
 
-/// A directory of this process, in memory where the machine has such a place, with one file that each input is
-/// written to.
+/// A directory of this process, in memory if possible, with one file that each input is written to.
 class ScratchFile {
  public:
   explicit ScratchFile(const char* name) {

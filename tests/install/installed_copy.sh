@@ -1,5 +1,5 @@
 #!/bin/bash
-# Whether an installed copy can be moved, linked and used: installed_copy.sh BUILD SOURCE WORK
+# Checks that an installed copy can be moved, linked and used: installed_copy.sh BUILD SOURCE WORK
 # Installs BUILD, moves the copy to another name, and builds callers against it that know nothing else: one with three
 # lines of CMake, one with pkg-config alone. Checks its manual pages and its completion, and runs README's commands for
 # a caller.
@@ -14,7 +14,7 @@ mkdir -p "$work"
 cmake --install "$build" --prefix "$work/first" >"$work/install.log" || fail "cmake --install"
 mv "$work/first" "$work/moved here"
 prefix="$work/moved here"
-# Were anything absolute left, it would point to a copy that is gone, or to the tree that it was built in.
+# An absolute path would point to the copy before the move, or to the build tree.
 if grep -rIl --exclude-dir=man -e "$work/first" -e "$build" "$prefix" >"$work/absolute"; then
   fail "absolute paths in $(cat "$work/absolute")"
 fi
@@ -37,7 +37,7 @@ CMAKE
   [ "$("$work/cmake/build/caller" "$project")" = "$expected" ] || fail "the caller built with CMake"
 }
 
-# A prefix with a blank in it is quoted by pkg-config, as a shell wants it.
+# The prefix has a blank, which pkg-config quotes for a shell.
 pkgconfig_caller() {
   local libdir flags
   libdir=$(dirname "$(find "$prefix" -name kelvar_summary.pc)")
@@ -46,7 +46,7 @@ pkgconfig_caller() {
   [ "$("$work/caller" "$project")" = "$expected" ] || fail "the caller built with pkg-config"
 }
 
-# The commands as README prints them, in a folder like that of someone who cloned and built this.
+# The commands as README prints them, in a folder like a clone of this after a build.
 readme_caller() {
   mkdir -p "$work/clone/build" "$work/home"
   ln -s "$build" "$work/clone/build/release"

@@ -1,5 +1,5 @@
 #!/bin/bash
-# Whether a suite's libraries can take the platform's place: own_libraries.sh SOURCE WORK
+# Checks that a suite's libraries can replace the platform: own_libraries.sh SOURCE WORK
 # Builds the suite that the probes use, the library with its headers and on it, and a caller of the installed package.
 set -euo pipefail
 source=$1 work=$2

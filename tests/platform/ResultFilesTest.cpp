@@ -31,7 +31,7 @@ std::string document(const std::string& damage) {
   if (damage.starts_with("whole ")) return rest;
   if (damage.starts_with("keys ")) return with(rest);
   const std::size_t blank = rest.find(' ');
-  // The last one of this name: a detail has what stands behind it too.
+  // The last one of this name, so that the rest of the detail is included.
   const std::regex last("(.*\"" + rest.substr(0, blank) + R"(":)(\[[^\]]*\]|[^,}]*))");
   return std::regex_replace(wholeDetail(), last, "$01" + rest.substr(blank + 1));
 }
@@ -49,7 +49,7 @@ TEST_F(ResultFiles, ACollectionIsRefusedWithThePlaceOfTheFirstBadValue) {
   for (const auto& [name, parts] : support::cases("damages/collection.txt", 50)) {
     damages.emplace_back(document(parts[0]), parts[1]);
   }
-  // What a line of text cannot hold.
+  // Cases that a line of text cannot hold.
   damages.insert(damages.end(), {{"", "byte 0: unexpected end of file"},
                                  {" \n", "byte 2: unexpected end of file"},
                                  {"\xEF\xBB\xBF{}", "byte 0: expected JSON"},
@@ -121,7 +121,7 @@ TEST_F(ResultFiles, WhatIsNoFileIsRefusedWithoutWaiting) {
   std::filesystem::create_directory(path("pipe"));
   ASSERT_EQ(::mkfifo(path("pipe/collection.json").c_str(), 0600), 0);
   EXPECT_EQ(tryToLoad("pipe"), "pipe/collection.json: expected a regular file");
-  // A hole: takes no room.
+  // A hole in the file takes no space.
   std::filesystem::resize_file(write("large/collection.json", ""), std::uintmax_t{1} << 32);
   EXPECT_EQ(tryToLoad("large"), "large/collection.json: expected a file of at most 4294967295 bytes");
 }

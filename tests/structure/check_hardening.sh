@@ -1,5 +1,5 @@
 #!/bin/bash
-# Whether what is shipped bounds what a fault in it could do: check_hardening.sh [--fortified] FILE...
+# Checks that the shipped binaries are hardened: check_hardening.sh [--fortified] FILE...
 set -euo pipefail
 export LC_ALL=C
 fortified=
