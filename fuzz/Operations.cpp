@@ -280,12 +280,12 @@ class Run {
       require(known != now.is_null() && handle == annotated, "the current place has the item's handle");
       const auto latest = annotated != 0 ? database_->get_latest_annotation(annotated) : nullptr;
       if (latest && !latest->get_locator().is_null()) {
-        require(now.display_order(latest->get_locator()) == 0, "the newest annotation says where a site is");
+        require(now.display_order(latest->get_locator()) == 0, "a site is where its newest annotation is");
       }
       for (int kind = 0; kind < 5; ++kind) {
         const auto dataKind = static_cast<digestio::SummaryDataKind>(kind);
         const bool seen = item.getCollectionLocator(dataKind, now, handle);
-        require(seen != now.is_null() && (!seen || item.summaryDetail(dataKind)), "an analysis saw what it tells of");
+        require(seen != now.is_null() && (!seen || item.summaryDetail(dataKind)), "a detail has a place");
       }
     }
   }

@@ -69,7 +69,7 @@ constexpr DetailField site(std::string_view key) {
           }};
 }
 
-/// What one analysis says of a site; no key where it says nothing.
+/// The record of one analysis; the key is omitted if there is none.
 template <class View, auto member, const auto& fields>
 constexpr DetailField view(std::string_view key) {
   using Record = typename json::ValueOf<member>::value_type;

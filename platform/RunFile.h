@@ -7,7 +7,7 @@
 
 namespace kelvar_platform {
 
-/// What `file`, a result.json, says of the run. Throws a ReadError at the first value that does not fit.
+/// Reads `file`, a result.json. Throws a ReadError at the first value that does not fit.
 [[nodiscard]] RunRecord readRunFile(const std::string& file);
 
 /// Writes a result.json to `file`, which must not exist, and names it `name` in the ReadErrors that it throws.

@@ -26,7 +26,7 @@ class Connection {
   [[nodiscard]] sqlite3* handle() const noexcept { return database_.get(); }
 
   void run(const char* sql, const std::string& place = {}) const;
-  /// The first value of the first row; 0 where there is none.
+  /// The first value of the first row; 0 if there is none.
   [[nodiscard]] std::int64_t number(const char* sql, const std::string& place = {}) const;
 
   /// Throws where the file ends within a page: SQLite would read zeros for what was cut off. To be asked within a

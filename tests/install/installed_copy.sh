@@ -54,7 +54,7 @@ readme_caller() {
   cp "$source/examples/api/SummaryData.cpp" "$work/clone/caller.cpp"
   # shellcheck disable=SC2016 # the backquotes are Markdown's
   sed -n '/^```sh$/,/^```$/p' "$source/README.md" | sed -n '/^cmake --install/,/^```$/p' | sed '$d' >"$work/clone/commands"
-  [ -s "$work/clone/commands" ] || fail "README says no longer how to build a caller with pkg-config"
+  [ -s "$work/clone/commands" ] || fail "README has no commands that build a caller with pkg-config"
   (
     # shellcheck disable=SC2317 # README calls it
     c++() { "$CXX" "$@"; }

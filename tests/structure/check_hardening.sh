@@ -15,7 +15,7 @@ for file in "$@"; do
   has "binding at the start" 'Flags: .*NOW' readelf -dW
   has "stack without code" 'GNU_STACK .* RW +0x' readelf -lW
   has "stack protector" '__stack_chk_fail' nm -D --undefined-only
-  # The C library's part of each file has no marks, for which the linker says of none that it has: so they are counted.
+  # The C library's start-up code is not marked, so the linker marks no file as a whole: marked functions are counted.
   if [ "$(uname -m)" = x86_64 ] && [ "$(objdump -d "$file" | grep -c endbr64)" -lt 50 ]; then
     echo "$file: no marks where branches may lead" && status=1
   fi
