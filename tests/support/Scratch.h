@@ -15,11 +15,11 @@ namespace support {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
-/// A temporary folder for one test.
+/// A temporary folder, removed with this object.
 class Scratch {
  public:
-  Scratch() {
-    std::string name = (std::filesystem::temp_directory_path() / "kelvar-XXXXXX").native();
+  explicit Scratch(const std::filesystem::path& above = std::filesystem::temp_directory_path()) {
+    std::string name = (above / "kelvar-XXXXXX").native();
     if (!::mkdtemp(name.data())) throw std::runtime_error("no scratch folder");
     path_ = name;
   }
