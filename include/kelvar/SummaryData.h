@@ -44,9 +44,9 @@ class KELVAR_EXPORT SummaryData {
   /// Loads the analysis result at `path` and joins its items with those of this object. If it cannot be loaded, nothing
   /// is added, and no status changes. `database` is ignored.
   ///
-  /// All results are joined with one state of the annotations: the first that the process-wide scanner's database has
-  /// or makes for a path. It is asked for before the result is loaded and with every path, also an empty one. So an add
-  /// that adds nothing or throws may already have fixed the state for all later ones.
+  /// The first state of the annotations that the process-wide scanner's database has or makes for a path is used for
+  /// this and all later results. Until there is one, each add asks for it before it loads the result, also with an
+  /// empty path. So an add that adds nothing or throws may already have fixed the state for the later ones.
   void addSummaryData(std::string path, boost::shared_ptr<sitenotes::database_t> database);
 
   /// How well the latest result that has data of `kind` matched: the match of its worst item, from kNoMatchCurrent to
