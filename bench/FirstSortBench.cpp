@@ -50,7 +50,8 @@ class FullList {
         if (details_.size() < sites) details_.emplace_back(project_, detail, kEveryKind);
       }
     }
-    for (MemoryDetail& detail : details_) items_.append(new SummaryItemImpl(nullptr, &detail, nullptr, items_.size() + 1));
+    for (MemoryDetail& detail : details_)
+      items_.append(new SummaryItemImpl(nullptr, &detail, nullptr, items_.size() + 1));
   }
 
   SummaryItems& unsorted() {

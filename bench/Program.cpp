@@ -57,8 +57,8 @@ Program::Program(std::size_t sites) : project_(sites, kSeed) {
 SummaryItems Program::annotated() const {
   SummaryItems items;
   kelvar_2_1_7::forEachLiveAnnotation(annotations_, [&](auto annotation, unsigned long handle) {
-    items.append(new SummaryItemImpl(nullptr, std::move(annotation), handle, kelvar_2_1_7::kCurrent, false, false, false,
-                                     false));
+    items.append(new SummaryItemImpl(nullptr, std::move(annotation), handle, kelvar_2_1_7::kCurrent, false, false,
+                                     false, false));
   });
   return items;
 }
