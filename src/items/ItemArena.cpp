@@ -1,5 +1,7 @@
 #include "items/ItemArena.h"
 
+#include <pthread.h>
+
 #include <atomic>
 #include <memory>
 #include <new>
@@ -39,13 +41,12 @@ struct Header {
   Chunk* chunk;
 };
 
-/// The chunk that this thread fills.
+/// The chunk that a thread fills.
 struct Filling {
   Chunk* chunk = nullptr;
   std::byte* next = nullptr;
   std::size_t left = 0;
 
-  ~Filling() { close(); }
   void open(std::size_t size) {
     void* const memory = ::operator new(kChunkSize);
     close();
@@ -55,9 +56,37 @@ struct Filling {
   }
   void close() noexcept {
     if (chunk != nullptr) Chunk::leave(chunk, left + 1);
+    chunk = nullptr;
   }
 };
-thread_local Filling filling;
+thread_local constinit Filling filling;
+
+/// Closes the chunk of each thread that ends. A destructor of the thread's variable would have to be registered, and
+/// where there is no memory for that, the C library ends the process.
+class AtThreadEnd {
+ public:
+  AtThreadEnd() noexcept : isThere_(::pthread_key_create(&key_, closeChunk) == 0) {}
+
+  void watch(Filling& thread) const {
+    if (!isThere_ || ::pthread_setspecific(key_, &thread) != 0) throw std::bad_alloc();
+  }
+
+ private:
+  static void closeChunk(void* thread) noexcept {
+    auto& ending = *static_cast<Filling*>(thread);
+    ending.close();
+    ending.left = 0;
+  }
+
+  pthread_key_t key_ = 0;
+  bool isThere_;
+};
+
+void openChunk(Filling& thread, std::size_t size) {
+  static const AtThreadEnd atThreadEnd;
+  atThreadEnd.watch(thread);
+  thread.open(size);
+}
 
 }  // namespace
 
@@ -65,7 +94,7 @@ void* allocate(std::size_t size) {
   if (kOneByOne) return ::operator new(size);
   const std::size_t taken = sizeof(Header) + size;
   Filling& current = filling;
-  if (current.left == 0) current.open(taken);
+  if (current.left == 0) openChunk(current, taken);
   auto* const header = ::new (current.next) Header{current.chunk};
   current.next += taken;
   --current.left;
