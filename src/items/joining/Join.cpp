@@ -12,12 +12,21 @@
 // is nothing to undo. Copies read label, place and kind from their annotation as these are now.
 //
 // Neighbours are compared in the ordering by kind. It puts whatever is no site behind all sites, and those are never
-// folded: they are kept aside, and never sorted. O(n log n); mostly linear, since the old list comes sorted from the
-// join before.
+// folded: they are kept aside, and never sorted. O(n log n); linear where the result adds no site, since the old list
+// is sorted by the join before.
 
 namespace kelvar_2_1_7 {
 
 namespace {
+
+/// Whether each of these sites comes before the next one, as after a result that added none. Among sites the ordering by
+/// kind is a strict weak order, so neighbours tell it.
+bool isInOrder(const SummaryItems& sites) {
+  for (std::size_t i = 1; i < sites.size(); ++i) {
+    if (!SummaryItemImpl::compareKind(sites[i - 1], sites[i])) return false;
+  }
+  return true;
+}
 
 class Join {
  public:
@@ -40,7 +49,7 @@ class Join {
   }
 
   void fold() {
-    sites_.sort(kSortKind);
+    if (!isInOrder(sites_)) sites_.sort(kSortKind);
     foldNeighbours(sites_, isOneJoinedSite);
     sites_.reserve(sites_.size() + others_.size());
     for (SummaryItems::value_type& item : others_) sites_.append(std::move(item));
