@@ -31,6 +31,18 @@ const AddressSpaces::Space::value_type* AddressSpaces::mappedAt(long process, st
   return &*std::prev(after);
 }
 
+/// Where what lies at this place of its file was mapped to.
+std::optional<std::uint64_t> AddressSpaces::mappedAddress(long process, const PerfFrame& frame) const {
+  const auto space = spaces_.find(process);
+  if (space == spaces_.end()) return std::nullopt;
+  for (const auto& [start, mapped] : space->second) {
+    const std::uint64_t size = mapped.end - start;
+    if (mapped.path != frame.object || frame.address < mapped.offset || frame.address - mapped.offset >= size) continue;
+    return start + frame.address - mapped.offset;
+  }
+  return std::nullopt;
+}
+
 Symbols* AddressSpaces::symbolsOf(const PerfFrame& frame, const Space::value_type* mapped) {
   if (frame.object.starts_with('/')) return binaries_.find(std::string(frame.object));
   if (!frame.object.empty()) return nullptr;
@@ -47,10 +59,11 @@ const Frame* AddressSpaces::frameAt(long process, const PerfFrame& frame, bool i
   Symbols* const symbols = symbolsOf(frame, mapped);
   if (!symbols) return nullptr;
   // perf prints the address of the run, or in stacks the place in the file.
-  std::array<std::optional<std::uint64_t>, 3> candidates;
+  std::array<std::optional<std::uint64_t>, 4> candidates;
   if (mapped) candidates[0] = symbols->addressOfOffset(frame.address - mapped->first + mapped->second.offset);
   if (!symbols->isPositionIndependent() && symbols->holds(frame.address)) candidates[1] = frame.address;
   candidates[2] = symbols->addressOfOffset(frame.address);
+  if (!symbols->isPositionIndependent()) candidates[3] = mappedAddress(process, frame);
   std::optional<std::uint64_t> address;
   for (const auto& candidate : candidates) {
     if (!candidate) continue;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <unordered_map>
 
@@ -31,6 +32,7 @@ class AddressSpaces {
   using Space = std::map<std::uint64_t, Mapped>;  // by where they start
 
   [[nodiscard]] const Space::value_type* mappedAt(long process, std::uint64_t address) const;
+  [[nodiscard]] std::optional<std::uint64_t> mappedAddress(long process, const PerfFrame& frame) const;
   [[nodiscard]] Symbols* symbolsOf(const PerfFrame& frame, const Space::value_type* mapped);
 
   Binaries& binaries_;
