@@ -2,11 +2,10 @@
 
 #include "Measure.h"
 #include "Program.h"
-#include "items/Join.h"
+#include "items/joining/Join.h"
 
 namespace kelvar_bench {
 
-using kelvar_2_1_7::ResultSites;
 using kelvar_2_1_7::SummaryItemImpl;
 using kelvar_2_1_7::SummaryItems;
 
@@ -14,20 +13,20 @@ namespace {
 
 struct Lists {
   SummaryItems list;
-  ResultSites incoming;
+  SummaryItems incoming;
 };
 
-/// A result that has an item for each site and for nothing else.
+/// A result with exactly one item for each site.
 Lists listsToJoin(std::size_t sites) {
-  Lists lists{program(sites).annotated(), ResultSites(program(sites).collected(digestio::kSuitability))};
-  lists.incoming.fold(digestio::kSuitability);
+  Lists lists{program(sites).annotated(), program(sites).collected(digestio::kSuitability)};
+  lists.incoming.exactMerge(digestio::kSuitability);
   return lists;
 }
 
 SummaryItems copyOf(const SummaryItems& list) {
   SummaryItems copies;
   copies.reserve(list.size());
-  for (const auto& item : list) copies.append(SummaryItemImpl::copySummaryItem(*item));
+  for (const auto& item : list) copies.append(SummaryItemImpl::copySummaryItem(item.get()));
   return copies;
 }
 
@@ -38,8 +37,7 @@ void registerJoin(std::size_t sites) {
   measure(
       "join", sites, items, [=] { return listsToJoin(sites); },
       [](Lists& lists) {
-        kelvar_2_1_7::JoinMemory memory;
-        kelvar_2_1_7::join(lists.list, lists.incoming, memory);
+        kelvar_2_1_7::join(lists.list, lists.incoming);
         return &lists;
       });
   measure(

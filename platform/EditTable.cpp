@@ -37,7 +37,7 @@ PRAGMA application_id = 1802270322;
 PRAGMA user_version = 1;
 )";
 
-/// The columns in the order in which they are asked for.
+/// The columns in the order of the queries.
 enum EditColumn : int { kRevision, kSequence, kAlive, kDisabled, kKind, kLabel, kFile, kLine, kColumn };
 constexpr std::string_view kSelectEdits =
     "SELECT revision, sequence, alive, disabled, kind, label, file, line, edit.\"column\" FROM edit ORDER BY revision";
@@ -73,13 +73,13 @@ std::string expectedText(const char* name) {
   return std::string(name) + " as UTF-8 text";
 }
 
-/// The row that a statement stands at. `key`, the column that tells rows apart, is what a refusal names it by.
+/// The current row of a statement. A refusal names it by `key`, the column that identifies a row.
 struct Row {
   const Statement& values;
   const char* table;
   const char* keyName;
   int key;
-  std::int64_t number;  // names the row where its key is not fit to
+  std::int64_t number;  // names the row if its key cannot
 
   [[nodiscard]] std::string place() const {
     const std::string named = std::string(table) + ", " + keyName + " ";
@@ -117,8 +117,8 @@ EditRow editAt(const Statement& statement, std::int64_t number) {
           .column = static_cast<int>(row.integer(kColumn, kColumns))};
 }
 
-/// Hands `take` each row of the table and its number, from 1. Rows are counted in the table's index and read from the
-/// table: a damaged page that leads past some of them, or to some twice, does not go unnoticed.
+/// Calls `take` with each row of the table and its number, from 1. The rows that are read from the table are compared
+/// with the count of its index, which detects a damaged page that skips or repeats rows.
 template <class Take>
 void readRows(const Connection& connection, const std::string& table, std::string_view select, Take take) {
   const std::int64_t count = connection.number(("SELECT count(*) FROM " + table).c_str(), table);
@@ -133,7 +133,7 @@ void requireNumber(const Connection& connection, const char* name, std::int64_t 
   if (found != expected) connection.refuse(name, std::to_string(expected) + ", found " + std::to_string(found));
 }
 
-/// Views and virtual tables run what the file's writer wants: only a table will do.
+/// Only a plain table is accepted: views and virtual tables would run code of the file's writer.
 void requireTable(const Connection& connection, const char* name) {
   Statement query(connection, "SELECT count(*) FROM pragma_table_list(?) WHERE schema = 'main' AND type = 'table'");
   query.bind(1, std::string_view(name));
@@ -149,13 +149,13 @@ void requireAnnotationDatabase(const Connection& connection) {
   requireTable(connection, "state");
 }
 
-/// In the order of the revisions.
+/// In the order of revisions.
 void readEdits(const Connection& connection, const std::function<void(const EditRow&)>& take) {
   std::int64_t newest = 0;
   readRows(connection, "edit", kSelectEdits, [&](const Statement& statement, std::int64_t number) {
     const EditRow row = editAt(statement, number);
     if (row.revision <= newest)
-      connection.refuse("edit, revision " + std::to_string(row.revision), "one row a revision");
+      connection.refuse("edit, revision " + std::to_string(row.revision), "one row for each revision");
     newest = row.revision;
     take(row);
   });
@@ -167,8 +167,8 @@ void readStates(const Connection& connection, const std::function<void(const Sta
            [&](const Statement& statement, std::int64_t number) {
              const Row row{statement, "state", "path", 0, number};
              const StateRow state{.path = row.text(0, "path"), .revision = row.integer(1, kStateRevisions)};
-             if (!isStateName(state.path)) row.refuse(kExpectedPath);  // nobody would find it
-             if (!paths.emplace(state.path).second) row.refuse("one row a path");
+             if (!isStateName(state.path)) row.refuse(kExpectedPath);  // no result would find it
+             if (!paths.emplace(state.path).second) row.refuse("one row for each path");
              take(state);
            });
 }
@@ -181,7 +181,7 @@ void createTables(const Connection& connection) {
 
 bool isBlank(const Connection& connection) {
   if (connection.number("SELECT count(*) FROM sqlite_schema") != 0) return false;
-  requireNumber(connection, "application_id", 0);  // without a table, a database may still be marked as someone's
+  requireNumber(connection, "application_id", 0);  // a database without tables may still be marked as another format
   requireNumber(connection, "user_version", 0);
   return true;
 }
@@ -218,9 +218,9 @@ void appendEdit(const Connection& connection, const EditRow& row) {
   statement.bind(kFile, row.file);
   statement.bind(kLine, std::int64_t{row.line});
   statement.bind(kColumn, std::int64_t{row.column});
-  // A copy of the table may have lost its key: a row without a revision would make the file unreadable.
+  // A copy of the table may have lost its primary key. A row without a revision would make the file unreadable.
   if (!statement.step() || statement.type(0) != SQLITE_INTEGER) connection.refuse("edit", "revision as the key");
-  while (statement.step()) continue;  // the statement ends here, not when the transaction does
+  while (statement.step()) continue;  // ends the statement now, not with the transaction
 }
 
 }  // namespace kelvar_platform

@@ -20,8 +20,10 @@ namespace kelvar_platform {
 
 namespace {
 
-using namespace json;
 namespace fs = std::filesystem;
+
+using json::any;
+using json::upTo;
 
 constexpr std::int64_t kMaxInt = std::numeric_limits<std::int32_t>::max();
 constexpr auto kAlways = true;
@@ -35,30 +37,34 @@ void readKind(JsonReader& in, JsonValue& value, Evidence& out) {
   out.kind = static_cast<EvidenceKind>(known - kEvidenceKindNames.begin());
 }
 
+void readDetail(JsonReader& in, JsonValue& value, Evidence& out) {
+  out.detail = static_cast<std::int32_t>(in.integer(value, 0, kMaxInt));
+}
+
 void readCount(JsonReader& in, JsonValue& value, Evidence& out) {
   out.count = in.integer(value, 1, std::numeric_limits<std::int64_t>::max());
 }
 
-constexpr std::array<JsonField<EvidencePlace>, 5> kPlaceFields{{
-    {"role", text<&EvidencePlace::role>},
-    {"file", text<&EvidencePlace::file>, kAlways},
-    {"line", integerUpTo<&EvidencePlace::line, kMaxInt>},
-    {"column", integerUpTo<&EvidencePlace::column, kMaxInt>},
-    {"function", text<&EvidencePlace::function>},
-}};
+constexpr auto kPlaceFields = std::to_array<JsonField<EvidencePlace>>({
+    any<&EvidencePlace::role>("role"),
+    any<&EvidencePlace::file>("file", kAlways),
+    upTo<&EvidencePlace::line, kMaxInt>("line"),
+    upTo<&EvidencePlace::column, kMaxInt>("column"),
+    any<&EvidencePlace::function>("function"),
+});
 
 void readPlaces(JsonReader& in, JsonValue& value, Evidence& out) {
   in.readList(value, [&](JsonValue& element) { in.readObject(element, kPlaceFields, out.places.emplace_back()); });
 }
 
-constexpr std::array<JsonField<Evidence>, 6> kFields{{
-    {"detail", integerUpTo<&Evidence::detail, kMaxInt>, kAlways},
-    {"kind", readKind, kAlways},
-    {"text", text<&Evidence::text>, kAlways},
-    {"object", text<&Evidence::object>},
+constexpr auto kFields = std::to_array<JsonField<Evidence>>({
+    {"detail", readDetail, nullptr, kAlways},
+    {"kind", readKind, nullptr, kAlways},
+    any<&Evidence::text>("text", kAlways),
+    any<&Evidence::object>("object"),
     {"count", readCount},
     {"places", readPlaces},
-}};
+});
 
 std::string lineName(std::size_t line) {
   return "line " + std::to_string(line);

@@ -193,7 +193,7 @@ class RemarkReader {
     } else if (key == "Column") {
       place.column = count(text, event);
     } else if (key == "VectorizationFactor") {
-      record_.note.assign("x").append(text);
+      record_.note.assign(1, 'x').append(text);
     }
     const bool isHeader = key == "Name" || key == "Pass" || key == "Function" || key == "File" || key == "Line" ||
                           key == "Column" || key == "Hotness";

@@ -68,32 +68,32 @@ double SummaryData::programMaxGain() {
 }
 
 bool SummaryData::hasSurveyData() {
-  return impl_->hasData(digestio::kSurvey);
+  return impl_->hasData(kSurveyKind);
 }
 bool SummaryData::hasSuitabilityData() {
-  return impl_->hasData(digestio::kSuitability);
+  return impl_->hasData(kSuitabilityKind);
 }
 bool SummaryData::hasCorrectnessData() {
-  return impl_->hasData(digestio::kCorrectness);
+  return impl_->hasData(kCorrectnessKind);
 }
 bool SummaryData::hasMAPData() {
-  return impl_->hasData(digestio::kMap);
+  return impl_->hasData(kMapKind);
 }
 
 SummaryResult* SummaryData::aggregateResult() {
   return impl_->aggregateResult();
 }
 SummaryResult* SummaryData::surveyResult() {
-  return impl_->kindResult(digestio::kSurvey);
+  return impl_->kindResult(kSurveyKind);
 }
 SummaryResult* SummaryData::suitabilityResult() {
-  return impl_->kindResult(digestio::kSuitability);
+  return impl_->kindResult(kSuitabilityKind);
 }
 SummaryResult* SummaryData::correctnessResult() {
-  return impl_->kindResult(digestio::kCorrectness);
+  return impl_->kindResult(kCorrectnessKind);
 }
 SummaryResult* SummaryData::mapResult() {
-  return impl_->kindResult(digestio::kMap);
+  return impl_->kindResult(kMapKind);
 }
 
 std::string SummaryData::asString(bool verbose) const {

@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "items/Join.h"
 #include "items/LiveAnnotations.h"
-#include "view/SummaryReport.h"
-#include "view/View.h"
+#include "items/joining/Join.h"
+#include "view/report/SummaryReport.h"
 
 namespace kelvar_2_1_7 {
 
@@ -30,7 +29,8 @@ void SummaryData::Impl::populateAnnotations() {
   viewValid_ = false;
   view_.itemsChanged();
   forEachLiveAnnotation(database_, [&](boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle) {
-    visibleItems_.make(this, std::move(annotation), handle, kCurrent, false, false, false, false);
+    visibleItems_.append(std::make_unique<SummaryItemImpl>(this, std::move(annotation), handle, kCurrent, false, false,
+                                                           false, false));
   });
 }
 
@@ -38,26 +38,26 @@ void SummaryData::Impl::addSummaryData(const std::string& path) {
   const boost::shared_ptr<sitenotes::scanner_t> scanner = sitenotes::scanner_t::get();
   if (scanner) takeState(*scanner, path);
 
-  auto result = std::make_unique<SummaryResultImpl>(this, path, &recorded_);
+  auto result = std::make_unique<SummaryResultImpl>(this, path, state_);
   if (!result->loaded()) return;
 
   // From the join on, nothing may fail: it is all filed, or none of it.
   results_.reserve(results_.size() + 1);
   aggregate_.reserveOne();
   for (AggregateSummaryResultImpl& ofKind : kindResults_) ofKind.reserveOne();
-  const SummaryDataStatus status = mergeCollections(result->sites());
+  const SummaryDataStatus status = mergeCollections(result->items());
   file(std::move(result), status);
 }
 
 void SummaryData::Impl::takeState(sitenotes::scanner_t& scanner, const std::string& path) {
   const boost::shared_ptr<sitenotes::database_t> database = scanner.get_database();
-  if (!database || recorded_.hasDatabase()) return;
-  recorded_.setDatabase(database->get_state(path));
-  if (!recorded_.hasDatabase()) recorded_.setDatabase(database->make_state(path, false));
+  if (!database || state_) return;
+  state_ = database->get_state(path);
+  if (!state_) state_ = database->make_state(path, false);
 }
 
-SummaryDataStatus SummaryData::Impl::mergeCollections(ResultSites& incoming) {
-  const SummaryDataStatus status = join(visibleItems_, incoming, joinMemory_);
+SummaryDataStatus SummaryData::Impl::mergeCollections(SummaryItems& incoming) {
+  const SummaryDataStatus status = join(visibleItems_, incoming);
   viewValid_ = false;
   view_.itemsChanged();
   return status;
@@ -96,7 +96,6 @@ void SummaryData::Impl::setSuitabilityProjectOptions(digestio::SuitabilityProjec
 
 void SummaryData::Impl::mappingValid() {
   if (viewValid_) return;
-  joinMemory_.clear();
   view_.rebuild(settings_, visibleItems_, hiddenItems_);
   viewValid_ = true;
 }
@@ -122,7 +121,7 @@ void SummaryData::Impl::write(TextSink& out, bool verbose) {
                        .aggregate = aggregate_,
                        .results = {}};
   for (const SummaryDataKind kind :
-       {digestio::kSurvey, digestio::kSuitability, digestio::kCorrectness, digestio::kMap}) {
+       {kSurveyKind, kSuitabilityKind, kCorrectnessKind, kMapKind}) {
     if (hasData(kind)) report.results[kind] = &kindResults_[kind];
   }
   report.write(out, verbose);

@@ -6,17 +6,13 @@
 #include <vector>
 
 #include "PerKind.h"
-#include "items/JoinMemory.h"
-#include "items/RecordedSites.h"
-#include "items/ResultSites.h"
 #include "items/SummaryItems.h"
 #include "kelvar/SummaryData.h"
 #include "results/AggregateSummaryResultImpl.h"
 #include "results/SummaryResultImpl.h"
-#include "sitenotes.h"
-#include "view/TextSink.h"
 #include "view/View.h"
 #include "view/ViewSettings.h"
+#include "view/report/TextSink.h"
 
 namespace kelvar_2_1_7 {
 
@@ -56,12 +52,12 @@ class __attribute__((visibility("hidden"))) SummaryData::Impl {  // else exporte
  private:
   void populateAnnotations();
   void takeState(sitenotes::scanner_t& scanner, const std::string& path);
-  SummaryDataStatus mergeCollections(ResultSites& incoming);
+  SummaryDataStatus mergeCollections(SummaryItems& incoming);
   void file(std::unique_ptr<SummaryResultImpl> result, SummaryDataStatus status) noexcept;
   void mappingValid();
 
   boost::shared_ptr<sitenotes::database_t> database_;
-  RecordedSites recorded_{this};  // as the database was for the first result added
+  boost::shared_ptr<sitenotes::database_t> state_;  // the annotations as of the first result added; empty: none
   bool viewValid_ = false;
   ViewSettings settings_;
   View view_;
@@ -69,7 +65,6 @@ class __attribute__((visibility("hidden"))) SummaryData::Impl {  // else exporte
   PerKind<AggregateSummaryResultImpl> kindResults_;
   SummaryItems visibleItems_;  // in view order once the view is valid
   SummaryItems hiddenItems_;
-  JoinMemory joinMemory_;  // of the visible items
   PerKind<SummaryDataStatus> kindStatus_{};
   std::vector<std::unique_ptr<SummaryResultImpl>> results_;
 };

@@ -1,10 +1,8 @@
 #include "SummaryItemImpl.h"
 
 #include <array>
-#include <string>
+#include <memory>
 #include <utility>
-
-#include "items/ItemArena.h"
 
 namespace kelvar_2_1_7 {
 
@@ -14,140 +12,129 @@ using digestio::SummaryDetail;
 namespace {
 
 template <auto view>
-bool shows(const SummaryDetail& detail) {
+bool offers(const SummaryDetail& detail) {
   return (detail.*view)() != nullptr;
 }
 
 /// Whether a detail has a record of the kind.
-constexpr PerKind<bool (*)(const SummaryDetail&)> kShows{
-    {shows<&SummaryDetail::surveyView>, shows<&SummaryDetail::surveyVectorizationView>,
-     shows<&SummaryDetail::suitabilityView>, shows<&SummaryDetail::correctnessView>, shows<&SummaryDetail::mapView>}};
+constexpr PerKind<bool (*)(const SummaryDetail&)> kOffers{
+    {offers<&SummaryDetail::surveyView>, offers<&SummaryDetail::surveyVectorizationView>,
+     offers<&SummaryDetail::suitabilityView>, offers<&SummaryDetail::correctnessView>,
+     offers<&SummaryDetail::mapView>}};
 
 /// The order in which a new item asks a detail for its records.
-constexpr std::array kReadingOrder{digestio::kSurvey, digestio::kSurveyVectorization, digestio::kCorrectness,
-                                   digestio::kMap, digestio::kSuitability};
+constexpr std::array kReadingOrder{kSurveyKind, kVectorizationKind, kCorrectnessKind, kMapKind, kSuitabilityKind};
 
 /// The two surveys see functions and loops, whose annotation says nothing of the run.
 constexpr PerKind<bool> kKeepsAnnotation{{false, false, true, true, true}};
 
-/// Most items have no detail of most kinds, and say so in their first bytes.
 template <auto view>
 auto typed(const SummaryItemImpl& item, SummaryDataKind kind) {
-  return item.hasDetail(kind) ? (item.summaryDetail(kind)->*view)() : nullptr;
+  const SummaryDetail* const detail = item.summaryDetail(kind);
+  return detail != nullptr ? (detail->*view)() : nullptr;
 }
 
 }  // namespace
 
 SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner)
-    : handle_(0),
-      locator_(toolbelt::path_t(), 0, 0),
-      detailKind_(digestio::kAnnotatedSite),
-      annotationKind_(sitenotes::annotation_t::parallel),
+    : owner_(owner),
+      detailKind_(kSiteDetail),
+      annotationKind_(kParallelAnnotation),
       status_(kNoMatchCurrent),
-      selected_(false),
-      inArena_(false),
-      saysAsAnnotated_(false),
-      shown_(true),
-      inJoin_(InJoin::kLeft),
-      details_{},
-      owner_(owner) {}
+      locator_(toolbelt::path_t(), 0, 0) {}
 
 SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, boost::shared_ptr<sitenotes::annotation_t> annotation,
                                  unsigned long handle, SummaryDataStatus status, bool survey, bool suitability,
                                  bool correctness, bool map)
-    : SummaryItemImpl(owner) {
-  annotationKind_ = annotation->get_kind();
-  status_ = status;
-  locator_ = annotation->get_locator();
-  setLabel(annotation->get_label());
-  annotation_ = std::move(annotation);
-  handle_ = handle;
-  saysAsAnnotated_ = true;
-
-  setKnown({{survey, survey, suitability, correctness, map}});
+    : owner_(owner),
+      detailKind_(kSiteDetail),
+      annotationKind_(annotation->get_kind()),
+      status_(status),
+      locator_(annotation->get_locator()),
+      label_(annotation->get_label()),
+      annotation_(std::move(annotation)),
+      handle_(handle) {
+  const PerKind<bool> isKnown{{survey, survey, suitability, correctness, map}};
+  for (const SummaryDataKind kind : kAllKinds) {
+    if (isKnown[kind]) collections_.setKnown(kind, status);
+  }
 }
-
-SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, const RecordedSite& site, const PerKind<bool>& known)
-    // What an annotated site knows of vectorization follows from the survey.
-    : SummaryItemImpl(owner, site.annotation, site.handle, kNoMatchCurrent, known[digestio::kSurvey],
-                      known[digestio::kSuitability], known[digestio::kCorrectness], known[digestio::kMap]) {}
 
 SummaryItemImpl::SummaryItemImpl(SummaryData::Impl* owner, SummaryDetail* detail,
                                  boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle)
     : SummaryItemImpl(owner) {
   if (detail != nullptr) detailKind_ = detail->detailKind();
   if (annotation) {
-    annotationKind_ = annotation->get_kind();
-    locator_ = annotation->get_locator();
-    setLabel(annotation->get_label());
-    annotation_ = annotation;
+    takeIdentity(annotation);
     handle_ = handle;
   }
   if (detail == nullptr) return;
 
-  bool shown = false;
+  bool offersAny = false;
   for (const SummaryDataKind kind : kReadingOrder) {
-    if (!kShows[kind](*detail)) continue;
-    shown = true;
-    setRecord(kind, {.status = kNoMatchCurrent, .count = 1, .detail = detail});
-    if (kKeepsAnnotation[kind]) collectionAnnotations_.set(kind, annotation);
+    if (!kOffers[kind](*detail)) continue;
+    offersAny = true;
+    collections_.set(kind, {.status = kNoMatchCurrent,
+                            .count = 1,
+                            .detail = detail,
+                            .annotation = kKeepsAnnotation[kind] ? annotation : nullptr});
   }
   // A detail that shows nothing gives no identity either.
-  if (!shown || annotation) return;
+  if (!offersAny || annotation) return;
   annotationKind_ = detail->annotationKind();
   locator_ = detail->locator();
-  setLabel(detail->label());
+  label_ = detail->label();
   handle_ = handle;
 }
 
 SummaryItemImpl::~SummaryItemImpl() = default;
 
-void SummaryItemImpl::setKnown(const PerKind<bool>& known) noexcept {
-  for (const SummaryDataKind kind : kAllKinds) {
-    if (known[kind]) setRecord(kind, {.status = status_, .count = 1, .detail = nullptr});
-  }
+void SummaryItemImpl::takeIdentity(const boost::shared_ptr<sitenotes::annotation_t>& annotation) {
+  annotationKind_ = annotation->get_kind();
+  locator_ = annotation->get_locator();
+  label_ = annotation->get_label();
+  annotation_ = annotation;
 }
 
-void SummaryItemImpl::setLabel(std::string label) noexcept {
-  label_ = std::move(label);
-  labelMarks_ = LabelMarks(label_);
-}
+SummaryItemImpl::SummaryItemImpl(const SummaryItemImpl& source, ReadAfresh)
+    : owner_(source.owner_),
+      detailKind_(kSiteDetail),
+      annotationKind_(source.annotation_->get_kind()),
+      status_(source.status_),
+      locator_(source.annotation_->get_locator()),
+      label_(source.annotation_->get_label()),
+      annotation_(source.annotation_),
+      handle_(source.handle_),
+      collections_(source.collections_),
+      selected_(source.selected_) {}
 
-void SummaryItemImpl::setRecord(SummaryDataKind kind, const CollectionInfo& record) noexcept {
-  statuses_.set(kind, record.status);
-  if (record.count != 0) counted_.add(kind);
-  if (record.detail != nullptr) seen_.add(kind);
-  details_[kind] = record.detail;
-}
-
-void SummaryItemImpl::operator delete(SummaryItemImpl* item, std::destroying_delete_t) noexcept {
-  const bool inArena = item->inArena_;
-  item->~SummaryItemImpl();
-  inArena ? ItemArena::giveBack(item) : ::operator delete(item);
+SummaryItemImpl* SummaryItemImpl::copySummaryItem(SummaryItemImpl* source) {
+  return source->hasAnnotation() ? new SummaryItemImpl(*source, ReadAfresh()) : new SummaryItemImpl(*source);
 }
 
 bool SummaryItemImpl::shows(SummaryDataKind kind) const {
-  return hasDetail(kind) && kShows[kind](*details_[kind]);
+  const SummaryDetail* const detail = summaryDetail(kind);
+  return detail != nullptr && kOffers[kind](*detail);
 }
 
 digestio::SurveyDetail* SummaryItemImpl::surveyDetail() const {
-  return typed<&SummaryDetail::surveyView>(*this, digestio::kSurvey);
+  return typed<&SummaryDetail::surveyView>(*this, kSurveyKind);
 }
 
 digestio::SurveyVectorizationDetail* SummaryItemImpl::surveyVectorizationDetail() const {
-  return typed<&SummaryDetail::surveyVectorizationView>(*this, digestio::kSurveyVectorization);
+  return typed<&SummaryDetail::surveyVectorizationView>(*this, kVectorizationKind);
 }
 
 digestio::SuitabilityDetail* SummaryItemImpl::suitabilityDetail() const {
-  return typed<&SummaryDetail::suitabilityView>(*this, digestio::kSuitability);
+  return typed<&SummaryDetail::suitabilityView>(*this, kSuitabilityKind);
 }
 
 digestio::CorrectnessDetail* SummaryItemImpl::correctnessDetail() const {
-  return typed<&SummaryDetail::correctnessView>(*this, digestio::kCorrectness);
+  return typed<&SummaryDetail::correctnessView>(*this, kCorrectnessKind);
 }
 
 digestio::MapDetail* SummaryItemImpl::mapDetail() const {
-  return typed<&SummaryDetail::mapView>(*this, digestio::kMap);
+  return typed<&SummaryDetail::mapView>(*this, kMapKind);
 }
 
 }  // namespace kelvar_2_1_7

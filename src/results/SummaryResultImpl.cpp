@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "DetailOrder.h"
+#include "items/LiveAnnotations.h"
 
 namespace kelvar_2_1_7 {
 
@@ -30,18 +30,21 @@ std::uint64_t duration(std::uint64_t start, std::uint64_t end) {
   return end != 0 ? end - start : 0;
 }
 
-/// The path of a log, if the file is there. A path that cannot even be tested is that of no file.
-std::string existingLog(resdir::IResultDirectory& directory, std::string (resdir::IResultDirectory::*logPath)()) {
-  const std::string path = (directory.*logPath)();
+/// The path of a log, if the file is there. A path that cannot even be tested counts as that of no file.
+template <class LogPath>
+std::string existingLog(const LogPath& logPath) {
+  const std::string path = logPath();
   boost::system::error_code untestable;
   // The file system would stop at a zero byte, and test another name.
   const bool exists = path.find('\0') == std::string::npos && boost::filesystem::exists(path, untestable);
-  return exists ? (directory.*logPath)() : std::string();
+  return exists ? logPath() : std::string();
 }
 
 }  // namespace
 
-SummaryResultImpl::SummaryResultImpl(SummaryData::Impl* owner, std::string resultPath, RecordedSites* recorded) {
+SummaryResultImpl::SummaryResultImpl(SummaryData::Impl* owner, std::string resultPath,
+                                     boost::shared_ptr<sitenotes::database_t> database)
+    : database_(std::move(database)) {
   if (resultPath.empty()) return;
   const toolbelt::sptr_t<resdir::IResultDirectory> directory =
       resdir::ResultDirectoryManager::open(directoryOf(resultPath).c_str(), false, nullptr);
@@ -53,16 +56,13 @@ SummaryResultImpl::SummaryResultImpl(SummaryData::Impl* owner, std::string resul
   const digestio::SummaryDataKind kind = collection_->dataKind();
   for (const digestio::SummaryDataKind known : kAllKinds) carries_[known] = known == kind;
   addDetails(owner);
-  if (recorded != nullptr) {
-    recorded->read();
-    sites_.add(*recorded, carries_);
-  }
-  sites_.fold(kind);
+  addAnnotations(owner);
+  items_.exactMerge(kind);
   loaded_ = true;
 }
 
 SummaryResultImpl::~SummaryResultImpl() {
-  sites_ = ResultSites();  // items point to details of the collection
+  items_.clear();  // they point to details of the collection
   collection_.reset();
 }
 
@@ -75,21 +75,29 @@ void SummaryResultImpl::readMetadata(resdir::IResultDirectory& directory) {
   cpuCount_ = directory.cpuCount();
   cpuFrequency_ = directory.cpuFrequency();
   operatingSystem_ = textOrEmpty(directory.operatingSystem(0));
-  applicationLog_ = existingLog(directory, &resdir::IResultDirectory::applicationLogPath);
-  collectorLog_ = existingLog(directory, &resdir::IResultDirectory::collectorLogPath);
-  commandLog_ = existingLog(directory, &resdir::IResultDirectory::commandLogPath);
+  applicationLog_ = existingLog([&] { return directory.applicationLogPath(); });
+  collectorLog_ = existingLog([&] { return directory.collectorLogPath(); });
+  commandLog_ = existingLog([&] { return directory.commandLogPath(); });
 }
 
 void SummaryResultImpl::addDetails(SummaryData::Impl* owner) {
-  SummaryItems& items = sites_.items();
-  for (digestio::SummaryDetail* const detail : detailsByPlace(*collection_)) {
-    const bool isSite = detail == nullptr || detail->detailKind() == digestio::kAnnotatedSite;
-    const SummaryItemImpl& item =
-        isSite ? items.make(owner, detail, nullptr, 0UL) : items.makeLasting(owner, detail, nullptr, 0UL);
+  // Their number may change while they are taken.
+  for (int index = 0; index < collection_->detailCount(); ++index) {
+    auto item = std::make_unique<SummaryItemImpl>(owner, collection_->detail(index), nullptr, 0UL);
     for (const digestio::SummaryDataKind kind : kAllKinds) {
-      if (item.hasDetail(kind)) carries_[kind] = true;
+      if (item->shows(kind)) carries_[kind] = true;
     }
+    items_.append(std::move(item));
   }
+  items_.sort(kSortLocator);
+}
+
+void SummaryResultImpl::addAnnotations(SummaryData::Impl* owner) {
+  forEachLiveAnnotation(database_, [&](boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle) {
+    items_.append(std::make_unique<SummaryItemImpl>(owner, std::move(annotation), handle, kNoMatchCurrent,
+                                                    carries_[kSurveyKind], carries_[kSuitabilityKind],
+                                                    carries_[kCorrectnessKind], carries_[kMapKind]));
+  });
 }
 
 }  // namespace kelvar_2_1_7

@@ -1,13 +1,12 @@
 #pragma once
 
+#include <boost/shared_ptr.hpp>
 #include <cstdint>
 #include <memory>
 #include <string>
 
 #include "PerKind.h"
-#include "digestio.h"
-#include "items/RecordedSites.h"
-#include "items/ResultSites.h"
+#include "items/SummaryItems.h"
 #include "kelvar/SummaryData.h"
 #include "kelvar/SummaryResult.h"
 #include "resdir.h"
@@ -17,10 +16,10 @@ namespace kelvar_2_1_7 {
 /// One analysis result: read once, at construction.
 class SummaryResultImpl final : public SummaryResult {
  public:
-  /// Reads the result at `resultPath`. `owner` is for the items. `recorded` are the annotated sites as they were when
-  /// the result was collected, or null; the result's sites rely on them until a join has used those up.
-  /// loaded() tells whether there was a result to read.
-  SummaryResultImpl(SummaryData::Impl* owner, std::string resultPath, RecordedSites* recorded);
+  /// Reads the result at `resultPath`. `owner` is for the items. `database` has the annotations as they were when the
+  /// result was collected; it may be empty. loaded() tells whether there was a result to read.
+  SummaryResultImpl(SummaryData::Impl* owner, std::string resultPath,
+                    boost::shared_ptr<sitenotes::database_t> database);
   ~SummaryResultImpl() override;
   SummaryResultImpl(const SummaryResultImpl&) = delete;
   SummaryResultImpl& operator=(const SummaryResultImpl&) = delete;
@@ -28,8 +27,9 @@ class SummaryResultImpl final : public SummaryResult {
   [[nodiscard]] bool loaded() const noexcept { return loaded_; }
   /// Whether the result has data of `kind`: its own kind, and any that its details show.
   [[nodiscard]] bool carries(digestio::SummaryDataKind kind) const noexcept { return carries_[kind]; }
-  /// The result's sites, for the one join that uses them up.
-  [[nodiscard]] ResultSites& sites() noexcept { return sites_; }
+  /// The sites that the analysis reported and those that were annotated, each once. Joins read them; items of the data
+  /// object point to the same details.
+  [[nodiscard]] SummaryItems& items() noexcept { return items_; }
 
   [[nodiscard]] int resultCount() const override { return 0; }
   [[nodiscard]] SummaryResult* result(int) const override { return nullptr; }
@@ -56,11 +56,13 @@ class SummaryResultImpl final : public SummaryResult {
  private:
   void readMetadata(resdir::IResultDirectory& directory);
   void addDetails(SummaryData::Impl* owner);
+  void addAnnotations(SummaryData::Impl* owner);
 
   bool loaded_ = false;
   PerKind<bool> carries_{};
   std::unique_ptr<digestio::SummaryCollection> collection_;
-  ResultSites sites_;
+  boost::shared_ptr<sitenotes::database_t> database_;
+  SummaryItems items_;
   std::uint64_t collectionTime_ = 0;
   std::uint64_t collectionDuration_ = 0;
   std::uint64_t finalizationTime_ = 0;

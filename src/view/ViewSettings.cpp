@@ -13,8 +13,7 @@ using sitenotes::annotation_t;
 namespace {
 
 /// The order in which an item's details are asked for; the rarest use comes last.
-constexpr std::array kAskingOrder{digestio::kSurvey, digestio::kSuitability, digestio::kCorrectness, digestio::kMap,
-                                  digestio::kSurveyVectorization};
+constexpr std::array kAskingOrder{kSurveyKind, kSuitabilityKind, kCorrectnessKind, kMapKind, kVectorizationKind};
 
 bool allOf(const auto& flags) {
   return std::all_of(flags.begin(), flags.end(), [](bool flag) { return flag; });
@@ -24,8 +23,8 @@ bool anyOf(const auto& flags) {
   return std::any_of(flags.begin(), flags.end(), [](bool flag) { return flag; });
 }
 
-/// The entry of `kind`; for what is no kind, whether nothing is filtered.
-bool enabled(const auto& flags, int kind) {
+/// The entry of `kind`; for a value that is no kind, whether nothing is filtered.
+bool enabled(const auto& flags, auto kind) {
   const auto index = static_cast<std::size_t>(kind);
   return index < flags.size() ? flags[index] : allOf(flags);
 }
@@ -38,16 +37,16 @@ void ViewSettings::setSummaryKindEnable(SummaryDataKind kind, bool enable) {
 
 void ViewSettings::setSummaryDetailKindFilter(bool enable, digestio::SummaryDetailKind detailKind,
                                               annotation_t::kind_t annotationKind) {
-  if (detailKind != digestio::kAnnotatedSite) {
+  if (detailKind != kSiteDetail) {
     detailKindEnabled_[static_cast<std::size_t>(detailKind)] = enable;
     return;
   }
-  if (annotationKind == annotation_t::all_kinds) {
-    annotationKindEnabled_ = everyAnnotationKind(enable);
+  if (annotationKind == kEveryAnnotation) {
+    annotationKindEnabled_.fill(enable);
   } else {
     annotationKindEnabled_[static_cast<std::size_t>(annotationKind)] = enable;
   }
-  detailKindEnabled_[digestio::kAnnotatedSite] = anyOf(annotationKindEnabled_);
+  detailKindEnabled_[static_cast<std::size_t>(kSiteDetail)] = anyOf(annotationKindEnabled_);
 }
 
 void ViewSettings::setMapping(SummaryMapping mapping, bool reverse) {
@@ -70,7 +69,7 @@ bool ViewSettings::passesKindFilter(const SummaryItemImpl& item) const {
 
 bool ViewSettings::passesDetailFilter(const SummaryItemImpl& item) const noexcept {
   if (!enabled(detailKindEnabled_, item.detailKind())) return false;
-  return item.detailKind() != digestio::kAnnotatedSite || enabled(annotationKindEnabled_, item.annotationKind());
+  return item.detailKind() != kSiteDetail || enabled(annotationKindEnabled_, item.annotationKind());
 }
 
 }  // namespace kelvar_2_1_7

@@ -3,9 +3,7 @@
 #include <array>
 
 #include "PerKind.h"
-#include "digestio.h"
 #include "kelvar/SummaryTypes.h"
-#include "sitenotes.h"
 
 namespace kelvar_2_1_7 {
 
@@ -26,8 +24,8 @@ class ViewSettings {
   [[nodiscard]] bool filtersDetails() const noexcept;
   /// Whether some kind that is on has a detail for the item; every item passes while all are on. Asks the details.
   [[nodiscard]] bool passesKindFilter(const SummaryItemImpl& item) const;
-  /// Whether the item's detail kind is shown and, for annotated sites, its annotation kind. A kind that is none is
-  /// hidden as soon as any of its sort is.
+  /// Whether the item's detail kind is shown and, for annotated sites, its annotation kind. A value that is
+  /// no kind is hidden as soon as any kind is.
   [[nodiscard]] bool passesDetailFilter(const SummaryItemImpl& item) const noexcept;
 
   [[nodiscard]] SummaryMapping mapping() const noexcept { return mapping_; }
@@ -36,16 +34,14 @@ class ViewSettings {
  private:
   PerKind<bool> kindEnabled_{{true, true, true, true, true}};
   /// Entry 0 always is whether any annotation kind is shown: annotated sites have no switch of their own.
-  std::array<bool, digestio::kSummaryDetailKindCount> detailKindEnabled_{true, true, true};
-  std::array<bool, sitenotes::annotation_t::all_kinds> annotationKindEnabled_ = everyAnnotationKind(true);
+  std::array<bool, kDetailKindCount> detailKindEnabled_{true, true, true};
+  std::array<bool, kAnnotationKindCount> annotationKindEnabled_ = [] {
+    std::array<bool, kAnnotationKindCount> kinds{};
+    kinds.fill(true);
+    return kinds;
+  }();
   SummaryMapping mapping_ = kSortLocator;
   bool reverse_ = false;
-
-  [[nodiscard]] static constexpr std::array<bool, sitenotes::annotation_t::all_kinds> everyAnnotationKind(bool enable) {
-    std::array<bool, sitenotes::annotation_t::all_kinds> kinds{};
-    for (bool& kind : kinds) kind = enable;
-    return kinds;
-  }
 };
 
 }  // namespace kelvar_2_1_7

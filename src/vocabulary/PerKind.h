@@ -1,17 +1,16 @@
 #pragma once
 
-// In brackets: a suite's own header of this name is taken, though ours lies beside.
-#include <digestio.h>
-
 #include <array>
 #include <cstddef>
 
+#include "kinds.h"
+
 namespace kelvar_2_1_7 {
 
-/// One slot for each analysis kind, indexed by the kind; staying inside is the caller's promise.
+/// One slot for each analysis kind, indexed by the kind, which is not checked.
 template <class T>
 struct PerKind {
-  std::array<T, digestio::kSummaryDataKindCount> slots;
+  std::array<T, kAnalysisKindCount> slots;
 
   [[nodiscard]] constexpr T& operator[](digestio::SummaryDataKind kind) noexcept {
     return slots[static_cast<std::size_t>(kind)];
@@ -26,7 +25,6 @@ struct PerKind {
 };
 
 /// The kinds in the order of their values, in which reports list them and results are filed.
-inline constexpr std::array kAllKinds{digestio::kSurvey, digestio::kSurveyVectorization, digestio::kSuitability,
-                                      digestio::kCorrectness, digestio::kMap};
+inline constexpr std::array kAllKinds{kSurveyKind, kVectorizationKind, kSuitabilityKind, kCorrectnessKind, kMapKind};
 
 }  // namespace kelvar_2_1_7

@@ -1,16 +1,15 @@
-/// The texts that stand for kinds and statuses in the reports. For output only: nothing parses them back.
+/// The names of kinds and statuses in the reports. For output only: nothing parses them.
 #pragma once
 
-// In brackets: a suite's own header of this name is taken, though ours lies beside.
-#include <digestio.h>
-
 #include <array>
+
+#include "kinds.h"
 
 namespace kelvar_2_1_7 {
 
 /// By analysis kind.
-inline constexpr std::array<const char*, digestio::kSummaryDataKindCount> kKindNames{
-    "survey", "surveyvectorization", "suitability", "dependencies", "map"};
+inline constexpr std::array<const char*, kAnalysisKindCount> kKindNames{"survey", "surveyvectorization", "suitability",
+                                                                        "dependencies", "map"};
 
 /// By SummaryDataStatus.
 inline constexpr std::array<const char*, 6> kStatusNames{

@@ -93,14 +93,14 @@ TEST(Item, SaysWhereAnAnalysisSawIt) {
   EXPECT_EQ(seen(*annotated, digestio::kMap), "none 0 5") << "told by its handle all the same";
 }
 
-TEST(Item, WithoutAnOwnerStandsWhereItsAnnotationOrItselfDoes) {
+TEST(Item, WithoutAnOwnerIsWhereItsAnnotationOrItselfIs) {
   auto found = detail("s", "x.cpp:3").map();
-  const auto stands = [](SummaryItemImpl& item) {
+  const auto current = [](SummaryItemImpl& item) {
     return told([&](auto& place, auto& handle) { return item.getCurrentLocator(place, handle); });
   };
-  EXPECT_EQ(stands(*itemFrom(found)), "found 3 0");
-  EXPECT_EQ(stands(*itemFrom(annotation("t", "y.cpp:9"), 0)), "found 9 0");
-  EXPECT_EQ(stands(*itemFrom(annotation("t", ""), 5)), "none 0 5");
+  EXPECT_EQ(current(*itemFrom(found)), "found 3 0");
+  EXPECT_EQ(current(*itemFrom(annotation("t", "y.cpp:9"), 0)), "found 9 0");
+  EXPECT_EQ(current(*itemFrom(annotation("t", ""), 5)), "none 0 5");
 }
 
 }  // namespace

@@ -13,7 +13,7 @@
 ///     - solver a/x.cpp:12 k2 d1 survey  a site that only an analysis knows, with its detail kind
 ///     -7 solver a/x.cpp:12 survey       the same with a handle
 ///
-/// `_` stands for an empty label or place, `__too_deep__` for the label with blanks, `selected` for the user's mark.
+/// `_` is an empty label or place, `__too_deep__` for the label with blanks, `selected` for the user's mark.
 class ItemText {
  public:
   [[nodiscard]] kelvar_2_1_7::SummaryItems list(const std::string& text);

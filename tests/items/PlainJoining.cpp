@@ -51,7 +51,7 @@ void neighbourPass(SummaryItems& items, Match match) {
   List list = takeAll(items);
   for (std::size_t i = 0; i + 1 < list.size();) {
     if (match(*list[i], *list[i + 1])) {
-      list[i]->merge(*list[i + 1]);
+      list[i]->merge(list[i + 1].get());
       eraseAt(list, i + 1);
     } else {
       ++i;
@@ -69,9 +69,9 @@ std::size_t foldOneTwin(List& list, std::size_t i) {
   for (std::size_t j = 0; j + 1 < list.size(); ++j) {
     if (j == i || !twins(*list[i], *list[j])) continue;
     if (list[i]->annotationKind() == list[j]->annotationKind()) {
-      list[i]->merge(*list[j]);
+      list[i]->merge(list[j].get());
     } else if (list[i]->annotationKind() == 2 && list[j]->annotationKind() == 4) {
-      list[j]->merge(*list[i]);
+      list[j]->merge(list[i].get());
       list[i] = std::move(list[j]);
     } else {
       continue;
@@ -107,7 +107,7 @@ SummaryDataStatus join(SummaryItems& list, const SummaryItems& incoming) {
   SummaryItems working;
   std::map<unsigned long, SummaryItemImpl*> lookup;
   for (const auto& item : list) {
-    working.append(SummaryItemImpl::copySummaryItem(*item));
+    working.append(SummaryItemImpl::copySummaryItem(item.get()));
     SummaryItemImpl* copy = working[working.size() - 1];
     if (copy->annotation() && copy->handle() != 0) lookup[copy->handle()] = copy;
   }
@@ -116,9 +116,9 @@ SummaryDataStatus join(SummaryItems& list, const SummaryItems& incoming) {
     if (item->handle() != 0 && lookup.contains(item->handle())) {
       SummaryItemImpl* site = lookup[item->handle()];
       if (site->locator().get_line() != item->locator().get_line()) level = std::min(level, 3);
-      site->merge(*item);
+      site->merge(item.get());
     } else {
-      working.append(SummaryItemImpl::copySummaryItem(*item));
+      working.append(SummaryItemImpl::copySummaryItem(item.get()));
       level = std::min(level, 2);
     }
   }

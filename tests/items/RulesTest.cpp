@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "items/ItemText.h"
-#include "items/Join.h"
+#include "items/joining/Join.h"
 #include "support/Cases.h"
 #include "support/Faults.h"
 #include "support/Rows.h"
@@ -26,7 +26,7 @@ TEST(Merge, FollowsEachRule) {
     const auto item = text.item(parts[0]);
     const auto other = text.item(parts.at(1));
     const std::string before = rowWithHandle(*other);
-    item->merge(*other);
+    item->merge(other.get());
     EXPECT_EQ(rowWithHandle(*item) + '\n', parts.at(2)) << rule;
     EXPECT_EQ(rowWithHandle(*other), before) << rule;
   }
@@ -35,11 +35,14 @@ TEST(Merge, FollowsEachRule) {
 TEST(Copy, ReadsAnnotatedSitesAfreshAndKeepsRecords) {
   ItemText text;
   const auto hotSpot = text.item("- s x.cpp:1 k2 d1 survey selected");
-  EXPECT_EQ(support::row(*SummaryItemImpl::copySummaryItem(*hotSpot)), support::row(*hotSpot));
+  const auto copyOf = [](const auto& item) {
+    return std::unique_ptr<SummaryItemImpl>(SummaryItemImpl::copySummaryItem(item.get()));
+  };
+  EXPECT_EQ(support::row(*copyOf(hotSpot)), support::row(*hotSpot));
 
   // Annotated by a merge, it is a hot spot under its old label and kind; a copy is what its annotation says.
-  hotSpot->merge(*text.item("@7 t y.cpp:9 k4 s2"));
-  const auto copy = SummaryItemImpl::copySummaryItem(*hotSpot);
+  hotSpot->merge(text.item("@7 t y.cpp:9 k4 s2").get());
+  const auto copy = copyOf(hotSpot);
   EXPECT_EQ(rowWithHandle(*hotSpot), "- s x.cpp:1 @7 task, hot spot, selected | survey - 1.00");
   EXPECT_EQ(rowWithHandle(*copy), "- t y.cpp:9 @7 taskloop, selected | survey - 1.00");
 }
@@ -68,9 +71,10 @@ TEST(Join, FollowsEachRule) {
     ItemText text;
     SummaryItems list = text.list(parts[0]);
     ItemText resultText;
-    ResultSites incoming(resultText.list(parts.at(1)));
-    JoinMemory memory;
-    EXPECT_EQ(join(list, incoming, memory), std::stoi(parts.at(3))) << rule;
+    const SummaryItems incoming = resultText.list(parts.at(1));
+    const std::string before = support::rows(incoming);
+    EXPECT_EQ(join(list, incoming), std::stoi(parts.at(3))) << rule;
+    EXPECT_EQ(support::rows(incoming), before) << rule;
     EXPECT_EQ(support::rows(list), parts[2]) << rule;
   }
 }
@@ -80,16 +84,15 @@ struct Joining {
   SummaryItems list = text.list(
       "@7 a-long-label-that-needs-memory x.cpp:12\n- s _ map\n- s x.cpp:9 survey\n"
       "@8 c a.cpp:3 s2\n@9 c a.cpp:4\n");
-  ResultSites incoming{
-      text.list("@7 a x.cpp:13 survey\n- s x.cpp:5 survey\n- t y.cpp:1 k2 d2 vec\n"
-                "@8 c a.cpp:3 corr\n")};
+  SummaryItems incoming = text.list(
+      "@7 a x.cpp:13 survey\n- s x.cpp:5 survey\n- t y.cpp:1 k2 d2 vec\n"
+      "@8 c a.cpp:3 corr\n");
   std::string before = support::rows(list);
-  JoinMemory memory;
 };
 
 TEST(Join, LeavesTheListAsItWasWhereItFails) {
   const auto [calls, allocations] =
-      support::atEveryFault<Joining>([](Joining& j) { join(j.list, j.incoming, j.memory); },
+      support::atEveryFault<Joining>([](Joining& j) { join(j.list, j.incoming); },
                                      [](Joining& j) { EXPECT_EQ(support::rows(j.list), j.before); });
   EXPECT_GT(calls, 0);
   EXPECT_GT(allocations, 5);

@@ -44,7 +44,7 @@ TEST(Result, StopsWhereThereIsNothingToRead) {
     SummaryResultImpl result(nullptr, path, nullptr);
     EXPECT_FALSE(result.loaded()) << path;
     EXPECT_EQ(result.hostName(), "") << path;
-    EXPECT_TRUE(result.sites().items().empty()) << path;
+    EXPECT_TRUE(result.items().empty()) << path;
     EXPECT_EQ(log.text("open").empty(), *path == '\0') << path;
     EXPECT_EQ(log.text("load").empty(), path != std::string("no collection")) << path;
   }
@@ -78,14 +78,22 @@ TEST(Result, ListsLivingAnnotationsBesideItsDetailsAndFoldsThem) {
       .site(3, annotation("off", "y.cpp:2", sitenotes::annotation_t::parallel, true))
       .site(4, nullptr)
       .site(5, annotation("t", "z.cpp:1", sitenotes::annotation_t::task));
-  RecordedSites recorded(nullptr);
-  recorded.setDatabase(database);
-  // What one result makes of the sites is not seen by the next one.
-  for (int round = 0; round < 2; ++round) {
-    SummaryResultImpl result(nullptr, "r", &recorded);
-    EXPECT_EQ(support::rows(result.sites()),
-              "- s x.cpp:2 | survey - 2.50\n- t z.cpp:1 task | survey - | vectorization -\n");
-  }
+  const std::string seen =
+      "- s x.cpp:2 | survey - 2.50\n- t z.cpp:1 task | survey - | vectorization -\n";
+  EXPECT_EQ(support::rows(SummaryResultImpl(nullptr, "r", database).items()), seen);
+  // Every result walks the database for itself.
+  database->site(5, annotation("t", "z.cpp:1"), false).site(6, annotation("u", "z.cpp:4"));
+  EXPECT_EQ(support::rows(SummaryResultImpl(nullptr, "r", database).items()),
+            "- s x.cpp:2 | survey - 2.50\n- u z.cpp:4 | survey - | vectorization -\n");
+}
+
+TEST(Result, AsksADetailWithoutAViewForNothingElse) {
+  support::Suite suite;
+  suite.result("r", {.details = {detail("s", "x.cpp:2"), detail("t", "y.cpp:2").map()}});
+  const support::CallLog log;
+  const SummaryResultImpl result(nullptr, "r", nullptr);
+  EXPECT_EQ(log.text("detail locator"), "detail locator\n") << log.text();
+  EXPECT_EQ(log.text("detail label"), "detail label\n");
 }
 
 TEST(Result, DetailsThatAreAlikeStandAsListed) {
@@ -96,9 +104,9 @@ TEST(Result, DetailsThatAreAlikeStandAsListed) {
   SummaryResultImpl result(nullptr, "r", nullptr);
   const std::string counted = log.text("collection detailCount");
   EXPECT_EQ(std::count(counted.begin(), counted.end(), '\n'), 5) << "asked before each step";
-  ASSERT_EQ(result.sites().items().size(), 4U);
+  ASSERT_EQ(result.items().size(), 4U);
   for (int i = 0; i < 3; ++i) {
-    EXPECT_EQ(result.sites().items()[static_cast<std::size_t>(i)]->summaryDetail(digestio::kSurvey),
+    EXPECT_EQ(result.items()[static_cast<std::size_t>(i)]->summaryDetail(digestio::kSurvey),
               result.summaryCollection()->detail(i + 1));
   }
 }

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "view/Orderings.h"
+#include "view/ordering/Orderings.h"
 #include "view/PlainOrderings.h"
 #include "view/RandomItems.h"
 
@@ -47,7 +47,7 @@ TEST(Orderings, AnswerAsTheirPlainForms) {
   }
 }
 
-// '<' where the first stands before the second, '>' where it is the other way, '.' where neither does.
+// '<' where the first is before the second, '>' where it is the other way, '.' where neither is.
 char relation(SummaryMapping mapping, FakeDetail a, FakeDetail b) {
   const auto first = support::itemFrom(a);
   const auto second = support::itemFrom(b);
@@ -74,19 +74,19 @@ TEST(Orderings, PairsThatAreEasilyMistaken) {
     SummaryMapping mapping;
     FakeDetail a, b;
   } kCases[] = {
-      {"three detail kinds of one place stand in a circle, 0 before 1", '<', kSortLocator, site(0, 3), site(1, 2)},
+      {"three detail kinds at one place form a cycle, 0 before 1", '<', kSortLocator, site(0, 3), site(1, 2)},
       {"1 before 2", '<', kSortLocator, site(1, 2), site(2, 1)},
       {"two hot spots of one place", '.', kSortLocator, site(1, 2), site(1, 3)},
-      {"two of no detail kind", '.', kSortLocator, site(7, 2), site(7, 3)},
+      {"two that are no detail kind", '.', kSortLocator, site(7, 2), site(7, 3)},
       {"loops by self time", '>', kSortLocator, site(2, 1, 1.0), site(2, 2, 2.0)},
       {"a missing time is -1, before what is less", '<', kSortSurveyCpuTime, detail("l", "a.cpp:2").map(), survey(-2)},
-      {"no number, no tie", '.', kSortSurveyCpuTime, survey(std::nan(""), "a.cpp:1"), survey(1, "a.cpp:2")},
-      {"neither two of them", '.', kSortSurveyCpuTime, survey(std::nan(""), "a.cpp:1"),
+      {"a NaN is no tie", '.', kSortSurveyCpuTime, survey(std::nan(""), "a.cpp:1"), survey(1, "a.cpp:2")},
+      {"two NaNs are none either", '.', kSortSurveyCpuTime, survey(std::nan(""), "a.cpp:1"),
        survey(std::nan(""), "b.cpp:1")},
       {"zeros tie", '<', kSortSurveyCpuTime, survey(-0.0, "a.cpp:1"), survey(0.0, "a.cpp:2")},
       {"warnings do not overflow", '<', kSortCorrectnessWarnings, warns(2147483647, 2147483647), warns(1, 1)},
-      {"teams stand with regions", '<', kSortGeneralKindLocator, site(0, 18), site(0, 2)},
-      {"what is no kind is in group 0", '<', kSortGeneralKindLocator, site(0, 99), site(0, 2)},
+      {"teams are with regions", '<', kSortGeneralKindLocator, site(0, 18), site(0, 2)},
+      {"a value that is no kind is in group 0", '<', kSortGeneralKindLocator, site(0, 99), site(0, 2)},
       {"loops of one kind have no place", '.', kSortKind, detail("l", "a.cpp:1").kind(digestio::kLoop).map(),
        detail("l", "a.cpp:2").kind(digestio::kLoop).map()},
   };

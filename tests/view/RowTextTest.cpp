@@ -8,7 +8,7 @@
 #include <random>
 #include <string>
 
-#include "view/RowText.h"
+#include "view/report/RowText.h"
 
 using namespace kelvar_2_1_7;
 

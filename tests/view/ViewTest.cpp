@@ -85,7 +85,7 @@ TEST(View, ShowsAndHidesAsThePlainFiltersDo) {
             std::count(std::begin(plain.annotationKinds), std::end(plain.annotationKinds), true) != 0;
       }
       const bool reverse = random.below(2) == 0;
-      // Mostly the items alone change: what stays visible then stands as before, circles at one place apart.
+      // Mostly the filters alone change.
       const auto mapping = random.below(3) == 0 ? static_cast<SummaryMapping>(random.below(15)) : settings.mapping();
       settings.setMapping(mapping, reverse);
 
@@ -97,10 +97,10 @@ TEST(View, ShowsAndHidesAsThePlainFiltersDo) {
 
       const List shown = pointers(visible);
       ASSERT_TRUE(std::is_permutation(shown.begin(), shown.end(), plain.visible.begin(), plain.visible.end()));
-      if (reverse) std::reverse(visible.begin(), visible.end());
+      const std::string rows = support::rows(visible);
       visible.sort(settings.mapping());
-      ASSERT_EQ(pointers(visible), reverse ? List(shown.rbegin(), shown.rend()) : shown);
       if (reverse) std::reverse(visible.begin(), visible.end());
+      ASSERT_EQ(support::rows(visible), rows) << "seed " << seed << " step " << step;
     }
   }
 }

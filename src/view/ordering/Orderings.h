@@ -1,0 +1,77 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <initializer_list>
+#include <optional>
+
+#include "items/SummaryItemImpl.h"
+#include "kelvar/SummaryTypes.h"
+
+namespace kelvar_2_1_7 {
+
+/// What an ordering reads of an item, negated where the greatest comes first, and with a stand-in for a missing value.
+/// A NaN decides that neither of two items is before the other, whatever else they say.
+struct SortKey {
+  double (*read)(const SummaryItemImpl& item) = nullptr;
+  std::optional<digestio::SummaryDataKind> kind = {};  // whose detail it is read from, if from any
+};
+
+/// The keys of an ordering, in the order in which they decide.
+class SortKeys {
+ public:
+  static constexpr std::size_t kMost = 3;
+
+  constexpr SortKeys(std::initializer_list<SortKey> keys) noexcept : count_(keys.size()) {
+    std::copy(keys.begin(), keys.end(), keys_.begin());
+  }
+  [[nodiscard]] constexpr std::size_t size() const noexcept { return count_; }
+  [[nodiscard]] constexpr const SortKey& operator[](std::size_t index) const noexcept { return keys_[index]; }
+  [[nodiscard]] constexpr const SortKey* begin() const noexcept { return keys_.data(); }
+  [[nodiscard]] constexpr const SortKey* end() const noexcept { return keys_.data() + count_; }
+
+ private:
+  std::array<SortKey, kMost> keys_{};
+  std::size_t count_;
+};
+
+/// Whether items that agree on all keys are ordered by locator.
+enum class Tie { kByLocator, kNone, kByLocatorUnlessLoop };
+
+/// One ordering: keys first, the first that differs decides; then the label; then the tie.
+struct Ordering {
+  SortKeys keys = {};
+  bool byLabel = false;
+  Tie tie = Tie::kByLocator;
+};
+
+/// The ordering that a mapping selects; that by locator for a value without one.
+[[nodiscard]] const Ordering& orderingOf(SummaryMapping mapping) noexcept;
+
+/// The name that reports print for a mapping; empty where there is none. The names are those of an older enumeration:
+/// from the vectorization orderings on they are not those of the orderings in use, and readers of reports know them so.
+[[nodiscard]] const char* displayName(SummaryMapping mapping) noexcept;
+
+/// Whether a tie of this item is decided by locator. Two items that tie agree on it.
+[[nodiscard]] bool goesByLocator(Tie tie, const SummaryItemImpl& item);
+
+/// What the ordering by locator reads of an item besides its place.
+struct SiteKey {
+  explicit SiteKey(const SummaryItemImpl& item);  // asks a loop's details
+
+  sitenotes::annotation_t::kind_t annotationKind;
+  digestio::SummaryDetailKind detailKind;
+  const std::string* label;
+  double selfTime = 0;  // of loops, negated as in a SortKey
+  double totalTime = 0;
+};
+
+/// Whether `a` is before `b` at the same place. Not a strict weak order: three items of different detail kinds and
+/// annotation kinds may form a cycle.
+[[nodiscard]] bool isBeforeAtPlace(const SiteKey& a, const SiteKey& b) noexcept;
+
+/// Whether `a` is before `b` under `ordering`. Null items come last.
+[[nodiscard]] bool isBefore(const Ordering& ordering, const SummaryItemImpl* a, const SummaryItemImpl* b);
+
+}  // namespace kelvar_2_1_7

@@ -1,0 +1,48 @@
+#include "view/ordering/TieBreak.h"
+
+#include <compare>
+#include <cstdint>
+#include <vector>
+
+#include "view/ordering/MergeSort.h"
+#include "view/ordering/SiteFigures.h"
+
+namespace kelvar_2_1_7 {
+
+namespace {
+
+std::strong_ordering compareIdentity(const SummaryItemImpl& a, const SummaryItemImpl& b) {
+  if (const auto order = a.annotationKind() <=> b.annotationKind(); order != 0) return order;
+  if (const auto order = a.detailKind() <=> b.detailKind(); order != 0) return order;
+  if (const auto order = a.labelText() <=> b.labelText(); order != 0) return order;
+  return a.handle() <=> b.handle();
+}
+
+struct ItemFigures {
+  std::vector<std::uint64_t> figures;
+  SummaryItemImpl* item;
+};
+
+/// Asks each item for its figures once.
+void sortByFigures(std::span<SummaryItemImpl*> items) {
+  std::vector<ItemFigures> records;
+  std::vector<ItemFigures> buffer;
+  records.reserve(items.size());
+  for (SummaryItemImpl* const item : items) records.push_back({figuresOf(*item), item});
+  mergeSort(std::span(records), buffer,
+            [](const ItemFigures& a, const ItemFigures& b) { return a.figures < b.figures; });
+  for (std::size_t i = 0; i < items.size(); ++i) items[i] = records[i].item;
+}
+
+}  // namespace
+
+void breakTies(std::span<SummaryItemImpl*> atOnePlace) {
+  std::vector<SummaryItemImpl*> buffer;
+  mergeSort(atOnePlace, buffer, [](const SummaryItemImpl* a, const SummaryItemImpl* b) {
+    return compareIdentity(*a, *b) < 0;
+  });
+  const auto areAlike = [](const SummaryItemImpl* a, const SummaryItemImpl* b) { return compareIdentity(*a, *b) == 0; };
+  forEachGroup(atOnePlace, areAlike, sortByFigures);
+}
+
+}  // namespace kelvar_2_1_7
