@@ -13,7 +13,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   try {
     evidence = kelvar_platform::readEvidence(scratch.directory());
   } catch (const kelvar_platform::ReadError& error) {
-    if (!error.refusal().place.starts_with("line ") || error.refusal().expected.empty()) std::abort();
+    if (!error.refusal().place.starts_with("line ") || (error.refusal().expected + error.refusal().problem).empty())
+      std::abort();
     return 0;
   }
   // Writing sorts them once; what is written then stays as it is.

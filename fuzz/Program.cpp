@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       if (symbols.frameAt(address.value_or(0x401000 + offset)).chain.empty()) std::abort();
     }
   } catch (const kelvar_platform::ReadError& error) {
-    if (error.refusal().expected.empty()) std::abort();
+    if ((error.refusal().expected + error.refusal().problem).empty()) std::abort();
   }
   return 0;
 }

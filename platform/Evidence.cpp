@@ -95,10 +95,9 @@ class EvidenceReader {
     try {
       in_.readLine(file_, line, kFields, one);
     } catch (const ReadError& error) {
-      const Refusal& why = error.refusal();
-      throw ReadError({.file = why.file,
-                       .place = lineName(line_) + (why.place.empty() ? "" : ", ") + why.place,
-                       .expected = why.expected});
+      Refusal why = error.refusal();
+      why.place = lineName(line_) + (why.place.empty() ? "" : ", ") + why.place;
+      throw ReadError(why);
     }
     if (++counts_[one.detail] > kMostEvidence) {
       refuse("at most " + std::to_string(kMostEvidence) + " lines for detail " + std::to_string(one.detail));
