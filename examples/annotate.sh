@@ -16,3 +16,5 @@ region parallel "smooth" 39 42
 region parallel "column mean" 48 50
 region parallel "count shades" 56 58
 region task "one pixel" 57 57
+region parallel "correct" 63 64
+region parallel "sharpen" 73 76

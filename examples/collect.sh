@@ -30,21 +30,24 @@ project=$(cd "$project" && pwd)
 # The path of this folder must not appear in the captured output.
 cp -R "$here/sample" "$work/sample"
 cd "$work"
-build="clang++ -std=c++17 -g -gdwarf-4 -pthread -fdebug-prefix-map=$work=. sample/pixels.cpp"
+build="clang++ -std=c++17 -g -gdwarf-4 -fno-omit-frame-pointer -pthread -fdebug-prefix-map=$work=. sample/pixels.cpp"
 
 echo "vectorization: the remarks of clang" >&2
 $build -O2 -no-pie -fsave-optimization-record -foptimization-record-file=remarks.yaml -o pixels 2>build.log
 gzip -9nc remarks.yaml >"$outputs/clang-remarks.yaml.gz"
 
 echo "survey: perf, else callgrind" >&2
-perf record -q -e cpu-clock:u -F 2000 -o perf.data ./pixels 2048 40 >run.log 2>&1 || rm -f perf.data
+# With stacks, so that a site's time holds what it calls; frame pointers make them cheap. Its text takes the places of
+# the objects with it, so that inlined calls can be told without perf.data.
+perf record -q -g -e cpu-clock:u -F 500 -o perf.data ./pixels 2048 40 >run.log 2>&1 || rm -f perf.data
 if [ -e perf.data ] &&
-  perf script -i perf.data --full-source-path -F comm,pid,tid,time,period,event,ip,sym,srcline >perf.txt 2>>run.log &&
+  perf script -f -i perf.data --no-inline --show-mmap-events --show-task-events -F +pid >perf.txt 2>>run.log &&
   [ "$(wc -l <perf.txt)" -gt 500 ]; then
-  sed "s|$work/||" perf.txt | gzip -9nc >"$outputs/perf.txt.gz"
+  sed "s|$work/|/|" perf.txt | gzip -9nc >"$outputs/perf.txt.gz"
 else
-  valgrind --quiet --tool=callgrind --callgrind-out-file=callgrind.out ./pixels 128 4 >run.log 2>&1
-  sed "s|$work/||" callgrind.out | gzip -9nc >"$outputs/callgrind.out.gz"
+  # With addresses, so that inlined calls can be told.
+  valgrind --quiet --tool=callgrind --dump-instr=yes --callgrind-out-file=callgrind.out ./pixels 128 4 >run.log 2>&1
+  sed "s|$work/|/|" callgrind.out | gzip -9nc >"$outputs/callgrind.out.gz"
 fi
 
 echo "dependencies: ThreadSanitizer, else helgrind" >&2

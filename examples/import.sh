@@ -16,9 +16,9 @@ run() {
 }
 
 if [ -e "$outputs/perf.txt.gz" ]; then
-  run survey --perf perf.txt.gz --at-least 0.5
+  run survey --perf perf.txt.gz --binary "$outputs/pixels.debug" --at-least 0.5
 else
-  run survey --callgrind callgrind.out.gz --at-least 0.5
+  run survey --callgrind callgrind.out.gz --binary "$outputs/pixels.debug" --at-least 0.5
 fi
 run vectorization --clang-remarks clang-remarks.yaml.gz
 if [ -e "$outputs/tsan.txt.gz" ]; then

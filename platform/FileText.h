@@ -17,6 +17,9 @@ class FileText {
   /// if it cannot be read or changes meanwhile; the text is then empty.
   void read(const std::string& file);
 
+  /// Copies `text` in place of what was read before.
+  void take(std::string_view text);
+
   [[nodiscard]] std::string_view view() const noexcept { return {memory_.get(), size_}; }
   /// The size with the bytes after the text.
   [[nodiscard]] std::size_t allocated() const noexcept { return allocated_; }

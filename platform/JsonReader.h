@@ -43,6 +43,10 @@ class JsonReader {
   /// Reads `file`, which holds one object.
   template <class In, class Out, std::size_t N>
   void readDocument(const std::string& file, const std::array<JsonField<In, Out>, N>& fields, In& to);
+  /// The one object of `line`, which is all of a line of `file`; bytes in a refusal count from its beginning.
+  template <class In, class Out, std::size_t N>
+  void readLine(const std::string& file, std::string_view line, const std::array<JsonField<In, Out>, N>& fields,
+                In& to);
   template <class In, class Out, std::size_t N>
   void readObject(JsonValue& value, const std::array<JsonField<In, Out>, N>& fields, In& to);
   /// Calls `onElement` with each value of a list.
@@ -76,7 +80,10 @@ class JsonReader {
   using Object = simdjson::ondemand::object;
 
   Object openDocument(const std::string& file);
-  void closeDocument();
+  /// Of the text that was taken in.
+  Object openText(const std::string& file);
+  /// `end` is what is expected behind the document.
+  void closeDocument(const char* end);
   Object asObject(JsonValue& value);
   simdjson::ondemand::array asList(JsonValue& value);
   template <class In, class Out, std::size_t N>
@@ -125,7 +132,15 @@ T& JsonReader::taken(simdjson::simdjson_result<T>& result) {
 template <class In, class Out, std::size_t N>
 void JsonReader::readDocument(const std::string& file, const std::array<JsonField<In, Out>, N>& fields, In& to) {
   readFields(openDocument(file), fields, to);
-  closeDocument();
+  closeDocument("the end of the file");
+}
+
+template <class In, class Out, std::size_t N>
+void JsonReader::readLine(const std::string& file, std::string_view line,
+                          const std::array<JsonField<In, Out>, N>& fields, In& to) {
+  text_.take(line);
+  readFields(openText(file), fields, to);
+  closeDocument("the end of the line");
 }
 
 template <class In, class Out, std::size_t N>

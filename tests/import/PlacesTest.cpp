@@ -2,9 +2,10 @@
 
 #include <sstream>
 
+#include "Diagnosis.h"
 #include "Places.h"
 
-namespace kelvar_import {
+namespace kelvar_readers {
 namespace {
 
 using Kind = sitenotes::annotation_t;
@@ -22,9 +23,10 @@ std::vector<Site> sites() {
           site(Kind::parallel, "open", "src/a.cpp", 50),      site(Kind::end_parallel, "other", "src/a.cpp", 60)};
 }
 
-std::string labelsAt(Places& places, const std::vector<Place>& stack) {
+std::string labelsAt(Places& places, std::vector<Place> stack) {
   std::ostringstream labels;
-  for (const std::size_t region : places.regionsAt(stack)) labels << places.regions()[region].label << ' ';
+  const Frame frame{.chain = std::move(stack)};
+  for (const std::size_t region : places.regionsAt({&frame})) labels << places.regions()[region].label << ' ';
   return labels.str();
 }
 
@@ -50,9 +52,50 @@ TEST(Places, OfAStackAreTheFirstThatLiesInASite) {
   const Place within{.function = "work", .file = "a.cpp", .line = 12};
   const Place outside{.function = "main", .file = "m.cpp", .line = 5};
   EXPECT_EQ(labelsAt(places, {library, bare, within, outside}), "outer ");
-  EXPECT_EQ(places.ownPlace({library, outside})->function, "main");
-  EXPECT_EQ(places.ownPlace({library, bare})->function, "memcpy");
-  EXPECT_EQ(places.ownPlace({Place{.function = "", .file = "m.cpp"}}), nullptr);
+  const auto own = [&places](const Frame& frame) {
+    const Place* const place = places.ownPlace({&frame});
+    return place ? place->function : "none";
+  };
+  EXPECT_EQ(own({.chain = {library, outside}}), "main");
+  EXPECT_EQ(own({.chain = {library, bare}}), "memcpy");
+  EXPECT_EQ(own({.chain = {{.file = "m.cpp"}}}), "none");
+}
+
+TEST(Places, AreInTheAnnotatedFileWithTheLongestCommonTail) {
+  Places places({site(Kind::parallel, "a", "src/a/x.h", 1), site(Kind::end_parallel, "a", "src/a/x.h", 9),
+                 site(Kind::parallel, "b", "src/b/./x.h", 1), site(Kind::end_parallel, "b", "src/b/./x.h", 9)},
+                {});
+  const std::pair<const char*, const char*> kCases[] = {{"/build/src/a/x.h", "a "},
+                                                        {"/build/src/b/x.h", "b "},
+                                                        {"/other/src/a/../b/x.h", "b "},
+                                                        {"./b/x.h", "b "},
+                                                        {"/build/src/c/x.h", ""}};
+  for (const auto& [file, want] : kCases) EXPECT_EQ(labelsAt(places, {{.file = file, .line = 5}}), want) << file;
+  try {
+    (void)labelsAt(places, {{.file = "x.h", .line = 5}});
+    ADD_FAILURE() << "either of two files may be meant";
+  } catch (const kelvar_platform::ReadError& error) {
+    EXPECT_STREQ(error.what(),
+                 "x.h: expected one annotated file of this name: it may be src/a/x.h or src/b/./x.h; tell them apart "
+                 "by --map-path");
+  }
+}
+
+TEST(Places, OfAFrameAreAllSitesThatItIsInlinedInto) {
+  Places places(sites(), {});
+  const auto labels = [&places](const Frame& frame) {
+    std::string all;
+    for (const std::size_t region : places.regionsOf(frame)) all += places.regions()[region].label + ' ';
+    return all;
+  };
+  Frames frames;
+  Frame& frame = frames.add();
+  frame.chain = {
+      {.file = "/usr/include/h.h", .line = 25}, {.file = "a.cpp", .line = 22}, {.file = "a.cpp", .line = 12}};
+  EXPECT_EQ(labels(frame), "inner outer ");
+  EXPECT_EQ(labels(frame), "inner outer ");
+  EXPECT_EQ(labels({.chain = {{.file = "a.cpp", .line = 12}}}), "outer ");
+  EXPECT_EQ(labels({.chain = {{.file = "a.cpp", .line = 0}}}), "");
 }
 
 TEST(Places, FollowTheRulesForPaths) {
@@ -60,10 +103,15 @@ TEST(Places, FollowTheRulesForPaths) {
   EXPECT_EQ(places.pathOf("/build/app/x.c"), "/home/src/x.c");
   EXPECT_EQ(places.pathOf("/build/application/x.c"), "/other/application/x.c");
   EXPECT_EQ(places.pathOf("lib/../x.c"), "/home/x.c");
+  Places relative({}, {.prefixes = {{"/build", ""}, {"/b/", "src/"}}, .sourceRoot = {}});
+  EXPECT_EQ(relative.pathOf("/build/x/y.c"), "x/y.c");
+  EXPECT_EQ(relative.pathOf("/buildings/y.c"), "/buildings/y.c");
+  EXPECT_EQ(relative.pathOf("/b/./y.c"), "src/y.c");
+  EXPECT_EQ(relative.pathOf("./s/../y.c"), "y.c");
   EXPECT_FALSE(places.isLibrary("x.c"));
   EXPECT_TRUE(places.isLibrary("/build/y.c"));
   EXPECT_FALSE(places.isLibrary(""));
 }
 
 }  // namespace
-}  // namespace kelvar_import
+}  // namespace kelvar_readers

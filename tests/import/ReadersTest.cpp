@@ -10,30 +10,41 @@
 #include "support/Cases.h"
 #include "support/Scratch.h"
 
-namespace kelvar_import {
+namespace kelvar_readers {
 namespace {
 
-/// A line a record, `WEIGHTS NOTE | PLACES`, with ` #N` for one of several of a report.
+/// A line a record, `WEIGHTS NOTE | PLACES`, with ` #N` for one of several of a report, what calls cost with ` > N`,
+/// and what is said in words behind it.
 std::string text(const Record& record) {
   std::ostringstream out;
   out << record.weights[0] << ' ' << record.weights[1] << ' ' << record.weights[2] << ' ' << record.note;
   if (record.report != 0) out << '#' << record.report;
-  for (const Place& place : record.stack) {
-    out << " | " << place.function << " @ " << place.file << ':' << place.line;
-    if (place.column != 0) out << ':' << place.column;
+  if (record.callee != 0) out << "> " << record.callee;
+  for (const Frame* const frame : record.stack) {
+    for (const Place& place : frame->chain) {
+      out << " | " << place.function << " @ " << place.file << ':' << place.line;
+      if (place.column != 0) out << ':' << place.column;
+    }
   }
+  if (!record.words.role.empty()) out << " [" << record.words.role << ']';
+  if (!record.words.text.empty()) out << " \"" << record.words.text << '"';
+  if (!record.words.object.empty()) out << " of " << record.words.object;
   return out.str() + '\n';
 }
 
 /// What the source that is named as on the command line makes of the file; or the sentence that refuses it, with the
 /// file's name left out.
 std::string recordsOf(const std::string& option, const std::string& file, const std::string& binary = {}) {
+  const auto sources = kelvar_import::sources();
   const auto source =
-      std::find_if(sources().begin(), sources().end(), [&](const Source& one) { return one.option == option; });
+      std::find_if(sources.begin(), sources.end(), [&](const auto& one) { return one.option == option; });
   std::string records;
   try {
+    Frames frames;
+    Binaries binaries(binary.empty() ? std::vector<std::string>() : std::vector<std::string>{binary}, frames);
+    Reading reading{.binaries = binaries};
     Input input(file);
-    source->read(input, binary, [&records](const Record& record) { records += text(record); });
+    source->read(input, reading, [&records](const Record& record) { records += text(record); });
   } catch (const kelvar_platform::ReadError& error) {
     return error.refusal().place + ": expected " + error.refusal().expected;
   }
@@ -43,7 +54,7 @@ std::string recordsOf(const std::string& option, const std::string& file, const 
 /// What each format's writer writes, cut down to what a rule is about: the option, the input and its records.
 TEST(Readers, TellRecordsApart) {
   const support::Scratch scratch;
-  for (const auto& [rule, parts] : support::cases("readings.txt", 13)) {
+  for (const auto& [rule, parts] : support::cases("readings.txt", 16)) {
     const std::string option = parts[0].substr(0, parts[0].size() - 1);
     EXPECT_EQ(recordsOf(option, scratch.write("in", parts.at(1))), parts.at(2)) << rule;
   }
@@ -52,7 +63,7 @@ TEST(Readers, TellRecordsApart) {
 /// Empty, foreign, cut and absurd inputs of each source: `OPTION INPUT`, where \n and \t stand for what they mean.
 TEST(Readers, RefuseDamageInOneSentence) {
   const support::Scratch scratch;
-  for (const auto& [damage, parts] : support::cases("damages.txt", 30)) {
+  for (const auto& [damage, parts] : support::cases("damages.txt", 35)) {
     const std::size_t blank = parts[0].find(' ');
     const std::string input = std::regex_replace(parts[0].substr(blank + 1), std::regex(R"(\\n)"), "\n");
     const std::string file = scratch.write("in", std::regex_replace(input, std::regex(R"(\\t)"), "\t"));
@@ -60,7 +71,7 @@ TEST(Readers, RefuseDamageInOneSentence) {
   }
   const std::string zipped = support::contentOf(KELVAR_SOURCE_FOLDER "/examples/captured/tsan.txt.gz");
   EXPECT_EQ(recordsOf("--tsan", scratch.write("cut", zipped.substr(0, zipped.size() / 2))),
-            "line 1: expected the rest of the file (unexpected end of file)");
+            "line 1: expected the rest of the file (truncated gzip input)");
 }
 
 TEST(Readers, RefuseATraceOrItsBinary) {
@@ -70,7 +81,7 @@ TEST(Readers, RefuseATraceOrItsBinary) {
   EXPECT_EQ(recordsOf("--lackey", scratch.write("none", ""), binary),
             "line 1: expected the trace of valgrind --tool=lackey --trace-mem=yes");
   EXPECT_EQ(recordsOf("--lackey", scratch.write("odd", "I  zz\n"), binary),
-            "line 1: expected an address, a comma and a size");
+            "line 1: expected the trace of valgrind --tool=lackey --trace-mem=yes");
   EXPECT_EQ(recordsOf("--lackey", trace, trace), ": expected a program: an ELF file");
   EXPECT_EQ(recordsOf("--lackey", trace, scratch.path("gone")),
             ": expected a program that can be read (No such file or directory)");
@@ -91,4 +102,4 @@ TEST(Demangling, NamesFunctionsAsLabelsDo) {
 }
 
 }  // namespace
-}  // namespace kelvar_import
+}  // namespace kelvar_readers

@@ -5,6 +5,7 @@
 
 #include "Columns.h"
 #include "Loading.h"
+#include "ReportEvidence.h"
 #include "Rows.h"
 #include "kelvar/SummaryData.h"
 
@@ -17,6 +18,7 @@ struct Selection {
   kelvar::SummaryMapping ordering = kelvar::kSortLocator;
   bool reverse = false;
   bool verbose = false;
+  const std::vector<ResultEvidence>* evidence = nullptr;  ///< what figures rest on; null where nobody asked for it
 };
 
 /// A way of printing a project on standard output, row by row.

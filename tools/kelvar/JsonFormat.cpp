@@ -218,6 +218,7 @@ void printJson(const Loaded& loaded, const Selection& selection) {
   writeResults(json, *data.aggregateResult());
   writeView(json, data, selection);
   writeItems(json, pieces, loaded, selection);
+  if (selection.evidence) writeEvidence(json, *selection.evidence);
   json.endObject();
   pieces.text() += '\n';
   pieces.finish();

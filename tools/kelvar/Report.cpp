@@ -32,6 +32,7 @@ struct Request {
   Selection selection;
   const Format* format = &kText;
   bool wide = false;
+  bool evidence = false;
 };
 
 void printText(const Loaded& loaded, const Selection& selection) {
@@ -87,6 +88,7 @@ void addRows(CLI::App& report, Request& request) {
   addText(report, "--format", "text, json or csv: the report as text, one object, or a line for each row",
           [&](const std::string& text) { request.format = formatNamed(text); })
       ->type_name("FORMAT");
+  report.add_flag("--evidence", request.evidence, "As json, also what the figures rest on, as the tools said it");
   report.add_flag("--wide", request.wide, "Text format: only the rows, with no value cut");
   addText(report, "--match", "Only the rows whose label or file matches this regular expression (RE2)",
           [&](const std::string& text) { selection.rows.pattern.emplace("--match", text); })
@@ -113,10 +115,22 @@ PrintFormat printing(const Request& request) {
 
 ExitStatus report(const Request& request) {
   const PrintFormat printReport = printing(request);
-  const Loaded& loaded = loadSaying(piecesOf(request.project), request.project);
+  if (request.evidence && request.format->print != printJson) {
+    throw UsageError("--evidence: expected with --format json only");
+  }
+  const Pieces pieces = piecesOf(request.project);
+  const Loaded& loaded = loadSaying(pieces, request.project);
   loaded.data->setMapping(request.selection.ordering, request.selection.reverse);
-  printReport(loaded, request.selection);
-  return loaded.complaints.empty() ? kDone : kUnreadable;
+  Selection selection = request.selection;
+  std::vector<ResultEvidence> evidence;
+  std::vector<std::string> complaints;
+  if (request.evidence) {
+    evidence = evidenceOf(pieces, complaints);
+    selection.evidence = &evidence;
+  }
+  for (const std::string& complaint : complaints) say(complaint);
+  printReport(loaded, selection);
+  return loaded.complaints.empty() && complaints.empty() ? kDone : kUnreadable;
 }
 
 }  // namespace

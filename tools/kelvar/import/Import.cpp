@@ -21,13 +21,14 @@ constexpr int kMostCores = 1 << 20;
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  perf script -F comm,pid,tid,time,period,event,ip,sym,srcline --full-source-path > perf.txt\n"
-    "  kelvar import survey --perf perf.txt --into my-project\n"
+    "  perf record --call-graph dwarf build/app\n"
+    "  kelvar import survey --perf perf.data --into my-project\n"
     "  kelvar import vectorization --clang-remarks *.opt.yaml --into my-project --map-path /build=src\n"
     "  kelvar import map --lackey trace.gz --binary build/app --into my-project\n"
     "  kelvar import suitability --model --cores 8 --into my-project\n"
     "\n"
-    "Files may be gzipped. Where my-project has annotations.db, what lies within an annotated site counts for that\n"
+    "Files may be compressed (gzip, xz, zstd, bzip2), and - is the standard input. Where my-project has "
+    "annotations.db, what lies within an annotated site counts for that\n"
     "site, and the state of the result is recorded.\n"
     "\n"
     "Exit status: 0 done; 1 a file could not be read, or the result not be written, and that of the project is as it\n"
@@ -75,7 +76,7 @@ void takeMapping(Line& line, const std::string& text) {
 
 void takePercent(Line& line, const std::string& text) {
   std::string_view rest = text;
-  const auto percent = kelvar_import::takeNumber<double>(rest);
+  const auto percent = kelvar_readers::takeNumber<double>(rest);
   if (!percent || !rest.empty() || *percent < 0 || *percent > 100) {
     throw UsageError("--at-least: expected a percentage, not " + inQuotes(text));
   }
@@ -88,6 +89,19 @@ void takeCores(Line& line, const std::string& text) {
   line.request.wishes.cores = static_cast<int>(*cores);
 }
 
+/// An option that may stand several times.
+template <class Take>
+void addTexts(CLI::App& app, const char* name, const char* type, const char* help, Take take) {
+  app.add_option(name, CLI::callback_t([take](const CLI::results_t& texts) {
+                   for (const std::string& text : texts) take(text);
+                   return true;
+                 }),
+                 help)
+      ->type_name(type)
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
 void addOptions(CLI::App& app, Line& line) {
   addText(app, "KIND", "survey, vectorization, dependencies, map or suitability", [&line](const std::string& text) {
     line.kind = text;
@@ -95,18 +109,17 @@ void addOptions(CLI::App& app, Line& line) {
   for (const Source& source : kelvar_import::sources()) addSource(app, line, source);
   addPath(app, "--into", "PROJECT", "The project directory that gets the result", line.request.wishes.project)
       ->required();
-  addPath(app, "--binary", "FILE", "The program that ran, with its debug information", line.request.binary);
+  addTexts(app, "--binary", "FILE", "A program that ran, or its debug file, where the source does not lead there",
+           [&line](const std::string& text) { line.request.binaries.push_back(text); });
+  addText(app, "--event", "Of several that perf counted, the one that is meant", [&line](const std::string& text) {
+    line.request.event = text;
+  })->type_name("NAME");
+  app.add_flag("--allow-empty", line.request.allowEmpty, "Write a result that says nothing, too");
   addText(app, "--cores", "How many cores to model", [&line](const std::string& text) {
     takeCores(line, text);
   })->type_name("N");
-  app.add_option("--map-path", CLI::callback_t([&line](const CLI::results_t& texts) {
-                   for (const std::string& text : texts) takeMapping(line, text);
-                   return true;
-                 }),
-                 "Paths that begin with OLD begin with NEW in the project")
-      ->type_name("OLD=NEW")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  addTexts(app, "--map-path", "OLD=NEW", "Paths below OLD are below NEW in the project",
+           [&line](const std::string& text) { takeMapping(line, text); });
   addPath(app, "--source-root", "DIR", "Relative paths are below DIR; what is not below it is a library's",
           line.request.paths.sourceRoot);
   addText(app, "--at-least", "Leave out functions below this share of the whole", [&line](const std::string& text) {
@@ -128,8 +141,16 @@ void check(const Line& line) {
   if (!source) throw UsageError(line.kind + ": expected a source: " + wanted);
   if (line.kind != source->kind)
     throw UsageError(std::string(source->option) + ": expected " + wanted + " for " + line.kind);
-  const bool isLackey = std::string_view(source->option) == "--lackey";
-  if (isLackey != !line.request.binary.empty()) throw UsageError("--binary: expected with --lackey, and only there");
+  const bool hasBinaries = !line.request.binaries.empty();
+  if (std::string_view(source->option) == "--lackey" && !hasBinaries) {
+    throw UsageError("--lackey: expected --binary, the program that ran");
+  }
+  if (hasBinaries && !source->hasAddresses) {
+    throw UsageError("--binary: expected with --perf, --callgrind or --lackey, and only there");
+  }
+  if (!line.request.event.empty() && std::string_view(source->option) != "--perf") {
+    throw UsageError("--event: expected with --perf, and only there");
+  }
   const bool isModel = std::string_view(source->option) == "--model";
   if (isModel != (line.request.wishes.cores > 0)) throw UsageError("--cores: expected with --model, and only there");
 }
@@ -137,7 +158,6 @@ void check(const Line& line) {
 ExitStatus runLine(Line& line) {
   check(line);
   Progress progress;
-  line.request.wishes.unit = line.request.source->unit;
   const std::vector<std::string> remarks =
       runImport(line.request, [&progress](std::string_view activity) { progress.show(activity); });
   progress.clear();

@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <set>
+#include <utility>
 
 #include "Annotations.h"
 #include "Diagnosis.h"
@@ -23,30 +25,27 @@ namespace kelvar_import {
 namespace {
 
 namespace fs = std::filesystem;
-
-template <void (*kRead)(Input&, const Sink&)>
-void withoutBinary(Input& input, const std::string&, const Sink& sink) {
-  kRead(input, sink);
-}
+using namespace kelvar_readers;
 
 constexpr std::array kSources{
-    Source{"--perf", "survey", "Text of perf script -F comm,pid,tid,time,period,event,ip,sym,srcline",
-           withoutBinary<readPerf>, surveyOf, kSeconds},
-    Source{"--callgrind", "survey", "callgrind.out of valgrind --tool=callgrind; counts instructions, not time",
-           withoutBinary<readCallgrind>, surveyOf, kMegaInstructions},
-    Source{"--clang-remarks", "vectorization", "YAML of clang -fsave-optimization-record",
-           withoutBinary<readClangRemarks>, vectorizationOf, ""},
-    Source{"--gcc-remarks", "vectorization", "JSON of gcc -fsave-optimization-record", withoutBinary<readGccRemarks>,
-           vectorizationOf, ""},
-    Source{"--tsan", "dependencies", "Text that a program built with -fsanitize=thread printed",
-           withoutBinary<readTsan>, dependenciesOf, ""},
-    Source{"--helgrind", "dependencies", "XML of valgrind --tool=helgrind --xml=yes", withoutBinary<readValgrindXml>,
-           dependenciesOf, ""},
-    Source{"--drd", "dependencies", "XML of valgrind --tool=drd --xml=yes", withoutBinary<readValgrindXml>,
-           dependenciesOf, ""},
-    Source{"--lackey", "map", "Trace of valgrind --tool=lackey --trace-mem=yes; wants --binary", readLackey, mapOf, ""},
-    Source{"--coz", "suitability", "profile.coz", withoutBinary<readCoz>, suitabilityOf, ""},
-    Source{"--model", "suitability", "Amdahl's law over the project's own survey; wants --cores", nullptr, modelOf, ""},
+    Source{"--perf", "survey", "perf.data, or the text of perf script", readPerf, surveyOf, true},
+    Source{"--callgrind", "survey",
+           "callgrind.out of valgrind --tool=callgrind --dump-instr=yes; counts instructions, not time", readCallgrind,
+           surveyOf, true},
+    Source{"--clang-remarks", "vectorization", "YAML of clang -fsave-optimization-record", readClangRemarks,
+           vectorizationOf, false},
+    Source{"--gcc-remarks", "vectorization", "JSON of gcc -fsave-optimization-record", readGccRemarks, vectorizationOf,
+           false},
+    Source{"--tsan", "dependencies", "Text that a program built with -fsanitize=thread printed", readTsan,
+           dependenciesOf, false},
+    Source{"--helgrind", "dependencies", "XML of valgrind --tool=helgrind --xml=yes", readValgrindXml, dependenciesOf,
+           false},
+    Source{"--drd", "dependencies", "XML of valgrind --tool=drd --xml=yes", readValgrindXml, dependenciesOf, false},
+    Source{"--lackey", "map", "Trace of valgrind --tool=lackey --trace-mem=yes; wants --binary", readLackey, mapOf,
+           true},
+    Source{"--coz", "suitability", "profile.coz", readCoz, suitabilityOf, false},
+    Source{"--model", "suitability", "Amdahl's law over the project's own survey; wants --cores", nullptr, modelOf,
+           false},
 };
 
 /// Where an analysis stands in a project.
@@ -122,8 +121,19 @@ bool isUnitWithoutRemarks(const Request& request, const std::string& file) {
          !std::all_of(request.files.begin(), request.files.end(), isEmpty);
 }
 
+/// What was measured once counts once.
+void requireEachOnce(const std::vector<std::string>& files) {
+  std::set<std::pair<dev_t, ino_t>> known;
+  for (const std::string& file : files) {
+    struct stat status {};
+    if (file == "-" ? fstat(0, &status) != 0 : stat(file.c_str(), &status) != 0) continue;
+    if (known.emplace(status.st_dev, status.st_ino).second) continue;
+    throw kelvar_platform::ReadError({.file = file, .place = "", .expected = "a file that is named once"});
+  }
+}
+
 /// Hands the records of all files on; the reports of each file are numbered behind those of the one before.
-void readFiles(const Request& request, const ShowProgress& showProgress, Analysis& analysis) {
+void readFiles(const Request& request, const ShowProgress& showProgress, Reading& reading, Analysis& analysis) {
   std::size_t before = 0;
   std::size_t greatest = 0;
   Record renumbered;
@@ -140,7 +150,7 @@ void readFiles(const Request& request, const ShowProgress& showProgress, Analysi
   for (const std::string& file : request.files) {
     if (isUnitWithoutRemarks(request, file)) continue;
     Input input(file, showProgress);
-    request.source->read(input, request.binary, counting);
+    request.source->read(input, reading, counting);
     before += greatest;
     greatest = 0;
   }
@@ -162,6 +172,7 @@ void write(const Request& request, const Outcome& outcome, kelvar_platform::RunR
   run.finalizationEndTime = now();
   kelvar_platform::ResultWriter writer(directory, isSub ? std::nullopt : std::optional(run), program);
   for (const Detail& detail : outcome.details) writer.add(detail);
+  for (const kelvar_platform::Evidence& evidence : outcome.evidence) writer.add(evidence);
   writer.finish();
   // A sub-result is read through its result's own file.
   if (isSub && !fs::exists(directory.parent_path() / "result.json")) writeRun(directory.parent_path(), run);
@@ -169,6 +180,16 @@ void write(const Request& request, const Outcome& outcome, kelvar_platform::RunR
     writeFile(fs::path(request.wishes.project) / kLineTimesFile, outcome.lineTimes);
   }
   writeFile(directory / "collector.log", logText(request, outcome.remarks));
+}
+
+/// A result that says nothing of the program does not take the place of one that may say much.
+void requireContent(const Request& request, const Outcome& outcome) {
+  if (outcome.emptiness.empty() || request.allowEmpty) return;
+  const std::string file = request.files.empty() ? std::string(request.source->option) : request.files.front();
+  throw kelvar_platform::ReadError({.file = file,
+                                    .place = "",
+                                    .expected = std::string("something to say of the program (") + outcome.emptiness +
+                                                "); --allow-empty writes the empty result all the same"});
 }
 
 std::vector<std::string> unclosed(const Places& places) {
@@ -194,10 +215,16 @@ std::vector<std::string> runImport(const Request& request, const ShowProgress& s
   kelvar_platform::RunRecord run;
   run.finalizationStartTime = now();
   timeOfCollection(request.files, run);
+  requireEachOnce(request.files);
   Places places(annotatedSites(database), request.paths);
+  Frames frames;
+  Binaries binaries(request.binaries, frames);
+  Reading reading{.binaries = binaries, .event = request.event};
   const std::unique_ptr<Analysis> analysis = request.source->analyse(places, request.wishes);
-  readFiles(request, showProgress, *analysis);
-  Outcome outcome = analysis->finish();
+  readFiles(request, showProgress, reading, *analysis);
+  Outcome outcome = analysis->finish(reading);
+  requireContent(request, outcome);
+  outcome.remarks.insert(outcome.remarks.end(), reading.remarks.begin(), reading.remarks.end());
   const std::vector<std::string> open = unclosed(places);
   outcome.remarks.insert(outcome.remarks.end(), open.begin(), open.end());
   const fs::path directory = project / standingOf(*request.source).path;

@@ -16,9 +16,11 @@ struct Source {
   const char* option;  ///< on the command line
   const char* kind;    ///< the analysis, as the command line names it
   const char* help;
-  void (*read)(Input& input, const std::string& binary, const Sink& sink);  ///< null: the files are none, it is a model
-  std::unique_ptr<Analysis> (*analyse)(Places& places, const Wishes& wishes);
-  const char* unit;  ///< of a survey's weights
+  void (*read)(kelvar_readers::Input& input, kelvar_readers::Reading& reading,
+               const kelvar_readers::Sink& sink);  ///< null: the files are none, it is a model
+  std::unique_ptr<kelvar_readers::Analysis> (*analyse)(kelvar_readers::Places& places,
+                                                       const kelvar_readers::Wishes& wishes);
+  bool hasAddresses;  ///< which programs tell the places of
 };
 
 /// All formats there are.
@@ -28,13 +30,15 @@ struct Source {
 struct Request {
   const Source* source = nullptr;
   std::vector<std::string> files;
-  std::string binary;
-  PathRules paths;
-  Wishes wishes;
+  std::vector<std::string> binaries;
+  std::string event;        ///< of several that were counted, the one that is meant
+  bool allowEmpty = false;  ///< whether a result that says nothing may take the place of another
+  kelvar_readers::PathRules paths;
+  kelvar_readers::Wishes wishes;
 };
 
 /// Reads, analyses and writes. Answers what there is to say about it. Throws kelvar_platform::ReadError; then what
 /// stood in the project stands there as before.
-std::vector<std::string> runImport(const Request& request, const ShowProgress& showProgress);
+std::vector<std::string> runImport(const Request& request, const kelvar_readers::ShowProgress& showProgress);
 
 }  // namespace kelvar_import

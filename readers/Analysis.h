@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Outcome.h"
+#include "Places.h"
+#include "Record.h"
+#include "Sources.h"
+
+namespace kelvar_readers {
+
+/// What an import is asked for beside its files.
+struct Wishes {
+  std::string project;
+  int cores = 0;       ///< of the model
+  double atLeast = 0;  ///< percent of the whole below which a function gets no row
+};
+
+/// Turns records into the details of one kind of analysis. Records come one by one, and are not kept unless the kind
+/// needs them together.
+class Analysis {
+ public:
+  virtual ~Analysis() = default;
+  virtual void add(const Record& record) = 0;
+  /// Once, after the last record; `reading` has what the readers told beside their records.
+  [[nodiscard]] virtual Outcome finish(const Reading& reading) = 0;
+};
+
+[[nodiscard]] std::unique_ptr<Analysis> surveyOf(Places& places, const Wishes& wishes);
+[[nodiscard]] std::unique_ptr<Analysis> vectorizationOf(Places& places, const Wishes& wishes);
+[[nodiscard]] std::unique_ptr<Analysis> dependenciesOf(Places& places, const Wishes& wishes);
+[[nodiscard]] std::unique_ptr<Analysis> mapOf(Places& places, const Wishes& wishes);
+/// From coz's experiments.
+[[nodiscard]] std::unique_ptr<Analysis> suitabilityOf(Places& places, const Wishes& wishes);
+/// From the survey that stands in the project, by Amdahl's law; takes no records.
+[[nodiscard]] std::unique_ptr<Analysis> modelOf(Places& places, const Wishes& wishes);
+
+}  // namespace kelvar_readers

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Symbols.h"
+
+namespace kelvar_readers {
+
+/// The programs and libraries that a source names: those that the user gave, found by their names, and else those that
+/// lie where the source says.
+class Binaries {
+ public:
+  /// Throws kelvar_platform::ReadError where one of the `given` cannot be read or has no lines.
+  Binaries(const std::vector<std::string>& given, Frames& frames);
+
+  /// The file that the source calls `path`, such as `/usr/bin/app` or `[vdso]`; null where it is not to be had.
+  [[nodiscard]] Symbols* find(const std::string& path);
+  /// Those that the user gave, in that order.
+  [[nodiscard]] const std::vector<std::unique_ptr<Symbols>>& given() const noexcept { return given_; }
+  /// For addresses of no file that can be read.
+  [[nodiscard]] Frames& frames() noexcept { return frames_; }
+
+ private:
+  Symbols* open(const std::string& path);
+
+  Frames& frames_;
+  std::vector<std::string> names_;  // of the given ones
+  std::vector<std::unique_ptr<Symbols>> given_;
+  std::vector<std::unique_ptr<Symbols>> found_;
+  std::map<std::string, Symbols*, std::less<>> byPath_;
+};
+
+}  // namespace kelvar_readers

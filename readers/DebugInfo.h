@@ -1,0 +1,44 @@
+#pragma once
+
+#include <elfutils/libdw.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Record.h"
+
+namespace kelvar_readers {
+
+/// What the debug information of one file says of addresses: lines, and calls that were inlined. A unit is read when an
+/// address in it is asked about; addresses are those of the debug information.
+class DebugInfo {
+ public:
+  explicit DebugInfo(Dwarf* dwarf);
+  ~DebugInfo();
+  DebugInfo(const DebugInfo&) = delete;
+  DebugInfo& operator=(const DebugInfo&) = delete;
+
+  [[nodiscard]] bool hasLines() const noexcept;
+  /// The chain of places at the address, innermost first. An address without a line has that of the nearest before it
+  /// that has one, from `begin` on; that is then said in `isGuessed`. Empty where nothing is known.
+  [[nodiscard]] std::vector<Place> chainAt(std::uint64_t address, std::uint64_t begin, bool& isGuessed);
+
+ private:
+  struct Unit;
+  struct Range {
+    std::uint64_t begin = 0;
+    std::uint64_t end = 0;
+    std::size_t unit = 0;
+  };
+
+  void addUnit(Dwarf_Die die, Dwarf_Die functions);
+  Unit* unitAt(std::uint64_t address);
+
+  std::vector<std::unique_ptr<Unit>> units_;
+  std::vector<Range> ranges_;  // by address
+};
+
+}  // namespace kelvar_readers

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <elfutils/libdw.h>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Record.h"
+
+namespace kelvar_readers {
+
+/// One function of a unit of debug information: which calls were inlined where.
+class InlineTree {
+ public:
+  /// Of the subprogram; `files` are those of its unit.
+  InlineTree(Dwarf_Die subprogram, Dwarf_Files* files);
+
+  /// Appends the inlined calls around `address`, innermost first, to a chain that begins with the place that the line
+  /// table has for it, and names what each place lies in. The last one lies in the subprogram itself.
+  void appendChain(std::uint64_t address, std::vector<Place>& chain) const;
+
+ private:
+  struct Call {
+    std::size_t parent = 0;
+    Dwarf_Die die{};
+    std::string file;
+    int line = 0;
+    int column = 0;
+  };
+
+  void visit(Dwarf_Die* parent, std::size_t call);
+  std::size_t addCall(Dwarf_Die* die, std::size_t parent);
+  void paint(Dwarf_Die* die, std::size_t call);
+  void paint(std::uint64_t begin, std::uint64_t end, std::size_t call);
+
+  Dwarf_Files* files_;
+  std::vector<Call> calls_;                         // the first is the subprogram
+  std::map<std::uint64_t, std::size_t> innermost_;  // from an address on, up to the next
+};
+
+}  // namespace kelvar_readers

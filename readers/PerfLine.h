@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+/// Lines of `perf script`, whichever fields were asked for. What is found points into the line.
+namespace kelvar_readers {
+
+/// `COMM PID/TID [CPU] TIME: PERIOD EVENT: ...`; of all but the event, any may be missing.
+struct PerfSample {
+  long process = -1;  ///< -1: not told
+  std::optional<double> period = {};
+  std::string_view event = {};
+  std::string_view rest = {};  ///< behind the event: the sample's one frame, or nothing
+};
+[[nodiscard]] std::optional<PerfSample> takePerfSample(std::string_view line);
+
+/// `ADDRESS SYMBOL+0xOFFSET (OBJECT)`; of all but the address, any may be missing.
+struct PerfFrame {
+  std::uint64_t address = 0;
+  std::string_view symbol = {};  ///< empty where perf knows none
+  std::optional<std::uint64_t> offset = {};
+  std::string_view object = {};  ///< empty where it is not told
+  bool isInlined = false;        ///< perf's own idea of what was inlined at the next frame
+};
+[[nodiscard]] std::optional<PerfFrame> takePerfFrame(std::string_view line);
+
+/// `PERF_RECORD_MMAP2 PID/TID: [0xSTART(0xSIZE) @ 0xOFFSET ...]: r-xp PATH`
+struct PerfMapping {
+  long process = 0;
+  std::uint64_t start = 0;
+  std::uint64_t size = 0;
+  std::uint64_t offset = 0;
+  std::string_view path = {};
+};
+[[nodiscard]] std::optional<PerfMapping> takePerfMapping(std::string_view line);
+
+/// `PERF_RECORD_FORK(PID:TID):(PARENT:THREAD)`
+struct PerfFork {
+  long process = 0;
+  long parent = 0;
+};
+[[nodiscard]] std::optional<PerfFork> takePerfFork(std::string_view line);
+
+}  // namespace kelvar_readers

@@ -1,0 +1,17 @@
+#!/bin/sh
+# Holds the figures of the sample's sites against those that another symbolizer leads to: recompute.sh KELVAR SOURCES
+set -eu
+kelvar=$1
+sources=$2
+captured=$sources/examples/captured
+project=$(mktemp -d)
+trap 'rm -rf "$project"' EXIT
+"$sources/examples/run.sh" "$kelvar" "$project" >/dev/null
+
+# The sites as they are annotated, FILE:FIRST-LAST.
+sites=$(sed -n 's|^region [a-z]* ".*" \([0-9]*\) \([0-9]*\)$|sample/pixels.cpp:\1-\2|p' "$sources/examples/annotate.sh" | sort -u)
+# shellcheck disable=SC2086 # one word a site
+for source in perf lackey; do
+  python3 "$sources/tests/import/recompute.py" $source "$captured/$source.txt.gz" "$captured/pixels.debug" \
+    $sites --project "$project"
+done
