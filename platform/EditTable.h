@@ -46,7 +46,7 @@ void requireWritable(const std::string& path, const std::string& place, const Ed
 void readDatabase(const Connection& connection, const std::function<void(const EditRow&)>& takeEdit,
                   const std::function<void(const StateRow&)>& takeState);
 
-/// Appends the row; its revision is the database's to choose.
-void appendEdit(const Connection& connection, const EditRow& row);
+/// Appends the row; its revision is the database's to choose, and is what comes back.
+std::int64_t appendEdit(const Connection& connection, const EditRow& row);
 
 }  // namespace kelvar_platform

@@ -11,6 +11,7 @@
 #include "Options.h"
 #include "Output.h"
 #include "Place.h"
+#include "Scan.h"
 
 namespace kelvar_tool {
 
@@ -191,6 +192,7 @@ void addAnnotate(CLI::App& kelvar, Action& chosen) {
   app.require_subcommand(1);
   app.footer(kExamples);
   for (const EditCommand& command : kEditCommands) addEditCommand(app, command, edit, chosen);
+  addScan(app, edit->database, chosen);  // the other callbacks keep `edit` as long as the parser lives
 }
 
 }  // namespace kelvar_tool
