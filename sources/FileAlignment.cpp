@@ -45,7 +45,7 @@ void FileAlignment::decide(std::size_t knownIndex, std::size_t seenIndex, Step s
   partnerOfSeen[seenIndex] = knownIndex;
 }
 
-void FileAlignment::matchSamePlace(std::vector<std::size_t>& partnerOfSeen) {
+void FileAlignment::matchUnchanged(std::vector<std::size_t>& partnerOfSeen) {
   std::size_t at = 0;
   for (const std::size_t index : known) {
     const KnownSite& site = allKnown_[index];
@@ -54,6 +54,15 @@ void FileAlignment::matchSamePlace(std::vector<std::size_t>& partnerOfSeen) {
       if (partnerOfSeen[seen[i]] != kNone || !(allSeen_[seen[i]].print == site.print)) continue;
       decide(index, seen[i], Step::samePlace, partnerOfSeen);
       break;
+    }
+  }
+  for (const std::size_t index : known) {
+    if (result_.known[index].seen != kNone) continue;
+    for (const std::size_t other : seen) {
+      if (partnerOfSeen[other] != kNone) continue;
+      if (likeness(allKnown_[index].print, allSeen_[other].print) < kLeastLikeness) continue;
+      result_.known[index].ambiguous = true;
+      result_.contested[other] = true;
     }
   }
 }

@@ -17,8 +17,8 @@ class FileAlignment {
   std::vector<std::size_t> known;
   std::vector<std::size_t> seen;
 
-  /// Sites around which nothing changed, on their old lines.
-  void matchSamePlace(std::vector<std::size_t>& partnerOfSeen);
+  /// Decides all of a file that did not change: a site is on its line, or it is as ambiguous as it was.
+  void matchUnchanged(std::vector<std::size_t>& partnerOfSeen);
   /// Decides all that the file alone can decide; answers whether anything was.
   bool match(std::vector<std::size_t>& partnerOfSeen);
 

@@ -19,15 +19,17 @@ constexpr std::array<std::string_view, 8> kStepNames{"none",           "same-pla
 class Finder {
  public:
   Finder(const std::vector<KnownSite>& known, const std::vector<SeenSite>& seen,
-         const std::vector<std::size_t>& renamed)
-      : known_(known), seen_(seen), renamed_(renamed), partnerOfSeen_(seen.size(), kNone) {
+         const std::vector<std::size_t>& renamed, const std::vector<bool>& unchanged)
+      : known_(known), seen_(seen), renamed_(renamed), unchanged_(unchanged), partnerOfSeen_(seen.size(), kNone) {
     result_.known.resize(known.size());
     result_.contested.resize(seen.size(), false);
   }
 
   FindResult run() {
     groupByFile();
-    for (auto& [number, file] : files_) file.matchSamePlace(partnerOfSeen_);
+    for (auto& [number, file] : files_) {
+      if (unchanged_[number]) file.matchUnchanged(partnerOfSeen_);
+    }
     matchFiles();
     // What is found in another file cuts that file's gaps anew.
     while (matchAcross(true, Step::otherFile) || matchAcross(false, Step::deadSite)) matchFiles();
@@ -47,7 +49,9 @@ class Finder {
   }
 
   void matchFiles() {
-    for (auto& [number, file] : files_) file.match(partnerOfSeen_);
+    for (auto& [number, file] : files_) {
+      if (!unchanged_[number]) file.match(partnerOfSeen_);
+    }
   }
 
   /// Pairs what is unique on both sides among what is undecided, of the living or of the dead.
@@ -91,6 +95,7 @@ class Finder {
   const std::vector<KnownSite>& known_;
   const std::vector<SeenSite>& seen_;
   const std::vector<std::size_t>& renamed_;
+  const std::vector<bool>& unchanged_;
   std::vector<std::size_t> partnerOfSeen_;
   std::map<std::size_t, FileAlignment> files_;
   FindResult result_;
@@ -103,8 +108,8 @@ std::string_view nameOf(Step step) {
 }
 
 FindResult findAgain(const std::vector<KnownSite>& known, const std::vector<SeenSite>& seen,
-                     const std::vector<std::size_t>& renamed) {
-  return Finder(known, seen, renamed).run();
+                     const std::vector<std::size_t>& renamed, const std::vector<bool>& unchanged) {
+  return Finder(known, seen, renamed, unchanged).run();
 }
 
 }  // namespace kelvar_sources

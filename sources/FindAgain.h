@@ -13,7 +13,7 @@ namespace kelvar_sources {
 /// What decided where a site is now.
 enum class Step {
   none,
-  samePlace,         ///< nothing around it changed, nor its line
+  samePlace,         ///< its file did not change
   fullKey,           ///< text, function, lines before and behind
   keyWithoutBefore,  ///< text, function, lines behind
   textAndAfter,      ///< text, lines behind
@@ -50,9 +50,9 @@ struct FindResult {
 };
 
 /// Finds known sites among those seen. Both lists are in the order of their places within a file. `renamed` answers, by
-/// number, which file a file is now: itself where it kept its name. No seen site is the answer for two. The same
-/// question has the same answer, and one asked again of what was answered changes nothing.
+/// number, which file a file is now: itself where it kept its name. In a file that is `unchanged` since its sites were
+/// found, each site is where it was, and what was ambiguous stays so. No seen site is the answer for two.
 [[nodiscard]] FindResult findAgain(const std::vector<KnownSite>& known, const std::vector<SeenSite>& seen,
-                                   const std::vector<std::size_t>& renamed);
+                                   const std::vector<std::size_t>& renamed, const std::vector<bool>& unchanged);
 
 }  // namespace kelvar_sources

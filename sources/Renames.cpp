@@ -24,12 +24,12 @@ class RenameFinder {
     }
     for (const SeenSite& site : seen) {
       if (hadSites_[site.file]) continue;
-      ++seenByKey_[keyOf(site.print, KeyLevel::withoutBefore)][site.file];
+      ++seenByKey_[keyOf(site.print, KeyLevel::textAndAfter)][site.file];
       ++sizes_[site.file];
     }
     for (const KnownSite& site : known) {
       if (!site.alive || exists[site.file]) continue;
-      ++knownByFile_[site.file][keyOf(site.print, KeyLevel::withoutBefore)];
+      ++knownByFile_[site.file][keyOf(site.print, KeyLevel::textAndAfter)];
       ++sizes_[site.file];
     }
   }

@@ -325,8 +325,21 @@ class Planner {
     sites.swap(sortedSites);
     std::vector<bool> exists;
     for (const File& file : files_) exists.push_back(file.scanned != nullptr || !input_.tree.covers(file.key));
-    return kelvar_sources::findAgain(known, seen,
-                                     kelvar_sources::renamedFiles(known, seen, exists, gitNames(known, exists)));
+    return kelvar_sources::findAgain(
+        known, seen, kelvar_sources::renamedFiles(known, seen, exists, gitNames(known, exists)), unchanged());
+  }
+
+  /// Whether each file is as it was at the last scan.
+  [[nodiscard]] std::vector<bool> unchanged() const {
+    std::unordered_map<std::string, std::string> digests;
+    for (const kelvar_platform::SourceRow& row : database_.sources)
+      digests.emplace(input_.tree.keyOf(row.file), row.digest);
+    std::vector<bool> all;
+    for (const File& file : files_) {
+      const auto digest = digests.find(file.key);
+      all.push_back(file.scanned && digest != digests.end() && digest->second == file.scanned->digest);
+    }
+    return all;
   }
 
   std::vector<std::size_t> gitNames(const std::vector<KnownSite>& known, const std::vector<bool>& exists) {

@@ -188,13 +188,19 @@ std::span<const Source> sources() {
   return kSources;
 }
 
+std::string resultDirectory(const Request& request) {
+  return (fs::path(request.wishes.project) / standingOf(*request.source).path).native();
+}
+
 std::vector<std::string> runImport(const Request& request, const ShowProgress& showProgress) {
   const fs::path project = request.wishes.project;
   const fs::path database = project / "annotations.db";
   kelvar_platform::RunRecord run;
   run.finalizationStartTime = now();
   timeOfCollection(request.files, run);
-  Places places(annotatedSites(database), request.paths);
+  std::vector<kelvar_platform::Site> sites = annotatedSites(database);
+  std::erase_if(sites, [&](const kelvar_platform::Site& site) { return request.leftOut.count(site.sequence) > 0; });
+  Places places(sites, request.paths);
   const std::unique_ptr<Analysis> analysis = request.source->analyse(places, request.wishes);
   readFiles(request, showProgress, *analysis);
   Outcome outcome = analysis->finish();

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -30,8 +32,12 @@ struct Request {
   std::vector<std::string> files;
   std::string binary;
   PathRules paths;
+  std::set<std::int64_t> leftOut;  ///< sites that no figure is to go to
   Wishes wishes;
 };
+
+/// The directory of the result that this source makes, in its project.
+[[nodiscard]] std::string resultDirectory(const Request& request);
 
 /// Reads, analyses and writes. Answers what there is to say about it. Throws kelvar_platform::ReadError; then what
 /// stood in the project stands there as before.
