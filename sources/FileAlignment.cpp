@@ -69,19 +69,53 @@ void FileAlignment::matchUnchanged(std::vector<std::size_t>& partnerOfSeen) {
 
 bool FileAlignment::match(std::vector<std::size_t>& partnerOfSeen) {
   bool any = false;
+  if (!keysDone_) {
+    keysDone_ = true;
+    matchByKeys(KeyLevel::full, Step::fullKey, partnerOfSeen);
+    matchByKeys(KeyLevel::withoutBefore, Step::keyWithoutBefore, partnerOfSeen);
+    matchByKeys(KeyLevel::textAndAfter, Step::textAndAfter, partnerOfSeen);
+    any = keepLongestRun(partnerOfSeen);
+  }
   for (bool more = true; more;) {
     for (const std::size_t index : known) result_.known[index].ambiguous = false;
     for (const std::size_t index : seen) result_.contested[index] = false;
-    more = matchByKeys(KeyLevel::full, Step::fullKey, partnerOfSeen);
-    more = matchByKeys(KeyLevel::withoutBefore, Step::keyWithoutBefore, partnerOfSeen) || more;
-    more = matchByKeys(KeyLevel::textAndAfter, Step::textAndAfter, partnerOfSeen) || more;
-    more = matchGaps(partnerOfSeen) || more;
+    more = matchGaps(partnerOfSeen);
     any = any || more;
   }
   return any;
 }
 
-bool FileAlignment::matchByKeys(KeyLevel level, Step step, std::vector<std::size_t>& partnerOfSeen) {
+/// Pairs that cross the longest run are taken back: what is in order around them decides first, and what then has no
+/// partner has moved, and is found by its key again.
+bool FileAlignment::keepLongestRun(std::vector<std::size_t>& partnerOfSeen) {
+  std::vector<std::size_t> kept;
+  for (const auto& [place, other] : cuts()) kept.push_back(place);
+  std::size_t next = 0;
+  for (std::size_t i = 0; i < known.size(); ++i) {
+    if (next < kept.size() && kept[next] == i) {
+      ++next;
+    } else if (result_.known[known[i]].seen != kNone) {
+      partnerOfSeen[result_.known[known[i]].seen] = kNone;
+      result_.known[known[i]] = {};
+    }
+  }
+  return !kept.empty();
+}
+
+std::vector<std::pair<std::size_t, std::size_t>> FileAlignment::cuts() const {
+  std::unordered_map<std::size_t, std::size_t> placeOfSeen;
+  for (std::size_t i = 0; i < seen.size(); ++i) placeOfSeen.emplace(seen[i], i);
+  std::vector<Pair> pairs;
+  for (std::size_t i = 0; i < known.size(); ++i) {
+    const auto place = placeOfSeen.find(result_.known[known[i]].seen);
+    if (place != placeOfSeen.end()) pairs.push_back({i, place->second});
+  }
+  std::vector<std::pair<std::size_t, std::size_t>> run;
+  for (const Pair& pair : longestRun(pairs)) run.emplace_back(pair.known, pair.seen);
+  return run;
+}
+
+void FileAlignment::matchByKeys(KeyLevel level, Step step, std::vector<std::size_t>& partnerOfSeen) {
   struct Holders {
     std::size_t known = kNone;
     std::size_t seen = kNone;
@@ -97,7 +131,7 @@ bool FileAlignment::matchByKeys(KeyLevel level, Step step, std::vector<std::size
     if (++holders.knownCount == 1) order.push_back(key);
     holders.known = index;
   }
-  if (order.empty()) return false;
+  if (order.empty()) return;
   for (const std::size_t index : seen) {
     if (partnerOfSeen[index] != kNone) continue;
     const auto found = byKey.find(keyOf(allSeen_[index].print, level));
@@ -105,31 +139,21 @@ bool FileAlignment::matchByKeys(KeyLevel level, Step step, std::vector<std::size
     ++found->second.seenCount;
     found->second.seen = index;
   }
-  bool any = false;
   for (const Key& key : order) {
     const Holders& holders = byKey[key];
     if (holders.knownCount != 1 || holders.seenCount != 1) continue;
     decide(holders.known, holders.seen, step, partnerOfSeen);
-    any = true;
   }
-  return any;
 }
 
 bool FileAlignment::matchGaps(std::vector<std::size_t>& partnerOfSeen) {
-  std::unordered_map<std::size_t, std::size_t> placeOfSeen;
-  for (std::size_t i = 0; i < seen.size(); ++i) placeOfSeen.emplace(seen[i], i);
-  std::vector<Pair> pairs;
-  for (std::size_t i = 0; i < known.size(); ++i) {
-    const auto place = placeOfSeen.find(result_.known[known[i]].seen);
-    if (place != placeOfSeen.end()) pairs.push_back({i, place->second});
-  }
-  std::vector<Pair> cuts = longestRun(pairs);
-  cuts.push_back({known.size(), seen.size()});
+  std::vector<std::pair<std::size_t, std::size_t>> run = cuts();
+  run.emplace_back(known.size(), seen.size());
   bool any = false;
   Pair from;
-  for (const Pair& cut : cuts) {
-    any = matchGap(from.known, cut.known, from.seen, cut.seen, partnerOfSeen) || any;
-    from = {cut.known + 1, cut.seen + 1};
+  for (const auto& [knownCut, seenCut] : run) {
+    any = matchGap(from.known, knownCut, from.seen, seenCut, partnerOfSeen) || any;
+    from = {knownCut + 1, seenCut + 1};
   }
   return any;
 }

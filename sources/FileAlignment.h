@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "FindAgain.h"
@@ -23,7 +24,10 @@ class FileAlignment {
   bool match(std::vector<std::size_t>& partnerOfSeen);
 
  private:
-  bool matchByKeys(KeyLevel level, Step step, std::vector<std::size_t>& partnerOfSeen);
+  void matchByKeys(KeyLevel level, Step step, std::vector<std::size_t>& partnerOfSeen);
+  bool keepLongestRun(std::vector<std::size_t>& partnerOfSeen);
+  /// The longest run of pairs that do not cross, by their places in the two lists.
+  [[nodiscard]] std::vector<std::pair<std::size_t, std::size_t>> cuts() const;
   bool matchGaps(std::vector<std::size_t>& partnerOfSeen);
   bool matchGap(std::size_t knownFrom, std::size_t knownTo, std::size_t seenFrom, std::size_t seenTo,
                 std::vector<std::size_t>& partnerOfSeen);
@@ -32,6 +36,7 @@ class FileAlignment {
   const std::vector<KnownSite>& allKnown_;
   const std::vector<SeenSite>& allSeen_;
   FindResult& result_;
+  bool keysDone_ = false;
 };
 
 }  // namespace kelvar_sources

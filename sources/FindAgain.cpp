@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t kNone = FindResult::kNone;
 
 constexpr std::array<std::string_view, 8> kStepNames{"none",           "same-place", "full-key",   "key-without-before",
-                                                     "text-and-after", "alignment",  "other-file", "dead-site"};
+                                                     "text-and-after", "alignment",  "elsewhere", "dead-site"};
 
 class Finder {
  public:
@@ -32,7 +32,7 @@ class Finder {
     }
     matchFiles();
     // What is found in another file cuts that file's gaps anew.
-    while (matchAcross(true, Step::otherFile) || matchAcross(false, Step::deadSite)) matchFiles();
+    while (matchAcross(true, Step::elsewhere) || matchAcross(false, Step::deadSite)) matchFiles();
     return std::move(result_);
   }
 

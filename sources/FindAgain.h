@@ -18,7 +18,7 @@ enum class Step {
   keyWithoutBefore,  ///< text, function, lines behind
   textAndAfter,      ///< text, lines behind
   alignment,         ///< the best alignment in order between sites that are certain
-  otherFile,         ///< text, function, lines behind, in another file
+  elsewhere,         ///< text, function, lines behind, elsewhere
   deadSite,          ///< the same of a site that was gone
 };
 [[nodiscard]] std::string_view nameOf(Step step);

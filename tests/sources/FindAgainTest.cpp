@@ -88,7 +88,7 @@ TEST(FindAgain, SitesGoToOtherFilesAndComeBackFromTheDead) {
   Question moved;
   moved.was(0, f);
   moved.is(1, "\n" + f);
-  EXPECT_EQ(moved.text(moved.ask()), "3>4 other-file");
+  EXPECT_EQ(moved.text(moved.ask()), "3>4 elsewhere");
   EXPECT_EQ(moved.text(moved.ask({1, 1, 2})), "3>4 full-key");
   EXPECT_EQ(renamedFiles(moved.known, moved.seen, {false, true, true}, {0, 1, 2}), (std::vector<std::size_t>{1, 1, 2}));
   EXPECT_EQ(renamedFiles(moved.known, moved.seen, {true, true, true}, {0, 1, 2}), (std::vector<std::size_t>{0, 1, 2}));

@@ -381,7 +381,7 @@ class Planner {
 
   /// A file that has another name by now decides before all that its sites do.
   [[nodiscard]] std::string stepText(std::size_t site, std::size_t marker, Step step) const {
-    const bool within = step != Step::otherFile && step != Step::deadSite;
+    const bool within = step != Step::elsewhere && step != Step::deadSite;
     return within && markers_[marker].file != fileOf_[site] ? kRenamedFile : std::string(nameOf(step));
   }
 
@@ -493,7 +493,7 @@ class Planner {
       const FindResult::Answer& answer = result.known[k];
       const Site& site = database_.sites[sites[k]].site;
       if (answer.seen != FindResult::kNone) {
-        const bool renamed = seen[answer.seen].file != known[k].file && answer.step != Step::otherFile;
+        const bool renamed = seen[answer.seen].file != known[k].file && answer.step != Step::elsewhere;
         placeLine(sites[k], *places[answer.seen], seen[answer.seen].file,
                   renamed ? kRenamedFile : std::string(nameOf(answer.step)));
       } else if (answer.ambiguous) {
