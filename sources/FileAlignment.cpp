@@ -80,9 +80,25 @@ bool FileAlignment::match(std::vector<std::size_t>& partnerOfSeen) {
     for (const std::size_t index : known) result_.known[index].ambiguous = false;
     for (const std::size_t index : seen) result_.contested[index] = false;
     more = matchGaps(partnerOfSeen);
+    // A later scan could not tell such a site from one that is certain: the first of the best alignments decides.
+    if (!more && !takesFirst_ && anyInPlace(partnerOfSeen)) more = takesFirst_ = true;
     any = any || more;
   }
   return any;
+}
+
+/// Whether an ambiguous site is on the line of one that it may be.
+bool FileAlignment::anyInPlace(const std::vector<std::size_t>& partnerOfSeen) const {
+  std::size_t at = 0;
+  for (const std::size_t index : known) {
+    const KnownSite& site = allKnown_[index];
+    while (at < seen.size() && allSeen_[seen[at]].line < site.line) ++at;
+    if (!result_.known[index].ambiguous) continue;
+    for (std::size_t i = at; i < seen.size() && allSeen_[seen[i]].line == site.line; ++i) {
+      if (partnerOfSeen[seen[i]] == kNone && allSeen_[seen[i]].print == site.print) return true;
+    }
+  }
+  return false;
 }
 
 /// Pairs that cross the longest run are taken back: what is in order around them decides first, and what then has no
@@ -176,7 +192,12 @@ bool FileAlignment::matchGap(std::size_t knownFrom, std::size_t knownTo, std::si
     candidatePrints.push_back(allSeen_[seen[j]].print);
   }
   if (candidates.empty()) return false;
-  const GapAlignment alignment = aligned(openPrints, candidatePrints);
+  GapAlignment alignment = aligned(openPrints, candidatePrints);
+  if (takesFirst_) {
+    alignment.partner = alignment.first;
+    alignment.ambiguous.assign(alignment.ambiguous.size(), false);
+    alignment.contested.assign(alignment.contested.size(), false);
+  }
   bool any = false;
   for (std::size_t i = 0; i < open.size(); ++i) {
     result_.known[open[i]].ambiguous = alignment.ambiguous[i];

@@ -28,6 +28,7 @@ class FileAlignment {
   bool keepLongestRun(std::vector<std::size_t>& partnerOfSeen);
   /// The longest run of pairs that do not cross, by their places in the two lists.
   [[nodiscard]] std::vector<std::pair<std::size_t, std::size_t>> cuts() const;
+  [[nodiscard]] bool anyInPlace(const std::vector<std::size_t>& partnerOfSeen) const;
   bool matchGaps(std::vector<std::size_t>& partnerOfSeen);
   bool matchGap(std::size_t knownFrom, std::size_t knownTo, std::size_t seenFrom, std::size_t seenTo,
                 std::vector<std::size_t>& partnerOfSeen);
@@ -37,6 +38,7 @@ class FileAlignment {
   const std::vector<SeenSite>& allSeen_;
   FindResult& result_;
   bool keysDone_ = false;
+  bool takesFirst_ = false;
 };
 
 }  // namespace kelvar_sources

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kNone = FindResult::kNone;
 
-constexpr std::array<std::string_view, 8> kStepNames{"none",           "same-place", "full-key",   "key-without-before",
+constexpr std::array<std::string_view, 8> kStepNames{"none",           "same-place", "full-key",  "key-without-before",
                                                      "text-and-after", "alignment",  "elsewhere", "dead-site"};
 
 class Finder {

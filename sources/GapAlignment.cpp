@@ -48,7 +48,19 @@ GapAlignment alignedWhole(std::span<const Fingerprint> known, std::span<const Fi
     }
   }
   const int best = before.at(n, m);
-  GapAlignment alignment{std::vector(n, GapAlignment::kNone), std::vector(n, false), std::vector(m, false)};
+  GapAlignment alignment{.partner = std::vector(n, GapAlignment::kNone),
+                         .first = std::vector(n, GapAlignment::kNone),
+                         .ambiguous = std::vector(n, false),
+                         .contested = std::vector(m, false)};
+  for (std::size_t i = 0, j = 0; i < n && j < m;) {
+    if (gains.at(i, j) > 0 && gains.at(i, j) + behind.at(i + 1, j + 1) == behind.at(i, j)) {
+      alignment.first[i++] = j++;
+    } else if (behind.at(i, j + 1) == behind.at(i, j)) {
+      ++j;
+    } else {
+      ++i;
+    }
+  }
   for (std::size_t i = 0; i < n; ++i) {
     std::size_t options = 0;
     for (std::size_t j = 0; j < m; ++j) {
@@ -75,6 +87,7 @@ GapAlignment alignedWhole(std::span<const Fingerprint> known, std::span<const Fi
 void put(const GapAlignment& part, std::size_t known, std::size_t found, GapAlignment& whole) {
   for (std::size_t i = 0; i < part.partner.size(); ++i) {
     if (part.partner[i] != GapAlignment::kNone) whole.partner[known + i] = found + part.partner[i];
+    if (part.first[i] != GapAlignment::kNone) whole.first[known + i] = found + part.first[i];
     whole.ambiguous[known + i] = part.ambiguous[i];
   }
   for (std::size_t j = 0; j < part.contested.size(); ++j) whole.contested[found + j] = part.contested[j];
@@ -84,18 +97,20 @@ void put(const GapAlignment& part, std::size_t known, std::size_t found, GapAlig
 
 GapAlignment aligned(std::span<const Fingerprint> known, std::span<const Fingerprint> found) {
   if (known.empty() || found.empty() || known.size() <= kMostCells / found.size()) return alignedWhole(known, found);
-  GapAlignment whole{std::vector(known.size(), GapAlignment::kNone), std::vector(known.size(), false),
-                     std::vector(found.size(), false)};
+  GapAlignment whole{.partner = std::vector(known.size(), GapAlignment::kNone),
+                     .first = std::vector(known.size(), GapAlignment::kNone),
+                     .ambiguous = std::vector(known.size(), false),
+                     .contested = std::vector(found.size(), false)};
   // What the two begin and end with alike is taken as it is; the rest is cut into parts at the same shares of both.
   std::size_t first = 0;
   const std::size_t least = std::min(known.size(), found.size());
   while (first < least && known[first] == found[first]) {
-    whole.partner[first] = first;
+    whole.partner[first] = whole.first[first] = first;
     ++first;
   }
   std::size_t last = 0;
   while (last < least - first && known[known.size() - 1 - last] == found[found.size() - 1 - last]) {
-    whole.partner[known.size() - 1 - last] = found.size() - 1 - last;
+    whole.partner[known.size() - 1 - last] = whole.first[known.size() - 1 - last] = found.size() - 1 - last;
     ++last;
   }
   const std::size_t n = known.size() - first - last;

@@ -13,6 +13,7 @@ struct GapAlignment {
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
   std::vector<std::size_t> partner;  ///< of each known site, where all best alignments agree on one; else kNone
+  std::vector<std::size_t> first;    ///< of each known site, its partner in the first of the best alignments
   std::vector<bool> ambiguous;       ///< of each known site: the best alignments differ
   std::vector<bool> contested;       ///< of each found site: it is a partner in some of the best alignments only
 };

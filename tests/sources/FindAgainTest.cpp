@@ -66,14 +66,19 @@ TEST(FindAgain, EachStepDecidesWhatTheOnesBeforeLeft) {
       {function("f", site), "\n" + function("renamed", site), "3>4 text-and-after"},
       {function("f", site), function("f", "a = 1;\n" + kBarrier + "b = 2;\nd = 3;\n"), "3>3 alignment"},
       {function("f", site), function("g", "x();\n" + kBarrier + "y();\n"), "3>-"},
+      // Elsewhere nothing tells which is new: both stay, and are named.
+      {"\n\n\n\n\n\n\n\n\n" + function("f", kBarrier + kBarrier + kBarrier + kBarrier + kBarrier + kBarrier + kBarrier),
+       function("f", kBarrier + kBarrier + kBarrier + kBarrier + kBarrier + kBarrier + kBarrier + kBarrier),
+       "11>2 full-key, 12>3 full-key, 13>4 full-key, 14>?, 15>7 full-key, 16>8 full-key, 17>9 full-key"},
       // A twin that comes before is another site.
       {function("f", site) + function("g", site), function("h", kBarrier) + function("f", site) + function("g", site),
        "3>6 key-without-before, 9>12 full-key"},
-      // Two alike that become three: no order tells which is new.
+      // Two alike that become three on lines of theirs: the first two are they.
       {function("f", kBarrier + kBarrier + kBarrier + kBarrier + kBarrier + kBarrier + kBarrier + kBarrier),
        "\n" + function("f", kBarrier + kBarrier + kBarrier + kBarrier + kBarrier + kBarrier + kBarrier + kBarrier +
                                 kBarrier),
-       "2>3 full-key, 3>4 full-key, 4>5 full-key, 5>?, 6>?, 7>9 full-key, 8>10 full-key, 9>11 full-key"},
+       "2>3 full-key, 3>4 full-key, 4>5 full-key, 5>6 alignment, 6>7 alignment, 7>9 full-key, 8>10 full-key, 9>11 "
+       "full-key"},
   };
   for (const auto& [was, is, want] : rows) {
     Question question;
