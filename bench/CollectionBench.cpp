@@ -27,7 +27,7 @@ std::size_t detailCount(std::size_t sites, SummaryDataKind kind) {
 
 namespace ondemand = simdjson::ondemand;
 
-/// Visits every value without making anything of it. Answers the bytes of the scalars; throws what the parser throws.
+/// Visits every value without storing it. Returns the total size of the scalars; throws the parser's errors.
 std::size_t walk(ondemand::value value) {
   std::size_t seen = 0;
   switch (value.type()) {

@@ -20,7 +20,7 @@ namespace {
 using kelvar_2_1_7::SummaryItemImpl;
 using kelvar_2_1_7::SummaryItems;
 
-/// The list that a load leaves to its first reader.
+/// The list as a load leaves it.
 class LoadedList {
  public:
   explicit LoadedList(std::size_t sites) : items_(program(sites).joined()) {
@@ -39,8 +39,8 @@ class LoadedList {
   std::vector<SummaryItemImpl*> inOrder_;
 };
 
-/// As many items as there are sites, all of them with a detail of every kind, so that hardly a number is there twice.
-/// Its order is as good as none.
+/// As many items as there are sites, each with a detail of every kind, so that few keys are equal. They are in random
+/// order.
 class FullList {
  public:
   explicit FullList(std::size_t sites) : project_(sites, kSeed) {
@@ -50,7 +50,8 @@ class FullList {
         if (details_.size() < sites) details_.emplace_back(project_, detail, kEveryKind);
       }
     }
-    for (MemoryDetail& detail : details_) items_.append(new SummaryItemImpl(nullptr, &detail, nullptr, items_.size() + 1));
+    for (MemoryDetail& detail : details_)
+      items_.append(new SummaryItemImpl(nullptr, &detail, nullptr, items_.size() + 1));
   }
 
   SummaryItems& unsorted() {
@@ -66,7 +67,7 @@ class FullList {
   SummaryItems items_;
 };
 
-/// Registers what `sort` does with what `prepare(unsorted)` makes of a list.
+/// Registers `sort`, applied to `prepare(unsorted)`.
 template <class List, class Prepare, class Sort>
 void registerSort(const std::string& name, std::size_t sites, Prepare prepare, Sort sort) {
   measure(
@@ -113,7 +114,7 @@ void registerOrdering(const std::string& name, std::size_t sites, const Ordering
       });
 }
 
-/// Of a list that a load leaves and that was first looked at in another order.
+/// Of a list that was loaded and first sorted by another ordering.
 void registerSecondSort(const std::string& name, kelvar::SummaryMapping first, std::size_t sites,
                         const Ordering& ordering) {
   if (ordering.mapping == first) return;
@@ -152,7 +153,8 @@ void registerFirstSort(std::size_t sites) {
   registerList<LoadedList>("first", sites);
   registerList<FullList>("full-list", sites);
   for (const Ordering& ordering : kOrderings) {
-    registerSecondSort("second", kelvar::kSortLocator, sites, ordering);  // as viewers do that ask for nothing at first
+    registerSecondSort("second", kelvar::kSortLocator, sites,
+                       ordering);  // as in viewers that start with the default ordering
     registerSecondSort("second-after-label", kelvar::kSortLabel, sites, ordering);
   }
 }

@@ -24,7 +24,7 @@ void registerFold(std::size_t sites) {
       "fold-keys", sites, items,
       [=] {
         std::vector<PlacedItem> keys;
-        const SummaryItems list = unfolded();  // goes: the keys' texts stay
+        const SummaryItems list = unfolded();  // temporary: the texts of the keys stay
         for (const auto& item : list) keys.emplace_back(*item);
         return keys;
       },

@@ -16,7 +16,7 @@ struct Lists {
   SummaryItems incoming;
 };
 
-/// A result that has an item for each site and for nothing else.
+/// A result with exactly one item for each site.
 Lists listsToJoin(std::size_t sites) {
   Lists lists{program(sites).annotated(), program(sites).collected(digestio::kSuitability)};
   lists.incoming.exactMerge(digestio::kSuitability);

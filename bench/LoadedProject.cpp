@@ -1,11 +1,7 @@
 #include "LoadedProject.h"
 
-#include <unistd.h>
-
 #include <boost/make_shared.hpp>
-#include <filesystem>
 #include <string>
-#include <system_error>
 
 #include "Annotations.h"
 #include "GeneratedProject.h"
@@ -13,31 +9,16 @@
 #include "Program.h"
 #include "ProjectOnDisk.h"
 #include "kelvar/SummaryDataLoader.h"
+#include "support/Scratch.h"
 
 namespace kelvar_bench {
 
 namespace {
 
-/// A directory of our own that goes with this object.
-class Directory {
- public:
-  Directory() : path_(std::filesystem::temp_directory_path() / ("kelvar_bench." + std::to_string(getpid()))) {}
-  ~Directory() {
-    std::error_code ignored;  // nobody is left to be told
-    std::filesystem::remove_all(path_, ignored);
-  }
-  Directory(const Directory&) = delete;  // it goes once
-  Directory& operator=(const Directory&) = delete;
-  [[nodiscard]] std::string path() const { return path_.string(); }
-
- private:
-  std::filesystem::path path_;
-};
-
 struct WrittenProject {
   explicit WrittenProject(std::size_t sites) {
-    static const Directory directory;
-    path = directory.path() + '/' + std::to_string(sites);
+    static const support::Scratch directory;
+    path = directory.path(std::to_string(sites));
     writeProject(GeneratedProject(sites, kSeed), path);
   }
   std::string path;

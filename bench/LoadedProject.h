@@ -9,13 +9,13 @@
 
 namespace kelvar_bench {
 
-/// Where a generated project of that size stands on disk until the program ends.
+/// The path of a generated project of that size; it exists until the program ends.
 [[nodiscard]] const std::string& projectOnDisk(std::size_t sites);
 
-/// A result of it.
+/// A result in it.
 [[nodiscard]] std::string collectionFile(std::size_t sites, digestio::SummaryDataKind kind);
 
-/// Reads the annotations of a project, makes them the process's, and loads all five results, as the command does.
+/// Opens the annotations of a project, installs them for the scanner, and loads all five results, as the command does.
 [[nodiscard]] boost::shared_ptr<kelvar::SummaryData> load(const std::string& project);
 
 /// The project of that size with its five results, loaded once. Settings are as the last user left them.

@@ -13,7 +13,7 @@
 
 namespace kelvar_bench {
 
-/// Processor time of this thread, in seconds: other work on the machine does not count.
+/// Processor time of this thread, in seconds: not affected by other work on the machine.
 inline double processorTime() {
   timespec now{};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
@@ -27,16 +27,15 @@ struct Stage {
   std::function<void(benchmark::State&)> run;
 };
 
-/// All that there are, in the order in which they were added.
+/// All stages, in the order in which they were added.
 inline std::vector<Stage>& stages() {
   static std::vector<Stage> stages;
   return stages;
 }
 
-/// Adds a stage. Each round calls `prepare()` and then, measured, `work(prepared)`; what both return goes
-/// after the clock has stopped. `items()` is what the figures per item are divided by. One round before the
-/// first repetition is not measured: it finds none of its memory ready, and large stages have few others to make up for
-/// it.
+/// Adds a stage. Each round calls `prepare()` and then, measured, `work(prepared)`; their results are destroyed after
+/// the clock has stopped. Values per item are divided by `items()`. One round before the first repetition is not
+/// measured: it has to get its memory from the kernel, and large stages have too few rounds to average that out.
 template <class Items, class Prepare, class Work>
 void measure(const std::string& name, std::size_t sites, Items items, Prepare prepare, Work work) {
   const auto run = [=](benchmark::State& state) {
@@ -60,7 +59,7 @@ void measure(const std::string& name, std::size_t sites, Items items, Prepare pr
   stages().push_back({name, sites, run});
 }
 
-/// For what needs no preparation.
+/// For stages without preparation.
 inline int nothing() {
   return 0;
 }

@@ -9,7 +9,7 @@
 
 namespace kelvar_bench {
 
-/// A detail in memory, with the records of the kinds that it is given.
+/// A detail in memory, with views of the given kinds.
 class MemoryDetail final : public digestio::SummaryDetail {
  public:
   using Kinds = kelvar_2_1_7::PerKind<bool>;
@@ -66,7 +66,7 @@ class MemoryDetail final : public digestio::SummaryDetail {
   sitenotes::locator_t locator_;
   std::string label_;
   Kinds kinds_;
-  mutable Figures figures_;  // the interface hands it out from a const detail
+  mutable Figures figures_;  // the interface returns it from a const detail
 };
 
 }  // namespace kelvar_bench

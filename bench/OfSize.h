@@ -6,7 +6,7 @@
 
 namespace kelvar_bench {
 
-/// The T of that many sites, which stays: sizes are measured in turn.
+/// The T of that many sites. Kept until the end, since sizes are measured in turn.
 template <class T>
 [[nodiscard]] T& ofSize(std::size_t sites) {
   static std::map<std::size_t, std::unique_ptr<T>> kept;

@@ -8,7 +8,7 @@ namespace {
 
 using kelvar::SummaryItem;
 
-/// For details that are missing: last, whichever way the number is read.
+/// The key of a missing detail: last in either direction.
 constexpr double kMissing = 2147483647;
 
 template <auto detail, auto value, int sign>
@@ -65,7 +65,7 @@ const std::array<Ordering, kelvar::kSummaryMappingCount> kOrderings{{
 }};
 
 PlacedItem::PlacedItem(const SummaryItem& of) : line(0), column(0), item(&of) {
-  // Texts of paths live as long as the process.
+  // Texts of paths are never freed.
   const sitenotes::locator_t place = of.locator();
   leaf = place.get_file().get_leaf();
   line = place.get_line();

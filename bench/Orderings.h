@@ -8,8 +8,8 @@
 
 namespace kelvar_bench {
 
-/// An ordering as the command names it. `key` reads what a numeric ordering sorts by first, so that lesser stands
-/// first; null for orderings by text.
+/// An ordering by its name in the command. `key` is the first sort key of a numeric ordering, ascending; null for
+/// orderings by text.
 struct Ordering {
   kelvar::SummaryMapping mapping;
   const char* name;
@@ -17,13 +17,13 @@ struct Ordering {
 };
 extern const std::array<Ordering, kelvar::kSummaryMappingCount> kOrderings;
 
-/// A yardstick of the numeric orderings: sorted with std::stable_sort by its number alone.
+/// A yardstick of the numeric orderings: std::stable_sort by the first key only.
 struct NumberedItem {
   double number;
   const kelvar::SummaryItem* item;
 };
 
-/// A yardstick of the orderings by place: sorted with std::stable_sort, all that is compared at hand.
+/// A yardstick of the orderings by place: std::stable_sort of records that hold all that is compared.
 struct PlacedItem {
   std::string_view leaf;
   int line;

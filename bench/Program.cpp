@@ -1,8 +1,9 @@
 #include "Program.h"
 
+#include <boost/make_shared.hpp>
 #include <utility>
 
-#include "MemoryDatabase.h"
+#include "AnnotationHistory.h"
 #include "OfSize.h"
 #include "items/LiveAnnotations.h"
 #include "items/joining/Join.h"
@@ -13,10 +14,38 @@ using digestio::SummaryDataKind;
 using kelvar_2_1_7::SummaryItemImpl;
 using kelvar_2_1_7::SummaryItems;
 
-Program::Program(std::size_t sites)
-    : project_(sites, kSeed),
-      annotations_(memoryDatabase(project_, project_.edits().size())),
-      state_(memoryDatabase(project_, project_.recordedRevision())) {
+namespace {
+
+/// The edits as the platform keeps them after it has read a database.
+boost::shared_ptr<const kelvar_platform::AnnotationHistory> historyOf(const GeneratedProject& project) {
+  const auto history = boost::make_shared<kelvar_platform::AnnotationHistory>();
+  std::int64_t revision = 0;
+  for (const Edit& edit : project.edits()) {
+    const std::string label = GeneratedProject::label(edit.label);
+    history->append({.revision = ++revision,
+                     .sequence = static_cast<std::int64_t>(edit.sequence),
+                     .alive = edit.alive,
+                     .disabled = edit.disabled,
+                     .kind = edit.kind,
+                     .label = label,
+                     .file = project.file(edit.place.file),
+                     .line = edit.place.line,
+                     .column = edit.place.column});
+  }
+  return history;
+}
+
+boost::shared_ptr<sitenotes::database_t> asOf(boost::shared_ptr<const kelvar_platform::AnnotationHistory> history,
+                                              std::size_t revision) {
+  return boost::make_shared<kelvar_platform::AnnotationState>(std::move(history), static_cast<std::int64_t>(revision));
+}
+
+}  // namespace
+
+Program::Program(std::size_t sites) : project_(sites, kSeed) {
+  const auto history = historyOf(project_);
+  annotations_ = asOf(history, project_.edits().size());
+  state_ = asOf(history, project_.recordedRevision());
   for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
     MemoryDetail::Kinds kinds{};
     kinds[kind] = true;
@@ -28,8 +57,8 @@ Program::Program(std::size_t sites)
 SummaryItems Program::annotated() const {
   SummaryItems items;
   kelvar_2_1_7::forEachLiveAnnotation(annotations_, [&](auto annotation, unsigned long handle) {
-    items.append(new SummaryItemImpl(nullptr, std::move(annotation), handle, kelvar_2_1_7::kCurrent, false, false, false,
-                                     false));
+    items.append(new SummaryItemImpl(nullptr, std::move(annotation), handle, kelvar_2_1_7::kCurrent, false, false,
+                                     false, false));
   });
   return items;
 }

@@ -15,7 +15,7 @@ namespace kelvar_bench {
 
 inline constexpr std::uint64_t kSeed = 1;
 
-/// A generated project in memory, as the stages inside the library meet it. Lists that it makes point into it.
+/// A generated project in memory, as the stages inside the library see it. The lists that it returns point into it.
 class Program {
  public:
   explicit Program(std::size_t sites);
@@ -35,7 +35,7 @@ class Program {
   kelvar_2_1_7::PerKind<std::vector<MemoryDetail>> details_;
 };
 
-/// The program of that size, which stays, as those of other sizes do.
+/// The program of that size. Kept until the end.
 [[nodiscard]] Program& program(std::size_t sites);
 
 }  // namespace kelvar_bench

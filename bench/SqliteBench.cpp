@@ -21,7 +21,7 @@ struct Close {
 using Database = std::unique_ptr<sqlite3, Close>;
 using Statement = std::unique_ptr<sqlite3_stmt, Close>;
 
-/// Without its rows a yardstick measures nothing.
+/// Fails if the yardstick has no rows: it would measure nothing.
 void require(bool done) {
   if (!done) std::abort();
 }

@@ -18,7 +18,7 @@ namespace {
 using kelvar_2_1_7::SummaryItemImpl;
 using kelvar_2_1_7::SummaryItems;
 
-/// The program's list with every result joined, made once for a size.
+/// The program's list with all results joined, made once for each size.
 const SummaryItems& joinedList(std::size_t sites) {
   static SummaryItems kept;
   static std::size_t keptSites = 0;
@@ -30,7 +30,7 @@ const SummaryItems& joinedList(std::size_t sites) {
   return kept;
 }
 
-/// All that a row of the table prints, read beforehand.
+/// All values that a row of the table prints, read beforehand.
 struct Row {
   std::string kind;
   std::string label;

@@ -4,7 +4,7 @@
 
 namespace kelvar_bench {
 
-/// What this thread has taken by operator new. What C libraries take with malloc is not in it.
+/// The memory that this thread has allocated by operator new. Allocations by malloc in C libraries are not included.
 struct Taken {
   std::uint64_t calls = 0;
   std::uint64_t bytes = 0;

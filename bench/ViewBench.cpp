@@ -20,7 +20,7 @@ void hideSurvey(SummaryData& data, bool hide) {
   data.setSummaryKindEnable(digestio::kSurvey, !hide);
 }
 
-/// Shows everything in that order, and brings the view up to date.
+/// Shows everything in that order, and rebuilds the view.
 SummaryData* shown(std::size_t sites, SummaryMapping mapping) {
   SummaryData& data = loaded(sites);
   hideHotSpots(data, false);
@@ -30,12 +30,12 @@ SummaryData* shown(std::size_t sites, SummaryMapping mapping) {
   return &data;
 }
 
-/// An order that leaves little of `mapping` standing, for a rebuild that has everything to do.
+/// An ordering unrelated to `mapping`, so that the next rebuild has to sort everything.
 SummaryMapping unlike(SummaryMapping mapping) {
   return mapping == kelvar::kSortLabel ? kelvar::kSortLocator : kelvar::kSortLabel;
 }
 
-/// What the user changes, measured with the read that follows.
+/// Changes of settings, each measured with the following read.
 struct Change {
   const char* name;
   bool fromAnotherOrder;
@@ -67,7 +67,7 @@ void registerChange(std::size_t sites, const Ordering& ordering, const Change& c
       });
 }
 
-/// The same items in the order from which the plain rebuild starts, with the number alone.
+/// The same items in the order from which the plain rebuild starts, with the first key only.
 void registerPairs(std::size_t sites, const Ordering& ordering) {
   const auto pairs = [=] {
     SummaryData* data = shown(sites, unlike(ordering.mapping));

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::string_view kSites = "--sites=";
 
-/// Takes `--sites=N` out of the arguments, as often as it stands there.
+/// Removes `--sites=N` from the arguments, which may be repeated.
 std::vector<std::size_t> takeSizes(int& argc, char** argv) {
   std::vector<std::size_t> sizes;
   int kept = 1;
@@ -34,7 +34,7 @@ std::vector<std::size_t> takeSizes(int& argc, char** argv) {
   return sizes;
 }
 
-/// Registers `NAME/SITES`, the sizes of a stage one after the other: the machine is the same to all of them.
+/// Registers `NAME/SITES`, all sizes of a stage one after the other, so that they run under the same conditions.
 void registerStages() {
   std::map<std::string, std::vector<const kelvar_bench::Stage*>> sizes;
   for (const kelvar_bench::Stage& stage : kelvar_bench::stages()) sizes[stage.name].push_back(&stage);
@@ -53,8 +53,8 @@ void registerStages() {
 
 int main(int argc, char** argv) {
   using namespace kelvar_bench;
-  // As the command does: else lists that are twice as long would cost three times as much, and the difference would be
-  // the kernel's.
+  // As the command does: otherwise page faults of the kernel would make lists of twice the size cost three times as
+  // much.
   kelvar_platform::expectLargeLists();
   for (const std::size_t sites : takeSizes(argc, argv)) {
     for (const auto add : {registerPopulation, registerCollection, registerFold, registerJoin, registerFirstSort,

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Prints how the stages of a benchmark run stand to their yardsticks, and how their cost grows.
+"""Prints the ratios of the stages of a benchmark run to their yardsticks, and how their cost grows.
 
 Usage: kelvar_bench --benchmark_format=json [--benchmark_repetitions=5] [--sites=N]... > run.json
        ratios.py run.json [run.json ...]
@@ -13,7 +13,7 @@ import statistics
 import sys
 from collections import defaultdict
 
-# A stage's name, and the yardstick that it is held against; `\\1` is what the first group matched.
+# The name of a stage and of its yardstick; `\\1` is the match of the first group.
 YARDSTICKS = [
     (r"collection/(.*)", r"parse/\1"),
     (r"collection/(.*)", r"walk/\1"),

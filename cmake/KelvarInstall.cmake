@@ -30,7 +30,7 @@ function(kelvar_vocabulary_headers out)
   set(${out} ${headers} PARENT_SCOPE)
 endfunction()
 
-# Libraries look for one another beside themselves, the command looks for them in the tree that it stands in.
+# Libraries find one another in their own folder, and the command finds them in its own tree.
 function(kelvar_relative_rpath)
   file(RELATIVE_PATH to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
   foreach(target IN ITEMS kelvar_summary kelvar_platform)
@@ -76,7 +76,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/kelvar_summaryConfigVersi
 install(FILES ${PROJECT_BINARY_DIR}/kelvar_summaryConfig.cmake ${PROJECT_BINARY_DIR}/kelvar_summaryConfigVersion.cmake
   DESTINATION ${KELVAR_PACKAGE_DIR} COMPONENT development)
 
-# The pkg-config file finds the prefix from where it lies itself.
+# The pkg-config file takes the prefix from its own location.
 set(KELVAR_PC_DIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH KELVAR_PC_TO_PREFIX ${CMAKE_INSTALL_PREFIX}/${KELVAR_PC_DIR} ${CMAKE_INSTALL_PREFIX})
 set(KELVAR_PC_LIBS "-L\${libdir} -lkelvar_summary")
@@ -86,7 +86,11 @@ if(TARGET kelvar_platform)
   string(APPEND KELVAR_PC_LIBS " -lkelvar_platform")
   string(APPEND KELVAR_PC_CFLAGS " -I\${prefix}/${KELVAR_PLATFORM_DIR}")
 endif()
-# An archive does not bring what it needs: whoever links it names that too, with or without --static.
+# A caller finds the shared objects where they are installed, unless the loader looks there by itself.
+if(BUILD_SHARED_LIBS AND NOT CMAKE_INSTALL_FULL_LIBDIR IN_LIST CMAKE_CXX_IMPLICIT_LINK_DIRECTORIES)
+  string(APPEND KELVAR_PC_LIBS " -Wl,-rpath,\${libdir}")
+endif()
+# An archive does not link its dependencies, so they are listed with or without --static.
 if(NOT BUILD_SHARED_LIBS)
   string(APPEND KELVAR_PC_LIBS " -lboost_filesystem")
   if(TARGET kelvar_platform)

@@ -40,10 +40,10 @@ if(KELVAR_BUILD_FUZZ)
   target_compile_options(kelvar_build_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# A library calls what it holds itself: nobody puts another function of its own in its place.
+# A library calls its own functions directly; they cannot be interposed.
 target_link_options(kelvar_build_options INTERFACE LINKER:-Bsymbolic-functions)
 
-# The library reads files that others wrote. What a fault in it could do is bounded; sanitizers have their own bounds.
+# The library reads untrusted files, so its binaries are hardened; sanitizers have their own checks.
 include(CheckPIESupported)
 check_pie_supported()
 target_compile_options(kelvar_build_options INTERFACE -fstack-protector-strong

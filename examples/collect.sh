@@ -1,8 +1,8 @@
 #!/bin/sh
 # Builds the sample, runs the five analyses on it with the tools of this machine, imports what they wrote, and prints
 # the report: collect.sh KELVAR PROJECT [OUTPUTS_DIR]
-# Wants clang++ and valgrind; perf where it may count, else callgrind; ThreadSanitizer where it links, else helgrind.
-# OUTPUTS_DIR keeps what the tools wrote, small enough to be kept with the sample: captured/ is one.
+# Needs clang++ and valgrind. Uses perf if it is permitted, else callgrind; ThreadSanitizer if it links, else helgrind.
+# OUTPUTS_DIR gets the output of the tools, small enough to be stored with the sample, as in captured/.
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
 kelvar=$(command -v "$1")
@@ -15,7 +15,7 @@ for tool in clang++ valgrind objcopy; do
   command -v "$tool" >/dev/null || { echo "collect.sh: $tool is missing" >&2 && exit 1; }
 done
 work=$(mktemp -d)
-# Tools speak into logs; the last words of one that failed are shown.
+# The output of tools goes to logs; the end of the log of a tool that failed is shown.
 leave() {
   [ "$1" -eq 0 ] || tail -n 5 "$work"/*.log >&2 2>/dev/null || true
   rm -rf "$work"
@@ -27,7 +27,7 @@ outputs=$(cd "$outputs" && pwd)
 project=$(cd "$project" && pwd)
 (cd "$outputs" && rm -f perf.txt.gz callgrind.out.gz tsan.txt.gz helgrind.xml.gz) # the others come anew
 
-# Nothing of where this stands gets into what is kept.
+# The path of this folder must not appear in the captured output.
 cp -R "$here/sample" "$work/sample"
 cd "$work"
 build="clang++ -std=c++17 -g -gdwarf-4 -pthread -fdebug-prefix-map=$work=. sample/pixels.cpp"
@@ -49,7 +49,7 @@ fi
 
 echo "dependencies: ThreadSanitizer, else helgrind" >&2
 if $build -O1 -fsanitize=thread -o pixels-tsan 2>>build.log; then
-  # With its greeting, so that a run that finds nothing can be told from no run; its exit status is the findings'.
+  # Verbose, so that a run without findings differs from no run. The exit status depends on the findings.
   TSAN_OPTIONS="verbosity=1 log_path=tsan" ./pixels-tsan 128 2 >run.log 2>&1 || true
   cat tsan.* | sed "s|$work/||; s|[(]BuildId: [0-9a-f]*[)]||" | gzip -9nc >"$outputs/tsan.txt.gz"
 else
@@ -60,8 +60,8 @@ fi
 echo "map: lackey" >&2
 valgrind --tool=lackey --trace-mem=yes --log-file=lackey.txt ./pixels 48 1 >run.log 2>&1
 objcopy --only-keep-debug --compress-debug-sections=zlib pixels "$outputs/pixels.debug"
-# Of the trace, what the program's own instructions do is kept, which lie where it was linked to; the loader's and
-# the libraries' have no place in the sample, and are all but a hundredth of it.
+# Only the accesses of the program's own instructions are stored, by their addresses: those of the loader and of
+# libraries have no source in the sample, and are 99 % of the trace.
 awk '/^I/ { own = $2 ~ /^0*4[0-9a-f][0-9a-f][0-9a-f][0-9a-f][0-9a-f],/ } /^I/ || /^ / { if (own) print }' lackey.txt |
   gzip -9nc >"$outputs/lackey.txt.gz"
 

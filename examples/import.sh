@@ -1,5 +1,5 @@
 #!/bin/sh
-# Imports what the tools wrote into a project that has its annotations: import.sh KELVAR OUTPUTS_DIR PROJECT
+# Imports the output of the tools into a project that has its annotations: import.sh KELVAR OUTPUTS_DIR PROJECT
 # The survey comes first: the loops take their times from it, and the model its shares.
 set -eu
 kelvar=$1

@@ -1,7 +1,7 @@
 #!/bin/bash
-# Runs the commands that README.md shows, and writes what they print behind them: readme.sh KELVAR [--check]
-# A line of a console block that begins with "$ " is a command, all others there are output. With --check, README.md
-# stays as it is, and what differs is shown.
+# Runs the commands that README.md shows, and writes their output after them: readme.sh KELVAR [--check]
+# A line of a console block that begins with "$ " is a command, which goes on after a backslash at its end; the other
+# lines are output. With --check, README.md stays as it is, and the differences are shown.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 kelvar=$(realpath "$(command -v "$1")")
@@ -9,15 +9,15 @@ readme=$here/../README.md
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 
-# A folder like that of someone who cloned this and gave `./dev run`.
+# A folder like a clone of this after `./dev run`.
 mkdir -p "$folder/clone/build/release/tools/kelvar"
 ln -s "$kelvar" "$folder/clone/build/release/tools/kelvar/kelvar"
 ln -s "$here" "$folder/clone/examples"
 "$here/run.sh" "$kelvar" "$folder/clone/build/sample" >/dev/null
 
-# A reader has the command within reach, and sees errors and output alike. `| head` is no failure.
+# A reader has the command in PATH, and sees errors as well as output. `| head` is not a failure.
 replay() {
-  local line inside=
+  local line command inside=
   set +o pipefail
   cd "$folder/clone"
   PATH=$PWD/build/release/tools/kelvar:$PATH
@@ -28,8 +28,13 @@ replay() {
     esac
     case $inside$line in
       '1$ '*)
+        command=${line#\$ }
         printf '%s\n' "$line"
-        eval "${line#\$ }" 2>&1 </dev/null
+        while [[ $line = *\\ ]] && IFS= read -r line; do
+          command=${command%\\}$line
+          printf '%s\n' "$line"
+        done
+        eval "$command" 2>&1 </dev/null
         ;;
       1 | 1[!\`]*) ;;
       *) printf '%s\n' "$line" ;;
@@ -39,7 +44,7 @@ replay() {
 replay <"$readme" | sed 's/ *$//' >"$folder/README.md"
 
 if [ "${2-}" = --check ]; then
-  grep -q '^\$ kelvar annotate' "$readme" || { echo "README.md walks nowhere" >&2 && exit 1; }
+  grep -q '^\$ kelvar annotate' "$readme" || { echo "README.md has no commands" >&2 && exit 1; }
   diff "$readme" "$folder/README.md" || { echo "README.md shows other output: examples/readme.sh KELVAR" >&2 && exit 1; }
 else
   cp "$folder/README.md" "$readme"

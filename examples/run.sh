@@ -1,5 +1,5 @@
 #!/bin/sh
-# Makes the sample's project from its annotations and from what the tools wrote once, and prints its report:
+# Makes the sample's project from its annotations and the captured output of the tools, and prints its report:
 # run.sh KELVAR [OUT_DIR]
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
@@ -16,7 +16,7 @@ else
   trap 'rm -rf "$project"' EXIT
 fi
 
-# The files came here long after the tools ran; what is dated by them says when they did.
+# The files are newer than the runs of the tools: this is the time of those.
 SOURCE_DATE_EPOCH=$(cat "$here/captured/epoch")
 export SOURCE_DATE_EPOCH
 rm -f "$project/annotations.db"

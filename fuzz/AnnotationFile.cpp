@@ -1,4 +1,4 @@
-/// Any bytes as annotations.db: a database whose every site and state can be read, or a sentence.
+/// Any bytes as annotations.db: either all sites and states can be read, or the file is refused.
 #include <cstdlib>
 
 #include "Annotations.h"

@@ -1,4 +1,4 @@
-/// Any bytes as collection.json: a collection that can be read to its end, or a refusal with its place.
+/// Any bytes as collection.json: either the whole collection can be read, or it is refused with a place.
 #include <cmath>
 #include <cstdlib>
 #include <memory>
@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto refusals = kelvar_platform::takeRefusals();
   require((collection == nullptr) == (refusals.size() == 1));
   if (!collection) {
-    require(refusals[0].file == scratch.file() && !refusals[0].expected.empty());
+    require(refusals[0].file == scratch.file() && refusals[0].expected.empty() != refusals[0].problem.empty());
     return 0;
   }
   require(collection->dataKind() >= 0 && collection->dataKind() < digestio::kSummaryDataKindCount);

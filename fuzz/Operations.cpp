@@ -1,5 +1,5 @@
-/// Any bytes as a program for the data object: annotations, results with any views and figures, adds, settings, faults,
-/// reads. After each step the object agrees with its plain twin, in the order that it was asked for.
+/// Any bytes as a program for the data object: annotations, results with any views and values, adds, settings, faults,
+/// reads. After each step the object must agree with its plain twin, in the chosen order.
 #include <boost/algorithm/string/replace.hpp>
 #include <boost/make_shared.hpp>
 #include <cmath>
@@ -27,12 +27,12 @@ void require(bool holds, const char* what) {
   std::abort();
 }
 
-/// Of rows that are alike but for the user's mark, either may stand first, and be the one that a join folds.
+/// Of rows that differ only in the selection mark, either may come first, and be the one that a join folds.
 std::string unmarked(const std::string& rows) {
   return boost::replace_all_copy(rows, ", selected", "");
 }
 
-/// Choices, one byte each; zeros once the input is used up.
+/// Choices, one byte each; zeros after the end of the input.
 class Bytes {
  public:
   Bytes(const std::uint8_t* data, std::size_t size) : at_(data), end_(data + size) {}
@@ -40,7 +40,7 @@ class Bytes {
   int below(int limit) { return (at_ == end_ ? 0 : *at_++) % limit; }
   bool flag() { return below(2) != 0; }
 
-  /// Few that are alike, some that are odd, and all the others.
+  /// A few equal values, some special ones, and any others.
   double real() {
     using Limits = std::numeric_limits<double>;
     constexpr double kReals[] = {0,    -0.0, 1,  2.5, -1, 1e308,        5e-324, Limits::infinity(), -Limits::infinity(),
@@ -125,7 +125,7 @@ bool hasNaN(const SummaryItem& item) {
           (std::isnan(gain->selfTime()) || std::isnan(gain->siteMaxGain()) || std::isnan(gain->totalMaxGain())));
 }
 
-/// Whether two items at one place are compared by more than what makes an order of all of them.
+/// Whether the ordering of two items at one place is not a strict weak order.
 bool mayGoRound(const SummaryItem& a, const SummaryItem& b) {
   return a.locator().display_order(b.locator()) == 0 && a.annotationKind() != b.annotationKind() &&
          (a.detailKind() != 0 || b.detailKind() != 0);
@@ -147,7 +147,7 @@ void requireOrder(const SummaryItems& items, SummaryMapping mapping, bool revers
   }
 }
 
-/// The object and its twin, and what both find.
+/// The object, its twin and their collaborators.
 class Run {
  public:
   explicit Run(Bytes bytes) : bytes_(bytes) {
@@ -169,7 +169,7 @@ class Run {
     compare();
     for (int steps = 0; steps < 32 && !bytes_.empty(); ++steps) {
       step(bytes_.below(8));
-      if (bytes_.below(4) != 0) compare();  // else the next step meets a view that is stale
+      if (bytes_.below(4) != 0) compare();  // otherwise the next step starts with a stale view
     }
     for (int kind = 0; kind < 5; ++kind) enableKind(kind, true);
     for (int kind = 0; kind < 3; ++kind) enableDetailKind(kind, true, sitenotes::annotation_t::all_kinds);
@@ -192,14 +192,14 @@ class Run {
       case 5:
         return select();
       case 6:
-        return tell(bytes_, *database_, nullptr);  // items keep what they were built from
+        return tell(bytes_, *database_, nullptr);  // items keep their annotations
       default:
         return readLocators();
     }
   }
 
-  /// With a fault in most cases: whatever call it strikes, the object is as it was, and a second attempt succeeds. What
-  /// joins leave to each other goes with a read: none comes before.
+  /// With a fault in most cases: whichever call fails, the object is unchanged, and a second attempt succeeds. No read
+  /// comes before, since it would drop the state that joins pass on.
   void add() {
     const support::Collection collection = ::collection(bytes_);
     const std::string path = bytes_.flag() ? "r" : "r/surveyvectorization";
@@ -261,7 +261,7 @@ class Run {
   }
   void select() {
     const int count = data_->num_items();
-    SummaryItems& items = plain_->view();  // a read decides what the next join finds
+    SummaryItems& items = plain_->view();  // a read changes the list that the next join starts from
     if (count == 0) return;
     const int index = bytes_.below(count);
     const bool selected = bytes_.flag();
@@ -280,12 +280,12 @@ class Run {
       require(known != now.is_null() && handle == annotated, "the current place has the item's handle");
       const auto latest = annotated != 0 ? database_->get_latest_annotation(annotated) : nullptr;
       if (latest && !latest->get_locator().is_null()) {
-        require(now.display_order(latest->get_locator()) == 0, "the newest annotation says where a site is");
+        require(now.display_order(latest->get_locator()) == 0, "a site is where its newest annotation is");
       }
       for (int kind = 0; kind < 5; ++kind) {
         const auto dataKind = static_cast<digestio::SummaryDataKind>(kind);
         const bool seen = item.getCollectionLocator(dataKind, now, handle);
-        require(seen != now.is_null() && (!seen || item.summaryDetail(dataKind)), "an analysis saw what it tells of");
+        require(seen != now.is_null() && (!seen || item.summaryDetail(dataKind)), "a detail has a place");
       }
     }
   }
@@ -311,7 +311,7 @@ class Run {
 
   Bytes bytes_;
   support::Suite suite_;
-  static constexpr int kMostAdds = 5;  // the twins' time grows faster than what more items could show
+  static constexpr int kMostAdds = 5;  // more items cost the twin time and would find no more
   int adds_ = 0;
   boost::shared_ptr<support::FakeDatabase> database_ = boost::make_shared<support::FakeDatabase>();
   boost::shared_ptr<support::FakeDatabase> state_ = boost::make_shared<support::FakeDatabase>("state");

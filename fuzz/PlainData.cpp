@@ -10,7 +10,7 @@ using namespace kelvar_2_1_7;
 
 namespace {
 
-/// An item for each site of the database that lives and is enabled.
+/// An item for each living, enabled site of the database.
 void appendSites(SummaryItems& items, sitenotes::database_t& database, SummaryDataStatus status, support::Known known) {
   for (const unsigned long handle : database.get_sequences()) {
     if (!database.is_sequence_alive(handle)) continue;

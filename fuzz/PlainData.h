@@ -8,8 +8,8 @@
 #include "items/SummaryItems.h"
 #include "support/Fakes.h"
 
-/// The data object as it is told, step by step: plain joins, a view that takes items out one by one, nothing kept from
-/// one rebuild to the next but the two lists. What the object is held against.
+/// The data object in its plain form, step by step: plain joins, and a view that moves items one by one and keeps only
+/// the two lists between rebuilds. The object is compared with it.
 class PlainData {
  public:
   explicit PlainData(sitenotes::database_t& database);

@@ -1,4 +1,4 @@
-/// Feeds kept inputs to a fuzz target: every file of the folders that are named, in the order of their names.
+/// Feeds stored inputs to a fuzz target: every file of the given folders, in the order of their names.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -29,7 +29,7 @@ int main(int count, char** arguments) {
   std::size_t fed = 0;
   for (int i = 1; i < count; ++i) {
     for (const auto& file : filesOf(arguments[i])) {
-      std::fprintf(stderr, "%s\n", file.filename().c_str());  // the last line names what a fault was found with
+      std::fprintf(stderr, "%s\n", file.filename().c_str());  // the last line names the input of a crash
       const std::vector<std::uint8_t> bytes = bytesOf(file);
       LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
       ++fed;

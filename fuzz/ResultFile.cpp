@@ -1,4 +1,4 @@
-/// Any bytes as result.json: a directory that opens and answers, or a refusal with its place.
+/// Any bytes as result.json: either the directory opens and can be read, or it is refused with a place.
 #include <cstdlib>
 #include <string>
 

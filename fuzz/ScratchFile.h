@@ -9,23 +9,15 @@
 #include <span>
 #include <string>
 
-/// A directory of this process, in memory where the machine has such a place, with one file that each input is
-/// written to.
+#include "support/Scratch.h"
+
+/// A directory of this process, in memory if possible, with one file that each input is written to.
 class ScratchFile {
  public:
-  explicit ScratchFile(const char* name) {
-    const bool inMemory = std::filesystem::is_directory("/dev/shm");
-    std::string pattern = std::string(inMemory ? "/dev/shm" : "/tmp") + "/kelvar-fuzz-XXXXXX";
-    if (mkdtemp(pattern.data()) == nullptr) std::abort();
-    directory_ = pattern;
-    file_ = directory_ + "/" + name;
-  }
-  ~ScratchFile() {
-    std::error_code ignored;
-    std::filesystem::remove_all(directory_, ignored);
-  }
-  ScratchFile(const ScratchFile&) = delete;
-  ScratchFile& operator=(const ScratchFile&) = delete;
+  explicit ScratchFile(const char* name)
+      : folder_(std::filesystem::is_directory("/dev/shm") ? "/dev/shm" : "/tmp"),
+        directory_(folder_.path().string()),
+        file_(folder_.path(name)) {}
 
   [[nodiscard]] const std::string& directory() const { return directory_; }
   [[nodiscard]] const std::string& file() const { return file_; }
@@ -38,6 +30,7 @@ class ScratchFile {
   }
 
  private:
+  support::Scratch folder_;
   std::string directory_;
   std::string file_;
 };

@@ -19,10 +19,10 @@ namespace {
 
 using RecordedStates = std::unordered_map<std::string, std::int64_t>;  // revisions by name
 
-/// The newest revision, and the way to the states. A state is built when it is first asked for.
+/// The newest revision, and access to the states. A state is built on first use.
 class AnnotationDatabase final : public AnnotationState {
  public:
-  /// `path` stands from the root, so that names of states do not depend on where the process goes.
+  /// `path` is absolute, so that the names of states do not depend on the working directory.
   AnnotationDatabase(std::string path, boost::shared_ptr<const AnnotationHistory> history, RecordedStates recorded)
       : AnnotationState(history, history->newestRevision()), path_(std::move(path)), recorded_(std::move(recorded)) {}
 
@@ -33,7 +33,7 @@ class AnnotationDatabase final : public AnnotationState {
     return recorded == recorded_.end() || name.empty() ? nullptr : stateAsOf(recorded->second);
   }
 
-  /// The state is this object's alone: it is found again here, and the file stays as it is.
+  /// The state is known to this object only; the file is not changed.
   boost::shared_ptr<sitenotes::database_t> make_state(const std::string& path, bool) override {
     const std::string name = nameOf(path);
     if (name.empty()) return {};
@@ -44,7 +44,7 @@ class AnnotationDatabase final : public AnnotationState {
   }
 
  private:
-  /// Empty where there is no name: no refusal may reach the library.
+  /// Empty if there is no name: no refusal may reach the library.
   [[nodiscard]] std::string nameOf(const std::string& path) const {
     try {
       return stateName(path_, path);
@@ -62,7 +62,7 @@ class AnnotationDatabase final : public AnnotationState {
   }
 
   const std::string path_;
-  std::mutex mutex_;  // for what follows
+  std::mutex mutex_;  // guards the members below
   RecordedStates recorded_;
   std::map<std::int64_t, boost::shared_ptr<sitenotes::database_t>> states_;  // by revision
 };

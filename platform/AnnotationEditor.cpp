@@ -37,12 +37,12 @@ EditRow rowOf(const Site& site) {
           .column = site.column};
 }
 
-/// What a reader reads, for those who want nothing of the states. Throws what a reader would.
+/// Reads the edits as a reader does, without the states.
 void readSites(const Connection& connection, const std::function<void(const EditRow&)>& take) {
   readDatabase(connection, take, [](const StateRow&) {});
 }
 
-/// One past the greatest there ever was.
+/// One more than the greatest there ever was.
 std::int64_t nextSequence(const Connection& connection) {
   std::int64_t greatest = 0;
   readSites(connection, [&](const EditRow& row) { greatest = std::max(greatest, row.sequence); });
@@ -50,7 +50,7 @@ std::int64_t nextSequence(const Connection& connection) {
   return greatest + 1;
 }
 
-/// As its newest edit has it; none where there is no such site.
+/// The site as of its newest edit, or nothing if there is no such site.
 std::optional<Site> newestOf(const Connection& connection, std::int64_t sequence) {
   std::optional<Site> newest;
   readSites(connection, [&](const EditRow& row) {
@@ -66,10 +66,10 @@ std::string placeOf(std::int64_t sequence) {
 }  // namespace
 
 struct AnnotationEditor::Impl {
-  /// Opened with the first edit, and for no reader: opening it for writing finishes or undoes what another left undone.
+  /// Opened for writing by the first edit only: opening rolls an interrupted transaction back, which no reader may do.
   const Connection& connected() { return connection ? *connection : connection.emplace(path, access); }
 
-  /// Appends the newest edit of a living site once more, with `change` made to it.
+  /// Appends the newest edit of a living site again, with `change` applied.
   void edit(std::int64_t sequence, const std::function<void(Site&)>& change) {
     const Connection& database = connected();
     Transaction transaction(database, Transaction::Kind::write);
@@ -102,7 +102,7 @@ std::int64_t AnnotationEditor::add(sitenotes::annotation_t::kind_t kind, const s
   Transaction transaction(connection, Transaction::Kind::write);
   const bool first = impl_->access == Connection::Access::create && isBlank(connection);
   if (!first) site.sequence = nextSequence(connection);
-  // Before the first write: a process that ends in this call leaves nothing behind that a writer would have to undo.
+  // Before the first write: a process that ends in this call leaves no journal to roll back.
   if (announce) announce(site.sequence);
   if (first) createTables(connection);
   appendEdit(connection, rowOf(site));

@@ -27,7 +27,7 @@ std::vector<unsigned long> sequencesOf(Edits edits) {
 }  // namespace
 
 SequenceIndex::SequenceIndex(const std::vector<unsigned long>& sequences) {
-  // Sites mostly are added in the order of their sequences, and edited later: few stand out of order.
+  // Sites are mostly added in the order of their sequences and edited later, so few are out of order.
   std::vector<unsigned long> others;
   sequences_.reserve(sequences.size());
   for (const unsigned long sequence : sequences) {
@@ -41,7 +41,7 @@ SequenceIndex::SequenceIndex(const std::vector<unsigned long>& sequences) {
 
 std::size_t SequenceIndex::find(unsigned long sequence) const noexcept {
   if (sequences_.empty() || sequence < sequences_.front() || sequence > sequences_.back()) return kNone;
-  // They ascend: the index is no further from either end than the sequence is. Without gaps, that leaves one.
+  // They ascend without duplicates, so the sequence bounds its index from both ends. Without gaps, one index is left.
   const std::size_t size = sequences_.size();
   const std::size_t last = std::min<std::size_t>(sequence - sequences_.front(), size - 1);
   const std::size_t first = size - 1 - std::min<std::size_t>(sequences_.back() - sequence, size - 1);
@@ -84,7 +84,7 @@ AnnotationState::AnnotationState(boost::shared_ptr<const AnnotationHistory> hist
 boost::shared_ptr<sitenotes::annotation_t> AnnotationState::get_latest_annotation(unsigned long id) {
   Annotation* annotation = annotationOf(id);
   if (annotation == nullptr) return {};
-  return {history_, annotation};  // the annotation's memory is the history's, and keeps it
+  return {history_, annotation};  // shares the ownership of the history, which owns the annotation
 }
 
 boost::shared_ptr<sitenotes::database_t> AnnotationState::get_state(const std::string&) {

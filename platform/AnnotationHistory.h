@@ -31,26 +31,26 @@ class Annotation final : public sitenotes::annotation_t {
   bool disabled_;
 };
 
-/// Sequences, ascending, and where each stands among them. Safe to ask from several threads.
+/// The sequences in ascending order, and the index of each. Safe to read from several threads.
 class SequenceIndex {
  public:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-  /// Takes them in any order and however often each.
+  /// In any order, with duplicates.
   explicit SequenceIndex(const std::vector<unsigned long>& sequences);
 
   [[nodiscard]] const std::vector<unsigned long>& all() const noexcept { return sequences_; }
-  /// kNone for what is no sequence. Sequences without gaps, and one asked for after the one before it, cost no search.
+  /// kNone if there is no such sequence. Sequences without gaps, and lookups in ascending order, need no search.
   [[nodiscard]] std::size_t find(unsigned long sequence) const noexcept;
 
  private:
   std::vector<unsigned long> sequences_;
-  /// Where the next question probably goes. Only a guess: a stale one costs a search.
+  /// The index that the next lookup probably wants. A wrong guess costs a search.
   mutable std::atomic<std::size_t> next_ = 0;
 };
 
-/// Every edit of a database, oldest first, with the annotations that they made. Never changes once it is read, so all
-/// states of the database share it: what two of them have in common is one object.
+/// Every edit of a database, oldest first, with the annotations that they made. Never changes after it is read, so all
+/// states of the database share it and its annotations.
 class AnnotationHistory {
  public:
   struct Edit {
@@ -76,10 +76,10 @@ class AnnotationHistory {
   KnownPaths files_;
 };
 
-/// The sites as one revision has them. Has no states of its own.
+/// The sites as of one revision. Has no states of its own.
 class AnnotationState : public sitenotes::database_t {
  public:
-  /// As of `revision`; one past the newest is the newest, 0 stands before the first.
+  /// As of `revision`: a greater one than the newest is the newest; 0 is before the first edit.
   AnnotationState(boost::shared_ptr<const AnnotationHistory> history, std::int64_t revision);
 
   std::vector<unsigned long> get_sequences() override { return sequences_.all(); }

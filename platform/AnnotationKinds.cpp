@@ -17,7 +17,7 @@ static_assert(kNames.back() != nullptr, "one name for each kind");
 }  // namespace
 
 const char* annotation_t::display(kind_t kind) {
-  const auto index = static_cast<std::size_t>(kind);  // what is below 0 lies far behind the end
+  const auto index = static_cast<std::size_t>(kind);  // negative values become large
   return index < kNames.size() ? kNames[index] : "";
 }
 

@@ -16,7 +16,7 @@ namespace kelvar_platform {
 
 namespace {
 
-/// The ranks of leaves among all that details have.
+/// The rank of each leaf among those of all details.
 class LeafRanks {
  public:
   explicit LeafRanks(std::span<const DetailFields> details) {
@@ -30,16 +30,16 @@ class LeafRanks {
   [[nodiscard]] std::uint32_t of(const DetailFields& detail) const { return ranks_.at(&detail.file.get_leaf()); }
 
  private:
-  boost::unordered_flat_map<const std::string*, std::uint32_t> ranks_;  // equal leaves share their text
+  boost::unordered_flat_map<const std::string*, std::uint32_t> ranks_;  // equal leaves share one text
 };
 
-/// A detail, and its leaf and line as a number.
+/// A detail's index, and its leaf and line as one number.
 struct Placed {
   std::uint64_t key;
   std::uint32_t index;
 };
 
-/// Sorts those of one key.
+/// Sorts each run of equal keys.
 template <class Before>
 void sortTies(std::vector<Placed>& places, const Before& before) {
   for (auto begin = places.begin(); begin != places.end();) {
@@ -50,7 +50,7 @@ void sortTies(std::vector<Placed>& places, const Before& before) {
   }
 }
 
-/// In display order.
+/// The details in display order.
 std::vector<Placed> byPlace(std::span<const DetailFields> details) {
   const LeafRanks ranks(details);
   std::vector<Placed> places;
@@ -70,7 +70,7 @@ std::vector<Placed> byPlace(std::span<const DetailFields> details) {
 
 }  // namespace
 
-std::string_view Collection::keep(std::string_view text) {
+std::string_view Collection::copied(std::string_view text) {
   if (text.empty()) return {};
   auto* const copy = static_cast<char*>(arena_.allocate(text.size(), alignof(char)));
   std::memcpy(copy, text.data(), text.size());
@@ -85,13 +85,13 @@ void Collection::add(const AnalysisView& view, AnalysisViews& views) {
 
 namespace {
 
-/// Has the processor fetch what lies in two lines of memory, or in three.
-void call(const DetailFields& fields) noexcept {
+/// Prefetches a record, which is two or three cache lines.
+void prefetch(const DetailFields& fields) noexcept {
   constexpr std::size_t kLine = 64;
   const char* const begin = reinterpret_cast<const char*>(&fields);
   for (std::size_t byte = 0; byte < sizeof fields; byte += kLine) __builtin_prefetch(begin + byte);
   __builtin_prefetch(begin + sizeof fields - 1);
-  asm volatile("");  // a function that did no more would be left out
+  asm volatile("");  // otherwise a function without effects is optimised away
 }
 
 }  // namespace
@@ -103,10 +103,10 @@ void Collection::take(std::span<const DetailFields> inOrder) {
   details_.reserve(inOrder.size());
   inOrder_.resize(inOrder.size());
   for (std::size_t place = 0; place < places.size(); ++place) {
-    if (place + 2 * kStep < places.size()) call(*fieldsAt(place + 2 * kStep));
+    if (place + 2 * kStep < places.size()) prefetch(*fieldsAt(place + 2 * kStep));
     if (place + kStep < places.size()) __builtin_prefetch(fieldsAt(place + kStep)->label.data());
     const DetailFields& fields = *fieldsAt(place);
-    inOrder_[places[place].index] = &details_.emplace_back(fields, keep(fields.label));
+    inOrder_[places[place].index] = &details_.emplace_back(fields, copied(fields.label));
   }
 }
 

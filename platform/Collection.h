@@ -70,17 +70,17 @@ class MapView final : public digestio::MapDetail {
   MapRecord record_;
 };
 
-/// What one analysis says, or nothing.
+/// The view of one analysis, or nothing.
 using AnalysisView =
     std::variant<std::monostate, SurveyView, SurveyVectorizationView, SuitabilityView, CorrectnessView, MapView>;
 static_assert(std::is_trivially_destructible_v<AnalysisView>, "the arena destroys nothing");
 
-/// What the analyses say of one site. Hardly ever is that more than one.
+/// The views of one detail. There is rarely more than one.
 struct AnalysisViews {
   AnalysisView view;
   AnalysisViews* others = nullptr;  ///< in the collection's memory
 
-  /// Null where there is none of this kind.
+  /// Null if there is none of this kind.
   template <class View>
   [[nodiscard]] View* find() noexcept {
     for (AnalysisViews* at = this; at != nullptr; at = at->others) {
@@ -90,7 +90,7 @@ struct AnalysisViews {
   }
 };
 
-/// A detail as it is read.
+/// A detail while it is read.
 struct DetailFields {
   toolbelt::path_t file;
   std::int32_t line = 0;
@@ -107,7 +107,7 @@ struct DetailFields {
 
 class Detail final : public digestio::SummaryDetail {
  public:
-  /// `label` stands for that of the fields, and outlives the detail.
+  /// `label` is a copy of the fields' label that outlives the detail.
   Detail(const DetailFields& fields, std::string_view label) noexcept
       : file_(fields.file),
         line_(fields.line),
@@ -139,16 +139,16 @@ class Detail final : public digestio::SummaryDetail {
   std::int32_t line_;
   std::int32_t column_;
   const char* label_;
-  std::uint32_t labelSize_;  // a file has no more bytes
+  std::uint32_t labelSize_;  // no file is larger
   std::uint8_t detailKind_;
   std::uint8_t annotationKind_;
-  mutable AnalysisViews views_;  // never change, but are handed out as what may
+  mutable AnalysisViews views_;  // never change, but the interface returns them from a const detail as mutable
 };
 static_assert(sizeof(Detail) <= 96, "a collection holds a million of them");
 
-/// One analysis in memory. Details are asked for in the order of their file, but lie in display order: most
-/// walks go in that order, which then is that of memory, here and in what is made of them. Labels come from an arena
-/// that goes with the collection, so a detail costs no allocation of its own.
+/// One analysis in memory. detail(index) follows the order of the file, but memory is in display order: most walks go
+/// in that order, over the details and over what is built from them. Labels are in an arena of the collection, so that
+/// a detail costs no allocation.
 class Collection final : public digestio::SummaryCollection {
  public:
   digestio::SummaryDataKind dataKind() const override { return program_.dataKind; }
@@ -162,19 +162,18 @@ class Collection final : public digestio::SummaryCollection {
   digestio::SummaryDetail* detail(int index) const override { return inOrder_[static_cast<std::size_t>(index)]; }
 
   [[nodiscard]] ProgramRecord& program() noexcept { return program_; }
-  /// Takes all details, whose labels need not outlive the call. To be called once; the caller sees to it that an int
-  /// counts them.
+  /// Takes all details; their labels are copied. Called once. Requires that an int can count them.
   void take(std::span<const DetailFields> inOrder);
-  /// Adds what one more analysis says to `views`, those of one detail. What it takes lives as long as this object.
+  /// Adds one more view to `views`, those of one detail. Uses memory that lives as long as this object.
   void add(const AnalysisView& view, AnalysisViews& views);
 
  private:
   /// A copy of `text` that lives as long as this object.
-  [[nodiscard]] std::string_view keep(std::string_view text);
+  [[nodiscard]] std::string_view copied(std::string_view text);
 
   ProgramRecord program_;
   std::pmr::monotonic_buffer_resource arena_;
-  std::vector<Detail> details_;  // never grows once it is filled: details stay where they are
+  std::vector<Detail> details_;  // never reallocated after it is filled
   std::vector<Detail*> inOrder_;
 };
 

@@ -9,10 +9,7 @@
 
 namespace kelvar_platform {
 
-/// Where a result keeps its collection.
-[[nodiscard]] std::string collectionFile(const std::string& result);
-
-/// Reads collections, one after the other, in memory that is kept for the next.
+/// Reads collections one after the other and reuses its memory.
 class CollectionReader {
  public:
   /// The collection of the result at `result`. Throws a ReadError at the first value that does not fit.

@@ -14,7 +14,7 @@ namespace kelvar_platform {
 
 namespace {
 
-/// U+0080 to U+009F are control characters too, and begin with this byte; what follows it tells them from text.
+/// U+0080 to U+009F are control characters too. They begin with this byte.
 constexpr char kTwoByteControlLead = '\xC2';
 
 bool isControl(std::string_view character) {
@@ -31,7 +31,7 @@ void appendEscaped(std::string& out, std::string_view bytes) {
   }
 }
 
-/// Names of files and texts out of them go to a terminal: none of them may move its cursor or retitle its window.
+/// File names and texts from files go to a terminal: they must not move its cursor or set its title.
 void appendPrintable(std::string& out, std::string_view text) {
   while (!text.empty()) {
     const std::size_t size = characterSize(text);
@@ -47,15 +47,15 @@ void appendPrintable(std::string& out, std::string_view text) {
 
 using Refusals = std::vector<Refusal>;
 
-/// What each thread has noted, until it takes it or ends. No thread_local: where there is no memory to register what
-/// that destroys, the C library ends the program.
+/// What each thread has noted, until it takes it or ends. Not a thread_local: if there is no memory to register its
+/// destructor, the C library aborts the program.
 class NotedByThreads {
  public:
   NotedByThreads() {
     if (::pthread_key_create(&key_, discard) != 0) throw std::bad_alloc();
   }
   ~NotedByThreads() {
-    discard(::pthread_getspecific(key_));  // of the thread that ends the program, which no one else destroys
+    discard(::pthread_getspecific(key_));  // of the thread that ends the program, which has no other destructor
     ::pthread_key_delete(key_);
   }
   NotedByThreads(const NotedByThreads&) = delete;  // there is one key
@@ -67,7 +67,7 @@ class NotedByThreads {
     if (::pthread_setspecific(key_, made.get()) != 0) throw std::bad_alloc();
     return *made.release();
   }
-  /// Null where this thread has noted none.
+  /// Null if this thread has noted none.
   [[nodiscard]] std::unique_ptr<Refusals> take() const noexcept {
     std::unique_ptr<Refusals> taken(static_cast<Refusals*>(::pthread_getspecific(key_)));
     if (taken) ::pthread_setspecific(key_, nullptr);
@@ -95,8 +95,8 @@ std::string Refusal::sentence() const {
     appendPrintable(out, place);
     out += ": ";
   }
-  out += "expected ";
-  appendPrintable(out, expected);
+  if (problem.empty()) out += "expected ";
+  appendPrintable(out, problem.empty() ? expected : problem);
   return out;
 }
 

@@ -37,7 +37,7 @@ PRAGMA application_id = 1802270322;
 PRAGMA user_version = 1;
 )";
 
-/// The columns in the order in which they are asked for.
+/// The columns in the order of the queries.
 enum EditColumn : int { kRevision, kSequence, kAlive, kDisabled, kKind, kLabel, kFile, kLine, kColumn };
 constexpr std::string_view kSelectEdits =
     "SELECT revision, sequence, alive, disabled, kind, label, file, line, edit.\"column\" FROM edit ORDER BY revision";
@@ -86,13 +86,13 @@ void requireAnnotationDatabase(const Connection& connection) {
   requireTable(connection, "state");
 }
 
-/// In the order of the revisions.
+/// In the order of revisions.
 void readEdits(const Connection& connection, const std::function<void(const EditRow&)>& take) {
   std::int64_t newest = 0;
   readRows(connection, "edit", kSelectEdits, [&](const Statement& statement, std::int64_t number) {
     const EditRow row = editAt(statement, number);
     if (row.revision <= newest)
-      connection.refuse("edit, revision " + std::to_string(row.revision), "one row a revision");
+      connection.refuse("edit, revision " + std::to_string(row.revision), "one row for each revision");
     newest = row.revision;
     take(row);
   });
@@ -104,8 +104,8 @@ void readStates(const Connection& connection, const std::function<void(const Sta
            [&](const Statement& statement, std::int64_t number) {
              const Row row{statement, "state", "path", 0, number};
              const StateRow state{.path = row.text(0, "path"), .revision = row.integer(1, kStateRevisions)};
-             if (!isStateName(state.path)) row.refuse(kExpectedPath);  // nobody would find it
-             if (!paths.emplace(state.path).second) row.refuse("one row a path");
+             if (!isStateName(state.path)) row.refuse(kExpectedPath);  // no result would find it
+             if (!paths.emplace(state.path).second) row.refuse("one row for each path");
              take(state);
            });
 }
@@ -118,7 +118,7 @@ void createTables(const Connection& connection) {
 
 bool isBlank(const Connection& connection) {
   if (connection.number("SELECT count(*) FROM sqlite_schema") != 0) return false;
-  requireNumber(connection, "application_id", 0);  // without a table, a database may still be marked as someone's
+  requireNumber(connection, "application_id", 0);  // a database without tables may still be marked as another format
   requireNumber(connection, "user_version", 0);
   return true;
 }
@@ -155,10 +155,10 @@ std::int64_t appendEdit(const Connection& connection, const EditRow& row) {
   statement.bind(kFile, row.file);
   statement.bind(kLine, std::int64_t{row.line});
   statement.bind(kColumn, std::int64_t{row.column});
-  // A copy of the table may have lost its key: a row without a revision would make the file unreadable.
+  // A copy of the table may have lost its primary key. A row without a revision would make the file unreadable.
   if (!statement.step() || statement.type(0) != SQLITE_INTEGER) connection.refuse("edit", "revision as the key");
   const std::int64_t revision = statement.integer(0);
-  while (statement.step()) continue;  // the statement ends here, not when the transaction does
+  while (statement.step()) continue;  // ends the statement now, not with the transaction
   return revision;
 }
 

@@ -10,7 +10,7 @@
 
 namespace kelvar_platform {
 
-/// One row of the table `edit`. The texts live until the next row is read.
+/// One row of the table `edit`. The texts are valid until the next row is read.
 struct EditRow {
   std::int64_t revision = 0;
   std::int64_t sequence = 0;
@@ -29,24 +29,23 @@ struct StateRow {
   std::int64_t revision = 0;
 };
 
-/// Whether this is a database as it is before its first edit: a file without any table, such as an empty one. Throws
-/// where that is marked as something else.
+/// Whether this is a database before its first edit: a file without tables, such as an empty one. Throws if it is
+/// marked as a database of something else.
 [[nodiscard]] bool isBlank(const Connection& connection);
-/// Makes the tables in such a database, and marks it as an annotation database.
+/// Creates the tables in such a database, and marks it as an annotation database.
 void createTables(const Connection& connection);
 
-/// Throws what a reader of the file at `path` would have against this row, so that nothing is written which cannot be
-/// read.
+/// Throws what a reader of `path` would throw for this row, so that nothing is written that cannot be read.
 void requireWritable(const std::string& path, const std::string& place, const EditRow& row);
 
-/// Hands out every edit in the order of the revisions, then every recorded state. Throws unless this is an annotation
-/// database of our version, and at the first row that breaks a rule, whatever the file itself enforces: rules can be
-/// switched off while a file is written, so nothing is taken on trust. To be asked within a transaction; a writer asks
-/// before it writes, so that it adds to nothing that cannot be read.
+/// Passes on every edit in the order of the revisions, then every recorded state. Throws unless this is an annotation
+/// database of our version, and at the first row that breaks a rule. The file's own constraints are not trusted: they
+/// can be switched off while a file is written. Called within a transaction; a writer calls it before it writes, so
+/// that it never extends a file that cannot be read.
 void readDatabase(const Connection& connection, const std::function<void(const EditRow&)>& takeEdit,
                   const std::function<void(const StateRow&)>& takeState);
 
-/// Appends the row; its revision is the database's to choose, and is what comes back.
+/// Appends the row; the database chooses its revision, which is returned.
 std::int64_t appendEdit(const Connection& connection, const EditRow& row);
 
 }  // namespace kelvar_platform

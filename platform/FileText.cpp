@@ -18,7 +18,7 @@ namespace kelvar_platform {
 
 namespace {
 
-/// The kernel clears a huge page at once, where each of its small ones would cost a fault of its own.
+/// The kernel clears a huge page at once; small pages cost a page fault each.
 constexpr std::size_t kHugePage = std::size_t{2} << 20;
 constexpr std::align_val_t kAlignment{kHugePage};
 
@@ -30,7 +30,7 @@ constexpr std::align_val_t kAlignment{kHugePage};
   refuse(file, std::string("a file that can be read (") + std::strerror(errno) + ')');
 }
 
-/// Not blocking, so that a pipe in the file's place is refused and not waited for.
+/// Non-blocking, so that a pipe is refused rather than waited for.
 FileDescriptor openForReading(const std::string& file) {
   FileDescriptor opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!opened) refuseByErrno(file);
@@ -69,10 +69,10 @@ void FileText::makeRoom(std::size_t size) {
   size += simdjson::SIMDJSON_PADDING;
   if (size <= allocated_) return;
   allocated_ = 0;
-  memory_.reset();  // first, so that the old and the new are never there at once
+  memory_.reset();  // first, so that the old and the new memory are never held at once
   memory_.reset(static_cast<char*>(::operator new(size, kAlignment)));
   allocated_ = size;
-  // Where there are no huge pages, small ones do.
+  // Without huge pages, small ones are used.
   if (size >= kHugePage) ::madvise(memory_.get(), size, MADV_HUGEPAGE);
 }
 
@@ -81,7 +81,7 @@ void FileText::read(const std::string& file) {
   const FileDescriptor opened = openForReading(file);
   const std::size_t size = sizeOf(opened, file);
   makeRoom(size);
-  // One byte more than there was, so that a file that grew is noticed as well as one that shrank.
+  // Asks for one byte more than the size, to notice a file that grew as well as one that shrank.
   if (readUpTo(memory_.get(), size + 1, opened, file) != size)
     refuse(file, "a file that stays as it is while it is read");
   std::fill_n(memory_.get() + size, simdjson::SIMDJSON_PADDING, '\0');

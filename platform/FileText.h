@@ -10,15 +10,15 @@ namespace kelvar_platform {
 /// A file's whole text in one buffer, followed by the zero bytes that the parser may read past its end.
 class FileText {
  public:
-  /// What the parser's 32-bit offsets reach.
+  /// The reach of the parser's 32-bit offsets.
   static constexpr std::size_t kMaxSize = 0xFFFFFFFF;
 
-  /// Reads all of `file` in place of what was read before, in the same memory where it suffices. Throws a ReadError
-  /// where it is no file that can be read, or changes meanwhile; there is no text then.
+  /// Reads all of `file` in place of the text before it, in the same memory if that is large enough. Throws a ReadError
+  /// if it cannot be read or changes meanwhile; the text is then empty.
   void read(const std::string& file);
 
   [[nodiscard]] std::string_view view() const noexcept { return {memory_.get(), size_}; }
-  /// The size with what follows the text.
+  /// The size with the bytes after the text.
   [[nodiscard]] std::size_t allocated() const noexcept { return allocated_; }
 
  private:
@@ -26,7 +26,7 @@ class FileText {
     void operator()(char* memory) const noexcept;
   };
 
-  /// Sees to it that there is room for so many bytes and what follows them.
+  /// Makes room for that many bytes and the zero bytes after them.
   void makeRoom(std::size_t size);
 
   std::size_t size_ = 0;

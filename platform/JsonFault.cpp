@@ -13,7 +13,7 @@ bool isControl(char c) noexcept {
   return static_cast<unsigned char>(c) < 0x20;
 }
 
-/// Moves `at` from an opening quote past the closing one, or to the end where there is none.
+/// Moves `at` from an opening quote past the closing one, or to the end if there is none.
 std::optional<JsonFault> passText(std::string_view json, std::size_t& at) {
   for (++at; at < json.size() && json[at] != '"';) {
     const std::size_t size = characterSize(json.substr(at));
@@ -26,7 +26,7 @@ std::optional<JsonFault> passText(std::string_view json, std::size_t& at) {
   return std::nullopt;
 }
 
-/// Moves `at` past a character that stands in no text.
+/// Moves `at` past a character outside of strings.
 std::optional<JsonFault> passPlain(std::string_view json, std::size_t& at) {
   const std::size_t size = characterSize(json.substr(at));
   if (size == 0) return JsonFault{at, "UTF-8"};
@@ -38,7 +38,7 @@ std::optional<JsonFault> passPlain(std::string_view json, std::size_t& at) {
 /// The brackets that are open, the innermost last.
 class OpenBrackets {
  public:
-  /// False for a bracket that closes none, or one of the other sort. Whatever is no bracket is passed over.
+  /// False for a bracket that closes none, or one of the other type. Other characters are ignored.
   [[nodiscard]] bool take(char c) {
     if (c == '{' || c == '[') areLists_.push_back(c == '[');
     if (c != '}' && c != ']') return true;
@@ -65,7 +65,7 @@ JsonFault firstFault(std::string_view json) {
     complete = (c == '}' || c == ']') && open.empty();
     if (const auto fault = c == '"' ? passText(json, at) : passPlain(json, at)) return *fault;
   }
-  return {json.size(), "the rest of the JSON"};
+  return {json.size(), "", "unexpected end of file"};
 }
 
 }  // namespace kelvar_platform

@@ -7,8 +7,8 @@
 
 namespace kelvar_platform {
 
-/// Where a walk through a JSON document stands: the containers that are open, and what is looked at in each. Followed
-/// at every value and put into words only where one is refused, so following it costs a store.
+/// The position of a walk through a JSON document: the open containers, and the current key or index in each. It is
+/// updated at every value, which costs one store, and turned into text only for a refusal.
 class JsonPlace {
  public:
   static constexpr std::size_t kMaxDepth = 64;
@@ -17,9 +17,9 @@ class JsonPlace {
   /// Opens a container. Requires: depth() < kMaxDepth.
   void enter() noexcept { steps_[depth_++] = {}; }
   void leave() noexcept { --depth_; }
-  /// The value of this key is looked at; the text must stay where it is.
+  /// The current value is that of this key, whose text must stay valid.
   void at(std::string_view key) noexcept { steps_[depth_ - 1] = {.key = key, .index = 0, .inList = false}; }
-  /// The element of this index is looked at.
+  /// The current value is the element of this index.
   void at(std::size_t index) noexcept { steps_[depth_ - 1] = {.key = {}, .index = index, .inList = true}; }
 
   /// Such as `details[3].survey.cpuTime`; empty outside of every container.

@@ -54,7 +54,7 @@ JsonReader::Object JsonReader::openDocument(const std::string& file) {
   file_ = file;
   text_.read(file);
   unescaped_.release();
-  unknownKeys_.clear();  // a refusal leaves them
+  unknownKeys_.clear();  // a refusal leaves some behind
   const std::string_view text = text_.view();
   auto error = parser_.iterate(text.data(), text.size(), text_.allocated()).get(document_);
   if (error == simdjson::MEMALLOC) throw std::bad_alloc();
@@ -107,7 +107,7 @@ std::int64_t JsonReader::integer(JsonValue& value, std::int64_t min, std::int64_
 
 std::uint64_t JsonReader::unsigned64(JsonValue& value) {
   std::uint64_t number = 0;
-  std::int64_t minusZero = 0;  // an integer as good as 0, though not to the parser
+  std::int64_t minusZero = 0;  // an integer, though not to the parser
   if (value.get_uint64().get(number) == simdjson::SUCCESS) return number;
   if (value.get_int64().get(minusZero) == simdjson::SUCCESS && minusZero == 0) return 0;
   refuse(integerFrom("0", std::to_string(std::numeric_limits<std::uint64_t>::max())));
@@ -118,8 +118,8 @@ std::string_view JsonReader::text(JsonValue& value) {
   if (!token.starts_with('"')) refuse("a text");
   simdjson::ondemand::raw_json_string raw;
   take(value.get_raw_json_string(), raw);
-  std::string_view text = token.substr(1, token.rfind('"') - 1);  // blanks may follow the text in its token
-  if (!unescape(raw, text)) refuse("a text whose escapes are characters");
+  std::string_view text = token.substr(1, token.rfind('"') - 1);  // the token may end with blanks
+  if (!unescape(raw, text)) refuse("a text with valid escapes");
   return text;
 }
 
@@ -148,10 +148,10 @@ void JsonReader::ignore(JsonValue& value) {
 void JsonReader::ignoreNumber(JsonValue& value) {
   std::string_view token = value.raw_json_token();
   token = token.substr(0, token.find_last_not_of(kJsonBlanks) + 1);
-  if (!isNumber(token)) refuseHere("JSON");  // else the parser steps over it, were it past what a double holds
+  if (!isNumber(token)) refuseHere("JSON");  // the parser itself skips numbers that no double holds
 }
 
-// The parser would do this in a buffer of its own, and does not look whether it got that.
+// The parser's own unescaping does not check whether its buffer could be allocated.
 bool JsonReader::unescape(simdjson::ondemand::raw_json_string raw, std::string_view& text) {
   if (text.find('\\') == std::string_view::npos) return true;
   auto* room = static_cast<std::uint8_t*>(unescaped_.allocate(text.size() + simdjson::SIMDJSON_PADDING, 1));
@@ -164,7 +164,7 @@ std::string_view JsonReader::unescapedKey(simdjson::ondemand::field& field) {
   while (*end != '"') end += *end == '\\' ? 2 : 1;  // the parser has found one
   std::string_view key(raw.raw(), static_cast<std::size_t>(end - raw.raw()));
   if (!unescape(raw, key)) {
-    refuseByte(static_cast<std::size_t>(raw.raw() - text_.view().data()), "a key whose escapes are characters");
+    refuseByte(static_cast<std::size_t>(raw.raw() - text_.view().data()), "a key with valid escapes");
   }
   return key;
 }
@@ -175,7 +175,7 @@ void JsonReader::checkUnknownKeys(std::size_t first) {
   const auto twice = std::adjacent_find(begin, unknownKeys_.end());
   if (twice != unknownKeys_.end()) {
     place_.at(*twice);
-    refuse("a key that stands once");
+    refuseDuplicateKey();
   }
   unknownKeys_.erase(begin, unknownKeys_.end());
 }
@@ -184,13 +184,20 @@ void JsonReader::refuse(std::string expected) const {
   throw ReadError({.file = file_, .place = place_.text(), .expected = std::move(expected)});
 }
 
+void JsonReader::refuseDuplicateKey() const {
+  throw ReadError({.file = file_, .place = place_.text(), .expected = {}, .problem = "duplicate key"});
+}
+
 void JsonReader::refuseByte(std::size_t byte, std::string expected) const {
   throw ReadError({.file = file_, .place = "byte " + std::to_string(byte), .expected = std::move(expected)});
 }
 
 void JsonReader::refuseText() const {
   const JsonFault fault = firstFault(text_.view());
-  refuseByte(fault.byte, fault.expected);
+  throw ReadError({.file = file_,
+                   .place = "byte " + std::to_string(fault.byte),
+                   .expected = fault.expected,
+                   .problem = fault.problem});
 }
 
 void JsonReader::refuseHere(std::string expected) {

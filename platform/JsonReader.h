@@ -18,31 +18,33 @@
 namespace kelvar_platform {
 
 class JsonReader;
+class JsonWriter;
 using JsonValue = simdjson::ondemand::value;
 
-/// One known key of an object, and how its value gets into the record that the object describes.
-template <class Record>
+/// One known key of an object: how its value is read into `In`, and how it is written from `Out`.
+template <class In, class Out = In>
 struct JsonField {
   std::string_view key;
-  void (*read)(JsonReader& in, JsonValue& value, Record& out);
+  void (*read)(JsonReader& in, JsonValue& value, In& to);
+  void (*write)(JsonWriter& out, std::string_view key, const Out& from) = nullptr;  ///< null if it is written elsewhere
   bool required = false;
 };
 
-/// Walks a JSON file from its first byte to its last, every value once and in the order of the file. Strict: what a
-/// known key holds must be as it is asked for, and what is ignored must still be JSON, with no key twice in one object.
-/// Whatever does not fit throws a ReadError that names the place. One file after the other may be read, in memory that
-/// is kept for the next: to clear that anew would cost as much as reading into it.
+/// Walks a JSON file from its first byte to its last, each value once and in the order of the file. Strict: the value
+/// of a known key must have the expected type and range, and unknown keys must still be valid JSON, without duplicate
+/// keys in an object. Anything else throws a ReadError that names the place. A reader reuses its memory for the next
+/// file: clearing new memory would cost as much as reading.
 class JsonReader {
  public:
   JsonReader() = default;
   JsonReader(const JsonReader&) = delete;  // values point into it
   JsonReader& operator=(const JsonReader&) = delete;
 
-  /// The one object of `file`, up to the end of the file.
-  template <class Record, std::size_t N>
-  void readDocument(const std::string& file, const std::array<JsonField<Record>, N>& fields, Record& out);
-  template <class Record, std::size_t N>
-  void readObject(JsonValue& value, const std::array<JsonField<Record>, N>& fields, Record& out);
+  /// Reads `file`, which holds one object.
+  template <class In, class Out, std::size_t N>
+  void readDocument(const std::string& file, const std::array<JsonField<In, Out>, N>& fields, In& to);
+  template <class In, class Out, std::size_t N>
+  void readObject(JsonValue& value, const std::array<JsonField<In, Out>, N>& fields, In& to);
   /// Calls `onElement` with each value of a list.
   template <class OnElement>
   void readList(JsonValue& value, OnElement onElement);
@@ -56,11 +58,11 @@ class JsonReader {
   /// Valid until the next document is read.
   std::string_view text(JsonValue& value);
 
-  /// Throws: at the place of the value that is being read, `expected` was expected.
+  /// Throws a ReadError at the current value: `expected` was expected there.
   [[noreturn]] void refuse(std::string expected) const;
 
  private:
-  /// An object or a list, for as long as it is being read.
+  /// An open object or list.
   class Container {
    public:
     explicit Container(JsonReader& reader);
@@ -77,21 +79,22 @@ class JsonReader {
   void closeDocument();
   Object asObject(JsonValue& value);
   simdjson::ondemand::array asList(JsonValue& value);
-  template <class Record, std::size_t N>
-  void readFields(Object object, const std::array<JsonField<Record>, N>& fields, Record& out);
+  template <class In, class Out, std::size_t N>
+  void readFields(Object object, const std::array<JsonField<In, Out>, N>& fields, In& to);
   std::string_view unescapedKey(simdjson::ondemand::field& field);
-  /// Puts characters in place of the escapes of `text`, which begins at `raw`. False where one is none.
+  /// Replaces the escapes of `text`, which begins at `raw`. False if an escape is not valid.
   [[nodiscard]] bool unescape(simdjson::ondemand::raw_json_string raw, std::string_view& text);
   void ignore(JsonValue& value);
   void ignoreNumber(JsonValue& value);
-  /// The keys from `first` on are those of one object that has been read to its end.
+  /// Checks the keys from `first` on, those of one object at its end, for duplicates.
   void checkUnknownKeys(std::size_t first);
-  /// Gives the parser's answer, or refuses the place where it stands.
+  /// Gives the parser's answer, or refuses the place where it stopped.
   template <class T>
   void take(simdjson::simdjson_result<T> result, T& out);
-  /// The same for the walk itself, without a copy: the processor would wait for what it has just written.
+  /// The same for the walk itself, without a copy, which would stall on the stores just made.
   template <class T>
   [[nodiscard]] T& taken(simdjson::simdjson_result<T>& result);
+  [[noreturn]] void refuseDuplicateKey() const;
   [[noreturn]] void refuseText() const;
   [[noreturn]] void refuseByte(std::size_t byte, std::string expected) const;
   [[noreturn]] void refuseHere(std::string expected);
@@ -119,32 +122,32 @@ T& JsonReader::taken(simdjson::simdjson_result<T>& result) {
   return value;
 }
 
-template <class Record, std::size_t N>
-void JsonReader::readDocument(const std::string& file, const std::array<JsonField<Record>, N>& fields, Record& out) {
-  readFields(openDocument(file), fields, out);
+template <class In, class Out, std::size_t N>
+void JsonReader::readDocument(const std::string& file, const std::array<JsonField<In, Out>, N>& fields, In& to) {
+  readFields(openDocument(file), fields, to);
   closeDocument();
 }
 
-template <class Record, std::size_t N>
-void JsonReader::readObject(JsonValue& value, const std::array<JsonField<Record>, N>& fields, Record& out) {
-  readFields(asObject(value), fields, out);
+template <class In, class Out, std::size_t N>
+void JsonReader::readObject(JsonValue& value, const std::array<JsonField<In, Out>, N>& fields, In& to) {
+  readFields(asObject(value), fields, to);
 }
 
-/// The index of a key in the table, N if it is none of it. `raw` is what follows the key's opening quote. Keys mostly
-/// come in the table's order, so the search begins where the last one ended.
-template <class Record, std::size_t N>
-std::size_t findKey(const std::array<JsonField<Record>, N>& fields, const char* raw, std::size_t likely) noexcept {
-  const auto stands = [raw](std::string_view key) {
+/// The index of a key in the table, N if the table does not have it. `raw` points behind the key's opening quote. Keys
+/// mostly come in the table's order, so the search begins after the last key.
+template <class In, class Out, std::size_t N>
+std::size_t findKey(const std::array<JsonField<In, Out>, N>& fields, const char* raw, std::size_t likely) noexcept {
+  const auto matches = [raw](std::string_view key) {
     return std::memcmp(raw, key.data(), key.size()) == 0 && raw[key.size()] == '"';
   };
-  if (likely < N && stands(fields[likely].key)) return likely;
+  if (likely < N && matches(fields[likely].key)) return likely;
   std::size_t index = 0;
-  while (index < N && !stands(fields[index].key)) ++index;
+  while (index < N && !matches(fields[index].key)) ++index;
   return index;
 }
 
-template <class Record, std::size_t N>
-void JsonReader::readFields(Object object, const std::array<JsonField<Record>, N>& fields, Record& out) {
+template <class In, class Out, std::size_t N>
+void JsonReader::readFields(Object object, const std::array<JsonField<In, Out>, N>& fields, In& to) {
   static_assert(N <= 32, "one bit for each key");
   const Container container(*this);
   const std::size_t firstUnknown = unknownKeys_.size();
@@ -154,7 +157,7 @@ void JsonReader::readFields(Object object, const std::array<JsonField<Record>, N
     simdjson::ondemand::field& field = taken(next);
     std::size_t index = findKey(fields, field.key().raw(), likely);
     if (index == N) [[unlikely]] {
-      const std::string_view key = unescapedKey(field);  // may be a known one that is written with escapes
+      const std::string_view key = unescapedKey(field);  // may be a known key written with escapes
       index = 0;
       while (index < N && fields[index].key != key) ++index;
       if (index == N) {
@@ -166,10 +169,10 @@ void JsonReader::readFields(Object object, const std::array<JsonField<Record>, N
     }
     place_.at(fields[index].key);
     const std::uint32_t bit = std::uint32_t{1} << index;
-    if ((seen & bit) != 0) refuse("a key that stands once");
+    if ((seen & bit) != 0) refuseDuplicateKey();
     seen |= bit;
     likely = index + 1;
-    fields[index].read(*this, field.value(), out);
+    fields[index].read(*this, field.value(), to);
   }
   for (std::size_t i = 0; i < N; ++i) {
     if (!fields[i].required || (seen >> i & 1) != 0) continue;

@@ -74,7 +74,7 @@ void JsonWriter::startValue(std::string_view key) {
   const std::size_t index = counts_[place_.depth()]++;
   if (place_.depth() == 0) return;
   if (index != 0) buffer_ += ',';
-  if (place_.depth() <= 2) buffer_ += '\n';  // a line for each figure of the program and for each detail
+  if (place_.depth() <= 2) buffer_ += '\n';  // a line for each value of the program and for each detail
   if (key.empty()) {
     place_.at(index);
     return;

@@ -13,15 +13,15 @@
 
 namespace kelvar_platform {
 
-/// Writes one JSON file value by value. Throws a ReadError where the disk refuses, and where a value is none that our
-/// reader takes; both under the name that the file is going to have.
+/// Writes one JSON file value by value. Throws a ReadError if writing fails or if a value could not be read back; it
+/// names the file by its final name.
 class JsonWriter {
  public:
-  /// Writes to `path`, which must not be there yet, what will stand at `name`.
+  /// Writes to `path`, which must not exist; the file will be renamed to `name`.
   JsonWriter(std::string path, std::string name);
   /// Removes a file that was not closed.
   ~JsonWriter();
-  JsonWriter(const JsonWriter&) = delete;  // owns what is on the disk
+  JsonWriter(const JsonWriter&) = delete;  // owns the file
   JsonWriter& operator=(const JsonWriter&) = delete;
 
   /// A key is empty for the outermost object and for an element of a list.
@@ -43,7 +43,7 @@ class JsonWriter {
     endList();
   }
 
-  /// Ends the file and sees to it that it is on the disk.
+  /// Ends the file and flushes it to the disk.
   void close();
 
  private:

@@ -11,13 +11,14 @@
 
 namespace kelvar_platform {
 
-/// The paths that one reader has met. To ask the process for a path takes a lock, which readers on several threads
-/// would pass to and fro at every value; and what is read in between drives from the cache what finding it has to look
-/// at. So the texts stand here once more, each beside its path.
+/// A reader's own cache of paths. Looking a path up in the process-wide pool takes a lock, which readers on several
+/// threads would contend for at every value, and touches memory that the reading evicts from the cache. So the texts
+/// are copied here, each beside its path.
 class KnownPaths {
  public:
   [[nodiscard]] toolbelt::path_t of(std::string_view text) {
-    if (last_ != nullptr && last_->first.view() == text) return last_->second;  // neighbours mostly lie in one file
+    if (last_ != nullptr && last_->first.view() == text)
+      return last_->second;  // neighbours are mostly in the same file
     if (text.size() > Text::kCapacity) return text;
     auto known = paths_.find(text);
     if (known == paths_.end()) known = paths_.emplace(Text(text), text).first;
@@ -26,7 +27,7 @@ class KnownPaths {
   }
 
  private:
-  /// Fills two cache lines with its path.
+  /// With its path, two cache lines.
   struct Text {
     static constexpr std::size_t kCapacity = 119;
     explicit Text(std::string_view text) noexcept : size(static_cast<std::uint8_t>(text.size())) {
@@ -51,7 +52,7 @@ class KnownPaths {
   static_assert(sizeof(Paths::value_type) == 128);
 
   Paths paths_;
-  const Paths::value_type* last_ = nullptr;  ///< until another one is added
+  const Paths::value_type* last_ = nullptr;  ///< valid until the next insertion
 };
 
 }  // namespace kelvar_platform

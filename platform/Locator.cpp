@@ -1,4 +1,3 @@
-#include <bit>
 #include <type_traits>
 
 #include "sitenotes.h"
@@ -6,15 +5,6 @@
 namespace sitenotes {
 
 static_assert(std::is_trivially_copyable_v<locator_t> && sizeof(locator_t) == 16, "copied in every comparison");
-
-namespace {
-
-/// Whether two paths have one text. Neighbours of a sorted list mostly do, and no call is made for them.
-bool isSame(const toolbelt::path_t& a, const toolbelt::path_t& b) noexcept {
-  return std::bit_cast<const void*>(a) == std::bit_cast<const void*>(b);  // a text is kept once
-}
-
-}  // namespace
 
 locator_t::locator_t(const toolbelt::path_t& file, int line, int column) noexcept
     : file_(file), line_(line), column_(column) {}
@@ -36,8 +26,8 @@ int locator_t::get_column() const noexcept {
 }
 
 int locator_t::display_order(const locator_t& other) const noexcept {
-  const bool haveSameFile = isSame(file_, other.file_);
-  if (!haveSameFile) {
+  const bool haveSameFile = file_ == other.file_;
+  if (!haveSameFile) {  // neighbours in a sorted list mostly have the same file: no call for them
     if (const int order = file_.compare_leaf(other.file_); order != 0) return order;
   }
   if (line_ != other.line_) return line_ < other.line_ ? -1 : 1;

@@ -19,8 +19,8 @@ static_assert(std::is_trivially_copyable_v<path_t> && sizeof(path_t) == sizeof(v
 
 namespace {
 
-/// How a text begins, as numbers that order as its bytes do. A shorter text is filled up with zero bytes, so two texts
-/// that begin alike may still differ.
+/// The first bytes of a text, as numbers that compare as the bytes do. Shorter texts are padded with zero bytes, so
+/// texts with equal beginnings may still differ.
 using Beginning = std::array<std::uint64_t, 3>;
 
 Beginning beginningOf(std::string_view text) noexcept {
@@ -40,8 +40,8 @@ int signOf(int order) noexcept {
 
 }  // namespace
 
-/// What the process knows of one text. Stays where it is and never goes, since paths may outlive everything else.
-/// What a comparison reads comes first and lies in one cache line, all of most leaves too.
+/// One interned text. Never moved or freed, since paths may outlive everything else. The members that a comparison
+/// reads are in the first cache line, with the beginning of the leaf.
 struct alignas(64) path_t::Entry {
   /// `interned` is the entry of this path's leaf; null for a path that is its own leaf.
   Entry(std::string_view path, const Entry* interned)
@@ -59,7 +59,7 @@ struct alignas(64) path_t::Entry {
 
 namespace {
 
-/// Every text that a path was ever made of. Readers share it: most paths are known already.
+/// Every text that a path was ever made of. Lookups share the lock: most texts are already in the pool.
 template <class Entry>
 class Pool {
  public:
@@ -69,7 +69,7 @@ class Pool {
     return known == entries_.end() ? nullptr : known->second.get();
   }
 
-  /// The entry of a text, with `leaf` for its leaf where it is new. Another thread may have added it meanwhile.
+  /// The entry of a text, with `leaf` as its leaf if it is new. Another thread may have added it meanwhile.
   const Entry* add(std::string_view text, const Entry* leaf) {
     auto entry = std::make_unique<const Entry>(text, leaf);
     const std::string_view key = entry->text;
@@ -85,7 +85,7 @@ class Pool {
 }  // namespace
 
 const path_t::Entry* path_t::Entry::empty() noexcept {
-  // Built in place: it needs no memory that could be missing, and is there while other static objects go.
+  // Built in static storage: it cannot fail to allocate, and outlives the destruction of other static objects.
   alignas(Entry) static std::byte room[sizeof(Entry)];
   static const Entry* const entry = ::new (room) Entry({}, nullptr);
   return entry;
@@ -116,7 +116,7 @@ bool path_t::empty() const noexcept {
 }
 
 int path_t::compare_leaf(const path_t& other) const noexcept {
-  if (entry_ == other.entry_) return 0;  // neighbours mostly are: no need to look at what may not be in the cache
+  if (entry_ == other.entry_) return 0;  // often equal in sorted lists; the entries may not be in the cache
   const Entry& a = *entry_;
   const Entry& b = *other.entry_;
   if (a.leaf == b.leaf) return 0;

@@ -14,7 +14,7 @@ namespace kelvar_platform {
 
 namespace {
 
-// The thread sanitizer keeps books on all memory that was ever asked for, used or not.
+// The thread sanitizer keeps shadow memory for all memory that was ever mapped, used or not.
 #if defined(__SANITIZE_THREAD__)
 constexpr bool kKeepsBooks = true;
 #elif defined(__has_feature)
@@ -29,16 +29,16 @@ constexpr bool kKeepsBooks = false;
 
 #ifdef __GLIBC__
 
-/// What a large list leaves is the next one's: pages that the kernel has cleared once need not be cleared again. By
-/// itself the allocator gives each large block back to the kernel, and the end of its heap. Answers whether it agrees:
-/// one that stands in for it, as those of sanitizers do, has no such heap.
+/// Keeps freed memory in the heap, so that pages which the kernel has cleared once are reused. By default the allocator
+/// returns each large block and the end of its heap to the kernel. False if the allocator has no such settings, as
+/// those of sanitizers.
 bool keepFreedMemory() noexcept {
   constexpr int kNone = -1;  // larger than any block
   const bool agrees = ::mallopt(M_MMAP_THRESHOLD, kNone) != 0;
   return ::mallopt(M_TRIM_THRESHOLD, kNone) != 0 && agrees;
 }
 
-/// How far the heap may grow into huge pages: no further than leaves most of what there is to all else.
+/// How far the heap may use huge pages: most of the memory is left to everything else.
 std::size_t roomForHugePages() noexcept {
   constexpr std::size_t kShare = 4;
   std::size_t room = std::size_t{4} << 30;
@@ -58,8 +58,8 @@ struct Free {
   void operator()(void* memory) const noexcept { ::operator delete(memory); }
 };
 
-/// The kernel clears a huge page at once, and takes it back at once, where each of its small ones would cost a fault of
-/// its own. It is told so of addresses that the heap is going to grow into: no memory is taken for them before.
+/// The kernel clears and frees a huge page at once; small pages cost a page fault each. The advice covers addresses
+/// that the heap will grow into and takes no memory for them yet.
 void askForHugePages() noexcept {
   constexpr std::size_t kHugePage = std::size_t{2} << 20;
   std::size_t size = roomForHugePages();

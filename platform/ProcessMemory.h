@@ -4,9 +4,9 @@
 
 namespace kelvar_platform {
 
-/// Sets the process' allocator up for lists of a million entries, which come and go. For programs, before their first
-/// thread and before they say what is to happen without memory; a library leaves this to who uses it. Where the
-/// allocator or the kernel has no part in it, nothing changes.
+/// Tunes the process' allocator for lists of a million entries. Called by programs, before their first thread starts
+/// and before they set a new-handler; not by libraries. Has no effect if the allocator or the kernel does not support
+/// it.
 PLATFORM_EXPORT void expectLargeLists() noexcept;
 
 }  // namespace kelvar_platform

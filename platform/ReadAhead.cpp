@@ -7,13 +7,14 @@
 #include <system_error>
 #include <utility>
 
+#include "CollectionFile.h"
 #include "CollectionReader.h"
 
 namespace kelvar_platform {
 
 namespace {
 
-/// A smaller file is read while a thread would still be starting.
+/// Reading a smaller file takes less time than starting a thread.
 constexpr std::uintmax_t kWorthAThread = std::uintmax_t{1} << 20;
 
 bool isWorthAThread(const std::string& file) {
@@ -31,14 +32,14 @@ struct ReadAhead::Impl {
     const auto asked = std::find(next, results.end(), result);
     if (asked == results.end()) return nullptr;
     std::future<std::unique_ptr<Collection>> read = std::move(reading);
-    if (read.valid()) read.wait();  // the next one is read in the same memory
+    if (read.valid()) read.wait();  // the next one reuses its memory
     const bool isOfAsked = read.valid() && asked == next;
     next = asked + 1;
     readNext();
     return isOfAsked ? read.get() : nullptr;
   }
 
-  /// Begins to read what will be asked for next.
+  /// Starts to read the next collection.
   void readNext() {
     if (next == results.end()) return reader.reset();
     if (!isWorthAThread(collectionFile(*next))) return;
@@ -46,19 +47,19 @@ struct ReadAhead::Impl {
     try {
       reading = std::async(std::launch::async, [this, &result = *next] { return reader->read(result); });
     } catch (const std::system_error&) {
-      reading = {};  // load reads, as it does without this
+      reading = {};  // load will read it
     }
   }
 
   const std::vector<std::string> results;
   std::vector<std::string>::const_iterator next;
-  std::optional<CollectionReader> reader;            ///< of the other thread, while there is one
-  std::future<std::unique_ptr<Collection>> reading;  ///< of `next`; waits for the thread when it goes
+  std::optional<CollectionReader> reader;            ///< used by the other thread while it runs
+  std::future<std::unique_ptr<Collection>> reading;  ///< of `next`; its destructor waits for the thread
 };
 
 namespace {
 
-/// Each thread has its own, as it has its own refusals.
+/// One for each thread, as refusals are.
 thread_local ReadAhead* ofThisThread = nullptr;
 
 }  // namespace

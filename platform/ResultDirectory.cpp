@@ -2,30 +2,12 @@
 #include <utility>
 
 #include "Diagnosis.h"
-#include "JsonFields.h"
-#include "ResultRecords.h"
+#include "RunFile.h"
 #include "resdir.h"
 
 namespace kelvar_platform {
 
 namespace {
-
-using namespace json;
-
-constexpr std::array<JsonField<RunRecord>, 12> kRunFields{{
-    {"formatVersion", formatVersion<RunRecord>, true},
-    {"hostName", text<&RunRecord::hostName>},
-    {"operatingSystem", text<&RunRecord::operatingSystem>},
-    {"collectionStartTime", unsigned64<&RunRecord::collectionStartTime>},
-    {"collectionEndTime", unsigned64<&RunRecord::collectionEndTime>},
-    {"finalizationStartTime", unsigned64<&RunRecord::finalizationStartTime>},
-    {"finalizationEndTime", unsigned64<&RunRecord::finalizationEndTime>},
-    {"cpuCount", integerUpTo<&RunRecord::cpuCount, std::numeric_limits<std::int32_t>::max()>},
-    {"cpuFrequency", unsigned64<&RunRecord::cpuFrequency>},
-    {"applicationLog", text<&RunRecord::applicationLog>},
-    {"collectorLog", text<&RunRecord::collectorLog>},
-    {"commandLog", text<&RunRecord::commandLog>},
-}};
 
 const char* textOrNull(const std::optional<std::string>& text) noexcept {
   return text ? text->c_str() : nullptr;
@@ -34,9 +16,7 @@ const char* textOrNull(const std::optional<std::string>& text) noexcept {
 class ResultDirectory final : public resdir::IResultDirectory {
  public:
   /// Throws a ReadError where the directory's result.json does not fit.
-  explicit ResultDirectory(const std::string& path) : path_(path) {
-    JsonReader().readDocument(path + "/result.json", kRunFields, run_);
-  }
+  explicit ResultDirectory(const std::string& path) : path_(path), run_(readRunFile(path + "/result.json")) {}
 
   const char* hostName() override { return textOrNull(run_.hostName); }
   const char* operatingSystem(int) override { return textOrNull(run_.operatingSystem); }

@@ -7,7 +7,7 @@
 
 namespace kelvar_platform {
 
-/// What a collection calls its kind, by SummaryDataKind.
+/// The names of `dataKind` in a collection, by SummaryDataKind.
 inline constexpr std::array<std::string_view, digestio::kSummaryDataKindCount> kDataKindNames{
     "survey", "surveyvectorization", "suitability", "dependencies", "map"};
 

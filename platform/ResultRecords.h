@@ -7,10 +7,10 @@
 
 #include "digestio.h"
 
-/// What stands in a result on disk, as plain values: one struct for each object of its files.
+/// The contents of a result on disk as plain values: one struct for each object of its files.
 namespace kelvar_platform {
 
-/// The run: when, where, on what. A text that is not known is left out; a log that has no name is where it always is.
+/// The run: when, where and on what it was collected. Unknown texts are left out; logs have default names.
 struct RunRecord {
   std::optional<std::string> hostName = {};
   std::optional<std::string> operatingSystem = {};
@@ -25,14 +25,14 @@ struct RunRecord {
   std::string commandLog = "command.log";
 };
 
-/// What an analysis says of the program as a whole.
+/// What an analysis reports for the whole program.
 struct ProgramRecord {
   digestio::SummaryDataKind dataKind = digestio::kSurvey;
   std::int32_t processors = 0;
   std::int32_t kovaThreads = 0;
-  std::int32_t threadingParadigm = 7;  ///< 7: none is known
-  std::int32_t targetSystem = 3;       ///< 3: none is stated
-  double programMaxGain = 0.0;         ///< 0.0: none is known
+  std::int32_t threadingParadigm = 7;  ///< 7 if none is known
+  std::int32_t targetSystem = 3;       ///< 3 if none is stated
+  double programMaxGain = 0.0;         ///< 0.0 if none is known
 };
 
 struct SurveyRecord {
@@ -66,7 +66,7 @@ struct MapRecord {
   std::array<std::int64_t, 3> strides{};
 };
 
-/// What an analysis says of one source site. Doubles are finite, texts are UTF-8.
+/// What an analysis reports for one source site. Doubles are finite, texts are UTF-8.
 struct DetailRecord {
   digestio::SummaryDetailKind detailKind = digestio::kAnnotatedSite;
   std::int32_t annotationKind = 0;  ///< 0 to 18

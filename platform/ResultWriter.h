@@ -9,17 +9,17 @@
 
 namespace kelvar_platform {
 
-/// Writes a result directory detail by detail. It grows under a name of its own beside its place and takes that place
-/// in finish(): until then a reader sees what stood there before, and without finish() that stays.
+/// Writes a result directory detail by detail. It is written under a temporary name beside its final one, and renamed
+/// in finish(): until then readers see the old result, and without finish() it stays.
 ///
-/// What stands in the place is replaced as a whole, sub-result and logs included, since they belong to another run;
-/// it must be a result directory, an empty one, or nothing. Missing folders above it are made.
+/// An existing result is replaced as a whole, with its sub-result and logs, since they belong to another run. The path
+/// must be a result directory, an empty directory or nothing. Missing parent folders are created.
 ///
-/// Every operation throws a ReadError where the disk refuses, or where a value could not be read back: the place is
-/// then named as the reader would name it (`details[3].survey.cpuTime`). After one, the writer can only go.
+/// Every operation throws a ReadError if writing fails or if a value could not be read back; it names the place as the
+/// reader would (`details[3].survey.cpuTime`). After that, the writer can only be destroyed.
 class PLATFORM_EXPORT ResultWriter {
  public:
-  /// Without `run` there is no result.json: so it is in a sub-result, `RESULT/surveyvectorization`.
+  /// Without `run` no result.json is written, as in a sub-result, `RESULT/surveyvectorization`.
   ResultWriter(const std::filesystem::path& directory, const std::optional<RunRecord>& run,
                const ProgramRecord& program);
   /// Removes what was not finished.
@@ -28,7 +28,7 @@ class PLATFORM_EXPORT ResultWriter {
   ResultWriter& operator=(ResultWriter&&) noexcept;
 
   void add(const DetailRecord& detail);
-  /// Puts the result in its place. Called once, at the end.
+  /// Renames the result to its final name. Called once, at the end.
   void finish();
 
  private:
@@ -36,7 +36,7 @@ class PLATFORM_EXPORT ResultWriter {
   std::unique_ptr<Output> output_;
 };
 
-/// Writes `directory`/result.json alone, replacing the one before: for a directory that only carries a sub-result.
+/// Writes `directory`/result.json alone, replacing an existing one: for a directory that holds a sub-result only.
 /// Throws a ReadError as ResultWriter does.
 PLATFORM_EXPORT void writeRun(const std::filesystem::path& directory, const RunRecord& run);
 

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Never changes: another database is another scanner, so a reader on another thread sees the one or the other.
+/// Immutable: installing another database makes another scanner, so that other threads see one or the other.
 class Scanner final : public sitenotes::scanner_t {
  public:
   explicit Scanner(boost::shared_ptr<sitenotes::database_t> database) : database_(std::move(database)) {}

@@ -13,7 +13,7 @@ namespace kelvar_platform {
 
 namespace {
 
-/// How long a writer's transaction may keep the file from us.
+/// How long to wait for another writer's transaction.
 constexpr int kBusyMilliseconds = 2000;
 
 struct Expectation {
@@ -21,23 +21,23 @@ struct Expectation {
   const char* expected;
 };
 
-/// Extended results stand before their primary ones: the first that fits is said.
+/// Extended results come before their primary ones: the first match is used.
 constexpr Expectation kExpectations[] = {
     {SQLITE_READONLY_ROLLBACK, "a database whose last edit was finished"},
-    {SQLITE_READONLY_DIRECTORY, "a folder that can be written, for what stands beside the database"},
-    {SQLITE_READONLY_CANTINIT, "a folder that can be written, for what stands beside the database"},
+    {SQLITE_READONLY_DIRECTORY, "a folder that can be written, for the database's journal"},
+    {SQLITE_READONLY_CANTINIT, "a folder that can be written, for the database's journal"},
     {SQLITE_NOTADB, "an SQLite 3 database"},
     {SQLITE_CORRUPT, "an undamaged database"},
-    // Said of tables of absurd sizes too, which a damaged file claims to have: that is no matter of the process.
+    // Also the result for absurd table sizes in a damaged file, so it does not mean that the process is out of memory.
     {SQLITE_NOMEM, "a database that fits into memory"},
-    {SQLITE_BUSY, "a database that nobody keeps locked"},
-    {SQLITE_LOCKED, "a database that nobody keeps locked"},
+    {SQLITE_BUSY, "a database that is not locked"},
+    {SQLITE_LOCKED, "a database that is not locked"},
     {SQLITE_PERM, "a file that may be opened"},
     {SQLITE_AUTH, "a file that may be opened"},
     {SQLITE_CANTOPEN, "a file that can be opened"},
     {SQLITE_READONLY, "a file that can be written"},
     {SQLITE_FULL, "room for the edit"},
-    {SQLITE_TOOBIG, "texts of a size that SQLite can keep"},
+    {SQLITE_TOOBIG, "texts that SQLite can store"},
     {SQLITE_IOERR, "a file that can be read and written"},
 };
 
@@ -48,7 +48,7 @@ const char* expectationOf(int extended) {
   return "the tables of an annotation database";
 }
 
-/// SQLite would wait at a pipe, and of a directory it only says that it cannot be opened.
+/// SQLite would block on a pipe, and reports of a directory only that it cannot be opened.
 void requireFile(const std::string& path, Connection::Access access) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(path, error);
@@ -60,8 +60,8 @@ void requireFile(const std::string& path, Connection::Access access) {
   if (!std::filesystem::is_regular_file(status)) throw ReadError({path, "", "a regular file"});
 }
 
-/// Of a path that is too long SQLite says only that the file cannot be opened. It counts what symbolic links lead to,
-/// and wants room for the name of the journal beside the file.
+/// For a path that is too long, SQLite reports only that the file cannot be opened. Its limit applies to the resolved
+/// path with the suffix of the journal.
 void requirePathThatFits(const std::string& path) {
   constexpr std::string_view kJournal = "-journal";
   const auto most = static_cast<std::size_t>(sqlite3_vfs_find(nullptr)->mxPathname) - kJournal.size();
@@ -80,13 +80,13 @@ constexpr int flagsOf(Connection::Access access) {
   return kAlways | SQLITE_OPEN_READWRITE | (access == Connection::Access::create ? SQLITE_OPEN_CREATE : 0);
 }
 
-/// The file may come from anyone: what it says is data, and runs nothing.
+/// The file is untrusted: no code in it is run.
 void distrust(sqlite3* database) {
   sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   sqlite3_db_config(database, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
   sqlite3_db_config(database, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
-  // A missing column would else be read as a text with its name.
+  // Otherwise a missing column would be read as a text with its name.
   sqlite3_db_config(database, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
 }
 
@@ -96,13 +96,13 @@ Connection::Connection(std::string path, Access access) : path_(std::move(path))
   requireFile(path_, access);
   sqlite3* database = nullptr;
   const int result = sqlite3_open_v2(absolutePath(path_).c_str(), &database, flagsOf(access), nullptr);
-  database_.reset(database);  // to be closed even where it did not open
+  database_.reset(database);  // must be closed even if opening failed
   if (result != SQLITE_OK) {
     requirePathThatFits(path_);
-    // SQLite then tries to open for reading what is not there, and says so instead of why it could not be made.
+    // SQLite then retries read-only, and reports that failure instead of why the file could not be created.
     std::error_code ignored;
     const bool missing = !std::filesystem::exists(path_, ignored);
-    if (access == Access::create && missing) refuse("", "a folder where a file can be made");
+    if (access == Access::create && missing) refuse("", "a folder in which a file can be created");
     fail("");
   }
   sqlite3_busy_timeout(database, kBusyMilliseconds);
@@ -117,7 +117,7 @@ void Connection::requireWholePages() const {
       file->pMethods == nullptr || file->pMethods->xFileSize(file, &size) != SQLITE_OK) {
     refuse("", "a file whose size can be read");
   }
-  if (size % number("PRAGMA page_size") != 0) refuse("byte " + std::to_string(size), "the rest of a page");
+  if (size % number("PRAGMA page_size") != 0) refuse("byte " + std::to_string(size), "a complete page");
 }
 
 void Connection::fail(const std::string& place) const {
@@ -180,7 +180,7 @@ Transaction::Transaction(const Connection& connection, Kind kind) : connection_(
 }
 
 Transaction::~Transaction() {
-  // Where SQLite has rolled back on its own, there is nothing left to end.
+  // SQLite may have rolled back already.
   if (open_) sqlite3_exec(connection_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 

@@ -26,7 +26,7 @@ class Connection {
   [[nodiscard]] sqlite3* handle() const noexcept { return database_.get(); }
 
   void run(const char* sql, const std::string& place = {}) const;
-  /// The first value of the first row; 0 where there is none.
+  /// The first value of the first row; 0 if there is none.
   [[nodiscard]] std::int64_t number(const char* sql, const std::string& place = {}) const;
 
   /// Throws where the file ends within a page: SQLite would read zeros for what was cut off. To be asked within a
@@ -50,7 +50,7 @@ class Connection {
 /// A prepared statement. Parameters count from 1, columns from 0.
 class Statement {
  public:
-  /// `place` stands in every refusal that this statement runs into.
+  /// `place` is named in every refusal of this statement.
   Statement(const Connection& connection, std::string_view sql, std::string place = {});
 
   void bind(int parameter, std::int64_t value);
@@ -59,9 +59,9 @@ class Statement {
   /// Whether there is another row.
   [[nodiscard]] bool step();
 
-  /// SQLITE_INTEGER, SQLITE_TEXT and so on. To be asked before the value is.
+  /// SQLITE_INTEGER, SQLITE_TEXT and so on. Must be called before the value is read.
   [[nodiscard]] int type(int column) const noexcept { return sqlite3_column_type(statement_.get(), column); }
-  /// The integer of a column; none where it holds anything else. Finds the column once for both questions.
+  /// The integer of a column, or nothing if it holds another type. Looks the column up once.
   [[nodiscard]] std::optional<std::int64_t> ifInteger(int column) const noexcept {
     sqlite3_value* const value = sqlite3_column_value(statement_.get(), column);
     if (sqlite3_value_type(value) != SQLITE_INTEGER) return std::nullopt;
@@ -94,7 +94,7 @@ class Transaction {
 
   Transaction(const Connection& connection, Kind kind);
   ~Transaction();
-  Transaction(const Transaction&) = delete;  // it ends once
+  Transaction(const Transaction&) = delete;  // it ends only once
   Transaction& operator=(const Transaction&) = delete;
 
   void commit();

@@ -33,7 +33,7 @@ std::error_code lastError() {
   return {errno, std::generic_category()};
 }
 
-/// What a result directory holds. A folder that holds anything else may be somebody's home, and is not replaced.
+/// The entries of a result directory. A folder with anything else in it is not ours, and is not replaced.
 void requireResult(const fs::path& directory) {
   constexpr std::array<std::string_view, 7> kNames{"result.json",   "collection.json", "application.log",
                                                    "collector.log", "command.log",     "surveyvectorization",
@@ -43,7 +43,7 @@ void requireResult(const fs::path& directory) {
        entry.increment(error)) {
     const std::string name = entry->path().filename().string();
     if (std::find(kNames.begin(), kNames.end(), name) == kNames.end()) {
-      refuse(directory, "a result directory, which " + name + " does not belong to");
+      refuse(directory, "a result directory; " + name + " does not belong in one");
     }
     if (entry->symlink_status(error).type() == fs::file_type::directory) requireResult(entry->path());
   }
@@ -71,7 +71,7 @@ fs::path makeBeside(const fs::path& target) {
     const std::string suffix = '.' + std::to_string(::getpid()) + '.' + std::to_string(count++);
     fs::path beside = target.parent_path() / ('.' + target.filename().string() + suffix);
     if (::mkdir(beside.c_str(), 0777) == 0) return beside;
-    if (errno != EEXIST) refuse(target, "a folder that can be made", lastError());
+    if (errno != EEXIST) refuse(target, "a folder that can be created", lastError());
   }
 }
 
@@ -80,7 +80,7 @@ fs::path makeBeside(const fs::path& target) {
 void makeDirectories(const fs::path& directory) {
   std::error_code error;
   fs::create_directories(directory, error);
-  if (error) refuse(directory, "a folder that can be made", error);
+  if (error) refuse(directory, "a folder that can be created", error);
 }
 
 void moveInto(const fs::path& from, const fs::path& to) {
@@ -99,7 +99,7 @@ StagedDirectory::StagedDirectory(const fs::path& target) : target_(named(target)
 }
 
 StagedDirectory::~StagedDirectory() {
-  std::error_code ignored;  // what cannot be removed stays under its hidden name
+  std::error_code ignored;  // a folder that cannot be removed stays under its hidden name
   fs::remove_all(staged_, ignored);
 }
 

@@ -4,21 +4,21 @@
 
 namespace kelvar_platform {
 
-/// A result directory in the making: beside its place, under a hidden name, until it is installed. What is not
-/// installed goes with this object. Every operation throws a ReadError where the disk refuses.
+/// A result directory that is being written: under a hidden name beside its final one, until it is installed. If it is
+/// not installed, the destructor removes it. Every operation throws a ReadError if the file system refuses.
 class StagedDirectory {
  public:
-  /// Makes the folders above `target` as well. Refuses a place where something else than a result directory stands.
+  /// Creates missing parent folders of `target`. Refuses a `target` that exists and is not a result directory.
   explicit StagedDirectory(const std::filesystem::path& target);
   ~StagedDirectory();
-  StagedDirectory(const StagedDirectory&) = delete;  // owns what is on the disk
+  StagedDirectory(const StagedDirectory&) = delete;  // owns the folder
   StagedDirectory& operator=(const StagedDirectory&) = delete;
 
   /// Where to write.
   [[nodiscard]] const std::filesystem::path& path() const noexcept { return staged_; }
-  /// Where it is going to stand.
+  /// The final path.
   [[nodiscard]] const std::filesystem::path& target() const noexcept { return target_; }
-  /// Takes the place: in one step where the file system can exchange two names, else with a moment between.
+  /// Moves the folder to its final path: atomically if the file system can exchange two names, else with a short gap.
   void install();
 
  private:
@@ -28,9 +28,9 @@ class StagedDirectory {
   std::filesystem::path staged_;
 };
 
-/// Makes a folder and those above it. Throws a ReadError where that fails.
+/// Creates a folder and its parents. Throws a ReadError if that fails.
 void makeDirectories(const std::filesystem::path& directory);
-/// Renames a file over another. Throws a ReadError where that fails, and removes `from` then.
+/// Renames a file over another. If that fails, removes `from` and throws a ReadError.
 void moveInto(const std::filesystem::path& from, const std::filesystem::path& to);
 
 }  // namespace kelvar_platform

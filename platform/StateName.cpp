@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 fs::path absolutePath(const std::string& path) {
   std::error_code error;
   fs::path whole = fs::absolute(path, error);
-  if (error) throw ReadError({path, "", "a working directory to find it from (" + error.message() + ")"});
+  if (error) throw ReadError({path, "", "a working directory (" + error.message() + ")"});
   whole = whole.lexically_normal();
   return whole.has_filename() || !whole.has_relative_path() ? whole : whole.parent_path();
 }

@@ -5,11 +5,10 @@
 
 namespace kelvar_platform {
 
-/// Whether all of `text` is UTF-8, zero bytes included. Asked for every text of every row, so short plain ones are
-/// cheap.
+/// Whether all of `text` is UTF-8; zero bytes are allowed. Called for every text of every row, so short ASCII is fast.
 [[nodiscard]] bool isUtf8(std::string_view text) noexcept;
 
-/// The bytes of the character that `text` begins with; 0 where it begins with none.
+/// The size in bytes of the first character of `text`; 0 if it does not begin with one.
 [[nodiscard]] std::size_t characterSize(std::string_view text) noexcept;
 
 }  // namespace kelvar_platform

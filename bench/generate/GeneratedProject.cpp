@@ -11,8 +11,8 @@ namespace {
 using Annotation = sitenotes::annotation_t;
 using Kind = Annotation::kind_t;
 
-/// The annotations of one region, top to bottom. No kind meets itself, inside or where two regions meet, in either
-/// order of the last line of one and the first of the next.
+/// The annotations of one region, top to bottom. No two neighbours have the same kind, also across regions, whichever
+/// of the last line of one and the first of the next comes first.
 using Region = std::array<Kind, 4>;
 constexpr std::array<Region, 5> kRegions{{
     {Annotation::parallel, Annotation::taskloop, Annotation::barrier, Annotation::end_parallel},
@@ -29,7 +29,7 @@ constexpr std::array kWords{"solver",  "pressure",        "advect", "assemble_ma
                             "project", "restrict_coarse", "flux",   "limiter",         "norm",   "gather_particles"};
 constexpr std::uint32_t kWordCount = kWords.size();
 
-/// Places of hot spots and loops are apart from those of annotations by their columns.
+/// Hot spots and loops have other columns than annotations, so that places are distinct.
 constexpr int kLoopColumn = 40;
 
 std::string leafName(std::size_t number) {
@@ -60,10 +60,10 @@ void GeneratedProject::annotate(std::size_t sites) {
     int line = 20;
     const std::size_t end = std::min(edits_.size() + kSitesPerLeaf * directories, sites);
     for (; edits_.size() < end; ++region) {
-      // Now and then a task bears the label of the task loop before it: twins, which fold.
+      // Some tasks have the label of the task loop before them: label twins, which fold.
       const std::uint32_t label = region % 50 == 1 ? region - 1 : region;
       const std::uint32_t file = firstFile + region % directories;
-      if (directories > 1 && chance(0.3)) line -= 5;  // two files of one name may be annotated on one line
+      if (directories > 1 && chance(0.3)) line -= 5;  // files with the same leaf may be annotated on the same line
       for (const Kind kind : kRegions[region % kRegions.size()]) {
         if (edits_.size() == end) break;
         line += 1 + static_cast<int>(below(6));
@@ -74,8 +74,7 @@ void GeneratedProject::annotate(std::size_t sites) {
   }
 }
 
-/// A project that is worked on: the analyses saw all but the newest sites, and a tenth of what they saw is no longer as
-/// it was.
+/// A project under development: the analyses saw all but the newest sites, and a tenth of those have changed since.
 void GeneratedProject::editSince() {
   const std::size_t sites = edits_.size();
   recorded_ = sites - sites / 50;
@@ -133,7 +132,7 @@ void GeneratedProject::addLoops(digestio::SummaryDataKind kind, double share, di
 }
 
 Detail GeneratedProject::measured() {
-  // Times crowd near zero, in whole microseconds; gains go up to some dozens.
+  // Most times are near zero, in whole microseconds; gains are below 100.
   const double share = static_cast<double>(below(1'000'000)) / 1e6;
   const double micros = static_cast<double>(static_cast<std::int64_t>(share * share * share * 9e7) + 1);
   Detail detail;

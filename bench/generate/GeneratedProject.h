@@ -29,7 +29,7 @@ struct Edit {
   Place place;
 };
 
-/// What an analysis says of one place. Which of the figures count is the collection's kind to tell.
+/// What an analysis reports for one place. The collection's kind decides which values are used.
 struct Detail {
   digestio::SummaryDetailKind detailKind = digestio::kAnnotatedSite;
   sitenotes::annotation_t::kind_t annotationKind = sitenotes::annotation_t::parallel;
@@ -39,23 +39,23 @@ struct Detail {
   double totalTime = 0;
   double siteGain = 0;
   double programGain = 0;
-  std::uint32_t bits = 0;  ///< small numbers are cut from these: priority, cores, flags, errors, warnings, strides
+  std::uint32_t bits = 0;  ///< the source of the small numbers: priority, cores, flags, errors, warnings, strides
 };
 
-/// A made-up program of any size: its annotations, how they were edited after the analyses had run, and what five
-/// analyses say. The same for the same numbers, on any machine.
+/// A generated program of any size: its annotations, their edits after the analyses, and the results of five analyses.
+/// Deterministic: the same for the same arguments on any machine.
 ///
-/// Annotations stand in regions of a few lines whose kinds never repeat from one line to the next, since neighbours of
-/// one kind fold. Files hold some two hundred sites; of every two leaf names one stands in four directories.
+/// Annotations are in regions of a few lines. Consecutive lines have different kinds, since neighbours of one kind
+/// fold. Files have about two hundred sites; every second leaf name exists in four directories.
 class GeneratedProject {
  public:
   GeneratedProject(std::size_t sites, std::uint64_t seed);
 
   /// In the order of their revisions, from 1.
   [[nodiscard]] const std::vector<Edit>& edits() const noexcept { return edits_; }
-  /// The revision as of which the analyses ran: some sites came, moved and went later.
+  /// The revision at which the analyses ran: some sites were added, moved and removed later.
   [[nodiscard]] std::size_t recordedRevision() const noexcept { return recorded_; }
-  /// In the order of an analysis that does not care for places.
+  /// In random order, as an analysis may list them.
   [[nodiscard]] const std::vector<Detail>& details(digestio::SummaryDataKind kind) const { return details_[kind]; }
 
   [[nodiscard]] std::size_t files() const noexcept { return files_.size(); }

@@ -16,7 +16,7 @@ namespace {
 
 using digestio::SummaryDataKind;
 
-/// A statement for many rows. The platform's own are made for one use.
+/// A statement for many rows; the platform's statements are for one use.
 class Insertion {
  public:
   Insertion(const kelvar_platform::Connection& connection, const char* sql) : connection_(connection) {
@@ -85,7 +85,7 @@ int bitsOf(const Detail& detail, unsigned shift, unsigned count) {
 
 using kelvar_platform::DetailRecord;
 
-/// Gives a record the figures of its collection's kind.
+/// Sets the values of a record, by the collection's kind.
 constexpr kelvar_2_1_7::PerKind<void (*)(DetailRecord&, const Detail&)> kSetFigures{{
     [](DetailRecord& record, const Detail& detail) {
       record.survey = {.cpuTime = detail.selfTime, .priority = 1 + bitsOf(detail, 0, 5), .id = bitsOf(detail, 3, 100)};
@@ -159,7 +159,7 @@ std::string resultPath(SummaryDataKind kind) {
 void writeProject(const GeneratedProject& project, const std::filesystem::path& directory) {
   std::filesystem::create_directories(directory);
   writeDatabase(project, directory / "annotations.db");
-  // The survey comes before what stands inside it.
+  // The survey comes before its sub-result.
   for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) writeResult(project, kind, directory / resultPath(kind));
 }
 

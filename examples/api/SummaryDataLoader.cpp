@@ -1,4 +1,4 @@
-// The step that ends a collection: the caller's context names the results, the loader joins them.
+// The finalization step: the caller's context names the results, and the loader joins them.
 #include "kelvar/SummaryDataLoader.h"
 
 #include <iostream>
@@ -28,7 +28,7 @@ int main(int, char** argv) {
   FinishedCollection context(argv[1]);
   const auto loader = kelvar::SummaryDataLoader::Create();
   loader->DoTask(&context);
-  // The object outlives the loader for as long as someone holds it.
+  // The object is shared, and may outlive the loader.
   const boost::shared_ptr<kelvar::SummaryData> data = loader->summaryData();
   std::cout << data->num_items() << " sites, " << data->aggregateResult()->resultCount() << " results\n";
 }

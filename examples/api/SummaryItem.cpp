@@ -25,7 +25,7 @@ void print(std::ostream& out, kelvar::SummaryItem& item) {
     out << ", was seen at ";
     print(out, place);
   }
-  // A site that the survey does not know has no survey detail.
+  // A site that the survey did not report has no survey detail.
   if (const digestio::SurveyDetail* survey = item.surveyDetail()) out << ", took " << survey->cpuTime() << " s";
   if (item.summaryDataStatus(digestio::kSurvey) == kelvar::kApproximateMatchCurrent) out << ", and moved since";
   out << '\n';

@@ -1,4 +1,4 @@
-// What the runs were: the aggregate first, which answers what its results agree on, then each of them.
+// The runs: first the aggregate, which answers the values on which its results agree, then each result.
 #include "kelvar/SummaryResult.h"
 
 #include <iostream>

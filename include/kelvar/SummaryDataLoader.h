@@ -11,10 +11,10 @@
 
 namespace kelvar_2_1_7 {
 
-/// The step that ends a collection: builds a SummaryData from the results that a collector names, and keeps it.
+/// The finalization step of a collection: builds a SummaryData from the results that a collector names, and keeps it.
 class KELVAR_EXPORT SummaryDataLoader {
  public:
-  /// Where results and annotations are to be found. A path that is empty, or has nothing behind it, adds nothing.
+  /// Where the results and the annotations are. A path that is empty or has no readable result adds nothing.
   class KELVAR_EXPORT IDataFromCollector {
    public:
     virtual std::string surveyResultPath() = 0;
@@ -22,28 +22,30 @@ class KELVAR_EXPORT SummaryDataLoader {
     virtual std::string suitabilityResultPath() = 0;
     virtual std::string correctnessResultPath() = 0;
     virtual std::string mapResultPath() = 0;
+    /// Called once for the SummaryData, which is built on this first answer, and once more for each result, where the
+    /// answer is ignored. May be empty.
     virtual boost::shared_ptr<sitenotes::database_t> annotationDatabase() = 0;
     virtual ~IDataFromCollector() = default;
   };
 
-  /// What the caller runs the step in. More operations may follow in the caller's own class.
+  /// What the caller runs the step with. The caller's class may have more operations after this one.
   class KELVAR_EXPORT IFinalizeTaskContext {
    public:
-    /// Empty when there is nothing to load.
+    /// Empty if there is nothing to load.
     virtual boost::shared_ptr<IDataFromCollector> dataFromCollector() = 0;
 
    protected:
     ~IFinalizeTaskContext() = default;
   };
 
-  /// A collector that answers what it was given.
+  /// A collector that returns what it was constructed with.
   class KELVAR_EXPORT DataFromResult : public IDataFromCollector {
    public:
     /// `messenger` and `progress` are not used and may be null.
     DataFromResult(std::string surveyPath, std::string surveyVectorizationPath, std::string suitabilityPath,
                    std::string correctnessPath, std::string mapPath, boost::shared_ptr<sitenotes::database_t> database,
                    courier::IMessenger* messenger, courier::IProgress* progress);
-    /// For a program without survey data.
+    /// For a program without survey data: both survey paths are empty.
     DataFromResult(std::string suitabilityPath, std::string correctnessPath, std::string mapPath,
                    boost::shared_ptr<sitenotes::database_t> database, courier::IMessenger* messenger,
                    courier::IProgress* progress);
@@ -65,12 +67,13 @@ class KELVAR_EXPORT SummaryDataLoader {
 
   [[nodiscard]] static boost::shared_ptr<SummaryDataLoader> Create();
 
-  /// Builds a new SummaryData from the annotations that the context's collector names, keeps it in place of the one
-  /// before, and adds the five results: survey, survey vectorization, suitability, correctness, MAP. Without a
-  /// collector nothing changes. Exceptions pass through; an object that was built is kept with the results added.
+  /// Builds a new SummaryData on the collector's database, keeps it in place of the earlier one, and adds the five
+  /// results: survey, survey vectorization, suitability, correctness, MAP. Without a collector nothing changes.
+  /// `context` must not be null. Exceptions pass through: if the collector or the construction throws, the earlier
+  /// object stays; if adding a result throws, the new object stays, with the results before it.
   void DoTask(IFinalizeTaskContext* context);
 
-  /// What the last DoTask built; empty before. Holders keep it alive.
+  /// The object that the last DoTask built; empty before the first. Shared with the loader.
   [[nodiscard]] boost::shared_ptr<SummaryData> summaryData();
 
  private:

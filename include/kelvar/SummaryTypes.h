@@ -1,4 +1,4 @@
-/// The enumerations that every other header speaks in, and the mark of what the library exports.
+/// The enumerations that the other headers use, and the macro that marks what the library exports.
 #pragma once
 
 #include <cstdint>
@@ -8,40 +8,40 @@
 /// The namespace carries the version, so that two releases can live in one process.
 namespace kelvar_2_1_7 {
 
-/// How well something matches the source as it is annotated today. A greater value is a better match.
+/// How well data matches today's annotations. A greater value is a better match.
 enum SummaryDataStatus : std::int32_t {
   kNotPresent = 0,               ///< no data of the kind
-  kUnusable = 1,                 ///< kept for the suite's tools; nothing here produces it
-  kNoMatchCurrent = 2,           ///< seen by an analysis, matched no current annotation
+  kUnusable = 1,                 ///< for the suite's tools; never set by this library
+  kNoMatchCurrent = 2,           ///< analysis data that matched no current annotation
   kApproximateMatchCurrent = 3,  ///< matched a current annotation whose line has changed since
   kExactMatchCurrent = 4,        ///< matched a current annotation on the same line
   kCurrent = 5,                  ///< a current annotation itself
 };
 inline constexpr int kSummaryDataStatusCount = 6;
 
-/// The orderings of the view. Items without the value that an ordering reads stand last; figures that are no number
-/// stand behind even those. What an ordering leaves undecided is decided by place, then annotation kind, detail kind,
-/// label, handle and what the analyses say: rows that differ have one order.
+/// The orderings of the view. Items without the value that an ordering reads come last, and NaN values after them.
+/// Ties are broken by place, then annotation kind, detail kind, label, handle and the values of the analyses, so rows
+/// that differ have a fixed order.
 enum SummaryMapping : std::int32_t {
   kSortLocator = 0,                       ///< file leaf, line, column, path
   kSortKind = 1,                          ///< detail kind, then annotation kind or time
   kSortLabel = 2,                         ///< label, byte by byte
   kSortSurveyCpuTime = 3,                 ///< longest first
-  kSortSurveyPriority = 4,                ///< least number first
-  kSortSurveyId = 5,                      ///< least number first
+  kSortSurveyPriority = 4,                ///< smallest first
+  kSortSurveyId = 5,                      ///< smallest first
   kSortSurveyVectorizationSelfTime = 6,   ///< longest first, then by total time
   kSortSurveyVectorizationTotalTime = 7,  ///< longest first
-  kSortSurveyVectorizationPriority = 8,   ///< greatest number first
+  kSortSurveyVectorizationPriority = 8,   ///< greatest first
   kSortSuitabilitySelfTime = 9,           ///< longest first
   kSortSuitabilitySelfMaxGain = 10,       ///< greatest gain of the site first
   kSortSuitabilityTotalMaxGain = 11,      ///< greatest gain of the program first
   kSortCorrectnessErrors = 12,            ///< most errors first, then most warnings
-  kSortCorrectnessWarnings = 13,          ///< most warnings first, both sorts together
-  kSortGeneralKindLocator = 14,           ///< groups of like annotation kinds
+  kSortCorrectnessWarnings = 13,          ///< most warnings first, both counts added
+  kSortGeneralKindLocator = 14,           ///< by group of annotation kinds, then locator
 };
 inline constexpr int kSummaryMappingCount = 15;
 
 }  // namespace kelvar_2_1_7
 
-/// For callers that want the release they compile against.
+/// The release that the caller is compiled against.
 namespace kelvar = kelvar_2_1_7;

@@ -7,7 +7,7 @@
 
 namespace kelvar_2_1_7 {
 
-/// One slot for each analysis kind, indexed by the kind; staying inside is the caller's promise.
+/// One slot for each analysis kind, indexed by the kind, which is not checked.
 template <class T>
 struct PerKind {
   std::array<T, kAnalysisKindCount> slots;

@@ -1,4 +1,4 @@
-/// The suite's messaging library. Its pointers are accepted where an interface has them, and never used.
+/// The suite's messaging library. Interfaces take its pointers; the library never uses them.
 #pragma once
 
 namespace courier {

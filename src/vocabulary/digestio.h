@@ -1,5 +1,5 @@
-/// The suite's summary-access interfaces: what an analysis says, one detail for each source site. A suite that has
-/// its own puts its own header of this name first on the include path.
+/// The suite's summary-access interfaces: what an analysis reports, one detail for each source site. A suite that has
+/// its own header of this name puts it first on the include path.
 #pragma once
 
 // In brackets: a suite's own header of this name is taken, though ours lies beside.
@@ -20,7 +20,7 @@ enum SummaryDataKind : std::int32_t {
 };
 inline constexpr int kSummaryDataKindCount = 5;
 
-/// What sort of thing a detail describes.
+/// What a detail describes.
 enum SummaryDetailKind : std::int32_t {
   kAnnotatedSite = 0,
   kHotSpot = 1,
@@ -28,10 +28,10 @@ enum SummaryDetailKind : std::int32_t {
 };
 inline constexpr int kSummaryDetailKindCount = 3;
 
-/// Settings of the suitability analysis. Only ever named here.
+/// Settings of the suitability analysis. Declared here, never defined.
 class SuitabilityProjectOptions;
 
-/// Time that a site takes. Times are in seconds.
+/// The time that a site takes, in seconds.
 class SurveyDetail {
  public:
   virtual double cpuTime() const = 0;
@@ -42,7 +42,7 @@ class SurveyDetail {
   ~SurveyDetail() = default;
 };
 
-/// A loop's vectorization beside its times, in seconds.
+/// A loop's vectorization and its times, in seconds.
 class SurveyVectorizationDetail {
  public:
   virtual int state() const = 0;
@@ -55,12 +55,12 @@ class SurveyVectorizationDetail {
   ~SurveyVectorizationDetail() = default;
 };
 
-/// What running a site in parallel could gain, as factors; its time in seconds.
+/// What running a site in parallel could gain, as factors; the site's time in seconds.
 class SuitabilityDetail {
  public:
   virtual double selfTime() const = 0;
   virtual int cores() const = 0;
-  virtual std::uint32_t flags() const = 0;  ///< bits 0 to 4 stand under the heading letters STCLC
+  virtual std::uint32_t flags() const = 0;  ///< bits 0 to 4, shown under the letters STCLC
   virtual double siteMaxGain() const = 0;
   virtual double totalMaxGain() const = 0;
 
@@ -68,7 +68,7 @@ class SuitabilityDetail {
   ~SuitabilityDetail() = default;
 };
 
-/// Problems that running a site in parallel would bring.
+/// Problems of running a site in parallel.
 class CorrectnessDetail {
  public:
   virtual int errors() const = 0;
@@ -78,7 +78,7 @@ class CorrectnessDetail {
   ~CorrectnessDetail() = default;
 };
 
-/// How a site walks through memory.
+/// The memory access pattern of a site.
 class MapDetail {
  public:
   virtual std::int64_t strides(int index) const = 0;  ///< three counts, index 0 to 2: unit, constant, varying
@@ -87,7 +87,7 @@ class MapDetail {
   ~MapDetail() = default;
 };
 
-/// What one analysis says of one source site. Owned by its collection.
+/// What one analysis reports for one source site. Owned by its collection.
 class SummaryDetail {
  public:
   virtual ~SummaryDetail() = default;
@@ -96,7 +96,7 @@ class SummaryDetail {
   virtual sitenotes::annotation_t::kind_t annotationKind() const = 0;
   virtual sitenotes::locator_t locator() const = 0;
   virtual std::string label() const = 0;
-  /// The detail's record of each analysis; null if it has none.
+  /// The views, one for each analysis; null if the detail has none of that kind.
   virtual SurveyDetail* surveyView() const = 0;
   virtual SurveyVectorizationDetail* surveyVectorizationView() const = 0;
   virtual SuitabilityDetail* suitabilityView() const = 0;
@@ -113,12 +113,12 @@ class SummaryCollection {
   static SummaryCollection* load(std::string path);
 
   virtual SummaryDataKind dataKind() const = 0;
-  virtual void reserved() const = 0;  ///< keeps the place of an operation that the library does not call
+  virtual void reserved() const = 0;  ///< the slot of an operation that the library does not call
   virtual int num_processors() const = 0;
   virtual int num_kova_threads() const = 0;
-  virtual int threading_paradigm() const = 0;  ///< 7: none is known
-  virtual int target_system() const = 0;       ///< 3: none is stated
-  virtual double programMaxGain() const = 0;   ///< 0.0: none is known
+  virtual int threading_paradigm() const = 0;  ///< 7 if none is known
+  virtual int target_system() const = 0;       ///< 3 if none is stated
+  virtual double programMaxGain() const = 0;   ///< 0.0 if none is known
   virtual int detailCount() const = 0;
   /// The detail at `index`, 0 <= index < detailCount(). Owned by the collection, valid as long as it lives.
   virtual SummaryDetail* detail(int index) const = 0;

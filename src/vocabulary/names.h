@@ -1,4 +1,4 @@
-/// The texts that stand for kinds and statuses in the reports. For output only: nothing parses them back.
+/// The names of kinds and statuses in the reports. For output only: nothing parses them.
 #pragma once
 
 #include <array>

@@ -1,5 +1,5 @@
 /// The suite's result-directory manager: when, where and on what a result was collected. A suite that has its own
-/// puts its own header of this name first on the include path.
+/// header of this name puts it first on the include path.
 #pragma once
 
 // In brackets: a suite's own header of this name is taken, though ours lies beside.

@@ -1,5 +1,5 @@
-/// The suite's annotation database, as the library sees it. A suite that has its own puts its own header of this
-/// name first on the include path. Objects are shared; the library deletes none of them.
+/// The suite's annotation database, as the library sees it. A suite that has its own header of this name puts it first
+/// on the include path. Objects are shared; the library deletes none of them.
 #pragma once
 
 // In brackets: a suite's own header of this name is taken, though ours lies beside.
@@ -24,8 +24,8 @@ class locator_t {
   [[nodiscard]] int get_line() const noexcept;
   [[nodiscard]] int get_column() const noexcept;
 
-  /// Negative, zero or positive as this position is shown before, at or after the other: by the leaf of the file,
-  /// then line, then column, then the whole path, texts byte by byte.
+  /// Negative, zero or positive as this position is shown before, level with or after the other: by the leaf of the
+  /// file, then line, column and the whole path. Texts are compared byte by byte.
   [[nodiscard]] int display_order(const locator_t& other) const noexcept;
 
  private:
@@ -34,10 +34,10 @@ class locator_t {
   int column_;
 };
 
-/// One version of a site's annotation. Never changes once it is made.
+/// One version of a site's annotation.
 class annotation_t {
  public:
-  /// What the annotation says of its place. The nineteen kinds index the library's filter.
+  /// The construct that is annotated. The nineteen kinds index the library's filter.
   enum kind_t : std::int32_t {
     parallel = 0,
     end_parallel = 1,
@@ -58,7 +58,7 @@ class annotation_t {
     flush = 16,
     ordered = 17,
     teams = 18,
-    all_kinds = 19,  ///< stands for every kind at once in a filter; no annotation has it
+    all_kinds = 19,  ///< every kind at once, in a filter; no annotation has it
   };
 
   virtual ~annotation_t() = default;
@@ -78,26 +78,26 @@ class database_t {
  public:
   virtual ~database_t() = default;
 
-  /// The annotated sites, each the same number across its edits, in the database's order.
+  /// The ids of the annotated sites, which edits do not change, in the database's order.
   virtual std::vector<unsigned long> get_sequences() = 0;
   /// False for a site that was deleted.
   virtual bool is_sequence_alive(unsigned long id) = 0;
   /// The newest annotation of the site; empty if it has none.
   virtual boost::shared_ptr<annotation_t> get_latest_annotation(unsigned long id) = 0;
-  /// The database as it was for the result at `path`; empty if that was never recorded.
+  /// The database as it was for the result at `path`; empty if it has none.
   virtual boost::shared_ptr<database_t> get_state(const std::string& path) = 0;
   /// Makes that state and returns it; empty if none can be made. The library passes false.
   virtual boost::shared_ptr<database_t> make_state(const std::string& path, bool) = 0;
 };
 
-/// The process-wide way to the annotation database that owns the states of results.
+/// Process-wide access to the annotation database that has the states of results.
 class scanner_t {
  public:
   virtual ~scanner_t() = default;
 
-  /// Empty where the process has none.
+  /// Empty if the process has none.
   [[nodiscard]] static boost::shared_ptr<scanner_t> get();
-  /// Empty where the scanner has none.
+  /// Empty if the scanner has none.
   virtual boost::shared_ptr<database_t> get_database() = 0;
 };
 

@@ -1,4 +1,4 @@
-/// What is promised about threads, on the real database: that nothing races is for the thread sanitizer to see.
+/// The guarantees about threads, on the real database. The thread sanitizer checks for races.
 #include <gtest/gtest.h>
 
 #include <array>

@@ -1,6 +1,6 @@
-// What the command prints: the files in transcripts/, each on a copy of inputs/ of its own. A line `$ COMMAND` is run,
-// and behind it stand what it printed, ` ! ` before a line of standard error, and ` = STATUS` unless that is 0. With
-// KELVAR_UPDATE_GOLDEN set in the environment they are written anew, to be reviewed as a difference.
+// The output of the command: the files in transcripts/, each run in its own copy of inputs/. A line `$ COMMAND` is run;
+// after it comes its output, with ` ! ` before lines of standard error, and ` = STATUS` unless that is 0. With
+// KELVAR_UPDATE_GOLDEN set in the environment, the transcripts are rewritten, for review as a diff.
 #include <gtest/gtest.h>
 
 #include <cstdlib>

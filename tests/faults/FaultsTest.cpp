@@ -1,5 +1,5 @@
-/// Whole runs of the command while something fails under it: the answer is complete, or there is a sentence and a
-/// status; what was written before is whole.
+/// Whole runs of the command while system calls or allocations fail: the output is complete, or there is a message and
+/// an exit status, and files written before are intact.
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A project whose survey, annotations and dependencies are small enough to be read in every way they can fail.
+/// A project that is small enough to fail at every call and allocation.
 class Faults : public testing::Test {
  protected:
   Faults() { make(); }
@@ -28,7 +28,7 @@ class Faults : public testing::Test {
               0);
   }
 
-  /// Makes the collections so large that they are read ahead, on a thread of their own.
+  /// Makes the collections large enough to be read ahead on another thread.
   void enlarge() const {
     for (const char* result : {"survey", "dependencies"}) {
       std::ofstream(folder() / result / "collection.json", std::ios::app) << std::string(std::size_t{1} << 20, ' ');
@@ -43,8 +43,8 @@ class Faults : public testing::Test {
     return shell("KELVAR_FAULT='" + fault + "' LD_PRELOAD='" KELVAR_FAILING_CALLS "' kelvar " + arguments);
   }
 
-  /// Calls `check` with the outcome of each run in which another fault strikes: every one of the first, and from then
-  /// on ever fewer, up to the end of the run. Answers how many there were.
+  /// Calls `check` with the outcome of runs that fail at the first call, the second and so on, with growing steps,
+  /// until a run has no fault. Returns the number of runs.
   template <class Check>
   int atFaults(const std::string& kind, const std::string& arguments, Check check) {
     for (int faults = 0, at = 1;; ++faults, at += 1 + at / 16) {
@@ -83,7 +83,7 @@ TEST_F(Faults, AReportIsWholeOrSaysWhatItLacks) {
   for (const std::string& fault : {call(EIO), call(EMFILE), call(EINTR), calls(EIO)}) {
     EXPECT_GT(atFaults(fault, "report p --verbose", check), 20);
   }
-  // Part of a read or a write is not the whole.
+  // Reads and writes may be partial.
   EXPECT_EQ(withFault("short", "report p --verbose").out, whole);
 }
 
@@ -102,7 +102,7 @@ TEST_F(Faults, AReportOfWhatIsReadAheadIsWholeTooOrSaysWhatItLacks) {
 TEST_F(Faults, AnEditIsDoneOrNot) {
   const std::string before = listed();
   const auto check = [&](const Outcome& outcome) {
-    // An edit may fail in undoing itself: the next writer does that, even one that is refused.
+    // The rollback of an edit may fail: the next writer does it, even if its edit is refused.
     static_cast<void>(shell("kelvar annotate p/annotations.db remove 99"));
     const std::string after = listed();
     EXPECT_TRUE(outcome.status != 0 || after != before);
@@ -176,7 +176,7 @@ TEST_F(Faults, ADatabaseThatAWriterKeepsIsNotWaitedForWithoutEnd) {
   for (const char* line : {"kelvar report p", "kelvar annotate p/annotations.db disable 1"}) {
     const Outcome outcome = shell(std::string("timeout 20 ") + line);
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_NE(outcome.err.find("expected a database that nobody keeps locked"), std::string::npos) << outcome.err;
+    EXPECT_NE(outcome.err.find("expected a database that is not locked"), std::string::npos) << outcome.err;
   }
   sqlite3_close(writer);
   EXPECT_EQ(listed(), before);

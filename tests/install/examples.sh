@@ -1,5 +1,5 @@
 #!/bin/bash
-# Whether the examples print what stands beside them, and README's is one of them: examples.sh KELVAR BIN SOURCE WORK
+# Checks that the examples print their .txt files, and that README shows one of them: examples.sh KELVAR BIN SOURCE WORK
 set -euo pipefail
 kelvar=$1 bin=$2 source=$3 work=$4
 here=$(cd "$(dirname "$0")" && pwd)

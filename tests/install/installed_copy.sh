@@ -1,7 +1,8 @@
 #!/bin/bash
-# Whether an installed copy can be moved, linked and used: installed_copy.sh BUILD SOURCE WORK
+# Checks that an installed copy can be moved, linked and used: installed_copy.sh BUILD SOURCE WORK
 # Installs BUILD, moves the copy to another name, and builds callers against it that know nothing else: one with three
-# lines of CMake, one with pkg-config alone. Then runs the command from it, its pages and its completion.
+# lines of CMake, one with pkg-config alone. Checks its manual pages and its completion, and runs README's commands for
+# a caller.
 set -euo pipefail
 build=$1 source=$2 work=$3
 here=$(cd "$(dirname "$0")" && pwd)
@@ -13,7 +14,7 @@ mkdir -p "$work"
 cmake --install "$build" --prefix "$work/first" >"$work/install.log" || fail "cmake --install"
 mv "$work/first" "$work/moved here"
 prefix="$work/moved here"
-# Were anything absolute left, it would point to a copy that is gone, or to the tree that it was built in.
+# An absolute path would point to the copy before the move, or to the build tree.
 if grep -rIl --exclude-dir=man -e "$work/first" -e "$build" "$prefix" >"$work/absolute"; then
   fail "absolute paths in $(cat "$work/absolute")"
 fi
@@ -36,14 +37,34 @@ CMAKE
   [ "$("$work/cmake/build/caller" "$project")" = "$expected" ] || fail "the caller built with CMake"
 }
 
-# A prefix with a blank in it is quoted by pkg-config, as a shell wants it.
+# The prefix has a blank, which pkg-config quotes for a shell.
 pkgconfig_caller() {
   local libdir flags
   libdir=$(dirname "$(find "$prefix" -name kelvar_summary.pc)")
   flags=$(PKG_CONFIG_PATH=$libdir pkg-config --cflags --libs "kelvar_summary >= 2.1")
-  eval "${CXX:-c++} -std=c++17 -o '$work/caller' '$source/examples/api/SummaryData.cpp' $flags" || fail "building with pkg-config"
-  [ "$(LD_LIBRARY_PATH=$(dirname "$libdir") "$work/caller" "$project")" = "$expected" ] ||
-    fail "the caller built with pkg-config"
+  eval "$CXX -std=c++17 -o '$work/caller' '$source/examples/api/SummaryData.cpp' $flags" || fail "building with pkg-config"
+  [ "$("$work/caller" "$project")" = "$expected" ] || fail "the caller built with pkg-config"
+}
+
+# The commands as README prints them, in a folder like a clone of this after a build.
+readme_caller() {
+  mkdir -p "$work/clone/build" "$work/home"
+  ln -s "$build" "$work/clone/build/release"
+  cp -R "$project" "$work/clone/build/mine"
+  cp "$source/examples/api/SummaryData.cpp" "$work/clone/caller.cpp"
+  # shellcheck disable=SC2016 # the backquotes are Markdown's
+  sed -n '/^```sh$/,/^```$/p' "$source/README.md" | sed -n '/^cmake --install/,/^```$/p' | sed '$d' >"$work/clone/commands"
+  [ -s "$work/clone/commands" ] || fail "README has no commands that build a caller with pkg-config"
+  (
+    # shellcheck disable=SC2317 # README calls it
+    c++() { "$CXX" "$@"; }
+    cd "$work/clone"
+    HOME=$work/home
+    unset LD_LIBRARY_PATH PKG_CONFIG_PATH
+    # shellcheck source=/dev/null
+    . ./commands
+  ) >"$work/readme.log" 2>&1 || fail "README's commands: $(cat "$work/readme.log")"
+  grep -v -e '^-- ' "$work/readme.log" | diff - <(echo "$expected") || fail "README's caller"
 }
 
 too_old_and_too_new() {
@@ -57,7 +78,7 @@ find_package(kelvar_summary $version REQUIRED)" >"$work/cmake/CMakeLists.txt"
   done
 }
 
-# Every subcommand has its page, and every option that the command explains stands in it and is completed.
+# Every subcommand has its page, and every option that the command explains is in it and is completed.
 pages_and_completion() {
   local subcommand page inner
   # shellcheck source=/dev/null
@@ -99,5 +120,6 @@ complete_line() {
 
 cmake_caller
 pkgconfig_caller
+readme_caller
 too_old_and_too_new
 pages_and_completion

@@ -1,5 +1,8 @@
 # shellcheck shell=bash
-# What the scripts beside it share. Sourced, never run.
+# Shared by the scripts beside it. Sourced, never run.
+
+# Callers are built with the generator and the compiler of the build under test: a machine need have no others.
+export CMAKE_GENERATOR=${CMAKE_GENERATOR:-Ninja} CXX=${CXX:-c++}
 
 # fail WHAT: says what broke, and ends.
 fail() {
@@ -7,8 +10,7 @@ fail() {
   exit 1
 }
 
-# make_project KELVAR DIR: two regions and what a survey and a dependency analysis said of them; the first has moved
-# by two lines since.
+# make_project KELVAR DIR: two regions with a survey and a dependency analysis; the first has moved by two lines since.
 make_project() {
   local database=$2/annotations.db
   mkdir -p "$2/survey" "$2/dependencies"

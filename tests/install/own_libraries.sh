@@ -1,5 +1,5 @@
 #!/bin/bash
-# Whether a suite's libraries can take the platform's place: own_libraries.sh SOURCE WORK
+# Checks that a suite's libraries can replace the platform: own_libraries.sh SOURCE WORK
 # Builds the suite that the probes use, the library with its headers and on it, and a caller of the installed package.
 set -euo pipefail
 source=$1 work=$2
@@ -24,7 +24,7 @@ target_include_directories(caller PRIVATE $suite)
 target_link_libraries(caller kelvar::summary)
 CMAKE
 
-"${CXX:-c++}" -std=c++17 -shared -fPIC -I"$headers" "$suite/Suite.cpp" -o "$work/libsuite.so" ||
+"$CXX" -std=c++17 -shared -fPIC -I"$headers" "$suite/Suite.cpp" -o "$work/libsuite.so" ||
   fail "building the suite"
 cmake -S "$source" -B "$work/build" -Dsuite_DIR="$work" -DKELVAR_COLLABORATORS=suite::collaborators \
   -DKELVAR_COLLABORATORS_PACKAGE=suite -DKELVAR_COLLABORATOR_HEADERS="$headers" \

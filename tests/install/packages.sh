@@ -1,6 +1,6 @@
 #!/bin/bash
-# Whether the Debian packages install, work and go away again: packages.sh BUILD SOURCE WORK
-# Wants root, and changes the system that it runs on. BUILD was configured with -DCMAKE_INSTALL_PREFIX=/usr.
+# Checks that the Debian packages install, work and can be removed: packages.sh BUILD SOURCE WORK
+# Needs root, and changes the system that it runs on. BUILD was configured with -DCMAKE_INSTALL_PREFIX=/usr.
 set -euo pipefail
 build=$1 source=$2 work=$3
 here=$(cd "$(dirname "$0")" && pwd)
@@ -27,11 +27,11 @@ bash -c '. /usr/share/bash-completion/bash_completion; _completion_loader kelvar
   grep _kelvar >/dev/null || fail "the completion is not found"
 
 # shellcheck disable=SC2046 # flags are words
-"${CXX:-c++}" -std=c++17 -o "$work/caller" "$source/examples/api/SummaryData.cpp" $(pkg-config --cflags --libs kelvar_summary) ||
+"$CXX" -std=c++17 -o "$work/caller" "$source/examples/api/SummaryData.cpp" $(pkg-config --cflags --libs kelvar_summary) ||
   fail "building a caller"
 "$work/caller" "$work/project" | diff "$source/examples/api/SummaryData.txt" - || fail "the caller"
 
-# The command and a caller's headers need the libraries: those do not go first.
+# The command and the headers depend on the libraries, which cannot be removed first.
 if dpkg -r libkelvar-summary2.1 >/dev/null 2>&1; then fail "the libraries went, and left the command"; fi
 dpkg --purge "${names[@]}" >>"$work/dpkg.log" || fail "dpkg --purge"
 [ -z "$(find /usr/bin /usr/lib /usr/include /usr/share/man /usr/share/bash-completion -name '*kelvar*')" ] ||

@@ -45,7 +45,7 @@ TEST(Loader, AddsFiveResultsInOrderAndKeepsWhatItBuilt) {
             "gainracesmap");
   loader->DoTask(&context);
   EXPECT_NE(loader->summaryData(), first) << "built afresh";
-  EXPECT_EQ(support::rows(*first), "+ s x.cpp:12\n") << "whoever holds the old one keeps it";
+  EXPECT_EQ(support::rows(*first), "+ s x.cpp:12\n") << "holders of the old object keep it";
   EXPECT_EQ(loader->summaryData()->summaryDataStatus(digestio::kSurvey), kNotPresent);
 }
 

@@ -88,7 +88,7 @@ TEST_F(Annotations, OnlyAnAddMakesAFileAndNeverOutOfAnothers) {
     EXPECT_NE(refusalOf([&] { add(1); }), "") << foreign;
     EXPECT_TRUE(support::contentOf(file_) == before) << foreign;
   }
-  write("annotations.db", "");  // as it stands when a first edit was cut short
+  write("annotations.db", "");  // as after an interrupted first edit
   add(1);
   EXPECT_EQ(rows(open().get()), "1 2 t f:1:0");
   run("UPDATE edit SET sequence = 9223372036854775807");

@@ -43,7 +43,7 @@ class Annotations : public Files {
     editor.snapshot(path("./survey/"));
   }
 
-  /// Does to the file what no editor would.
+  /// Damages the file in a way that no editor would.
   void run(const std::string& sql) const {
     sqlite3* database = nullptr;
     ASSERT_EQ(sqlite3_open(file_.c_str(), &database), SQLITE_OK);
@@ -72,7 +72,7 @@ class Annotations : public Files {
   [[nodiscard]] AnnotationEditor editor() const { return {file_, AnnotationEditor::Open::existing}; }
   [[nodiscard]] boost::shared_ptr<sitenotes::database_t> open() const { return openAnnotationDatabase(file_); }
 
-  /// What `operation` was refused for, without the file; empty where it was not.
+  /// The refusal of `operation`, without the file; empty if there is none.
   template <class Operation>
   [[nodiscard]] std::string refusalOf(Operation operation) const {
     return std::regex_replace(refused(operation), std::regex("^annotations.db: "), "");
@@ -81,7 +81,7 @@ class Annotations : public Files {
     return refusalOf([this] { static_cast<void>(open()); });
   }
 
-  /// What cannot be read is not written either: each edit is refused as a reader is, and leaves the file as it was.
+  /// A file that cannot be read is not written either: each edit is refused as a reader is, and the file is unchanged.
   void expectNoEditBut(const std::string& want, const std::string& damage) const {
     const std::string before = support::contentOf(file_);
     EXPECT_EQ(refusalOf([&] { editor().relabel(1, "new"); }), want) << damage;

@@ -50,7 +50,7 @@ TEST_F(Annotations, WhatIsNoDatabaseIsRefused) {
   }
   write("annotations.db", "");
   EXPECT_EQ(refusalToOpen(), "application_id: expected 1802270322, found 0");
-  // Of such a table SQLite says that memory ran out, which it did not.
+  // For such a table, SQLite reports out of memory, which is not true.
   write("annotations.db", support::contentOf(KELVAR_SOURCE_FOLDER "/fuzz/corpus/annotations/absurd-size"));
   EXPECT_EQ(refusalToOpen(), "expected a database that fits into memory (out of memory)");
 }

@@ -7,17 +7,17 @@
 
 namespace kelvar_platform::test {
 
-/// A folder of its own for each test, and what was refused of the files there.
+/// A folder for each test, and the refusals of files in it.
 class Files : public testing::Test, protected support::Scratch {
  protected:
   Files() { static_cast<void>(takeRefusals()); }
 
-  /// A sentence about what lies in the folder, without the folder.
+  /// The sentence without the path of the folder.
   [[nodiscard]] std::string local(const std::string& sentence) const {
     EXPECT_TRUE(sentence.starts_with(path(""))) << sentence;
     return sentence.substr(path("").size());
   }
-  /// What `operation` was refused for; empty where it was not.
+  /// The refusal of `operation`; empty if there is none.
   template <class Operation>
   [[nodiscard]] std::string refused(Operation operation) const {
     try {
@@ -27,7 +27,7 @@ class Files : public testing::Test, protected support::Scratch {
     }
     return {};
   }
-  /// What was noted since the last call; empty where there was nothing.
+  /// The refusals since the last call; empty if there were none.
   [[nodiscard]] std::string refusal() const {
     std::string all;
     for (const Refusal& refusal : takeRefusals()) all += local(refusal.sentence());

@@ -1,4 +1,4 @@
-/// What is read ahead is what load would have read, and nothing else comes of it.
+/// Reading ahead returns the same as load, without other effects.
 #include <chrono>
 #include <filesystem>
 #include <memory>
@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Until no more threads run than now, for a while at most: a sanitizer may keep one of its own.
+/// Waits, for a limited time, until no more threads run than before: a sanitizer may keep its own thread.
 class OtherThreads {
  public:
   void wait() const {
@@ -34,7 +34,7 @@ class ReadingAhead : public Files {
     for (const char* name : {"a", "b", "c"}) add(name, "null");
   }
 
-  /// A result that a thread is worth, with one value of its only detail.
+  /// A result that is large enough to be read ahead, with one detail.
   void add(const std::string& name, const std::string& extra) const {
     write(name + "/collection.json", R"({"formatVersion":1,"dataKind":"map","details":[{"label":")" + name + "\"," +
                                          R"("extra":)" + extra + "}]}" + std::string(std::size_t{2} << 20, ' '));
@@ -47,7 +47,7 @@ class ReadingAhead : public Files {
     others.wait();
     return ahead;
   }
-  /// The label of the detail, or what was refused.
+  /// The label of the detail, or the refusal.
   [[nodiscard]] std::string loaded(const std::string& name) const {
     const std::unique_ptr<digestio::SummaryCollection> collection(digestio::SummaryCollection::load(path(name)));
     return collection ? collection->detail(0)->label() : refusal();
@@ -87,7 +87,7 @@ TEST_F(ReadingAhead, ARefusalIsNotedWhenItsResultIsAskedFor) {
   EXPECT_EQ(refusal(), "");
   EXPECT_EQ(loaded("b"), refusedB);
   EXPECT_EQ(loaded("c"), "c" + std::string(kGone).substr(1));
-  EXPECT_EQ(loaded("a"), "a");  // nobody asked for d: what is wrong with it is not said
+  EXPECT_EQ(loaded("a"), "a");  // d is never loaded, so its fault is not reported
   EXPECT_EQ(refusal(), "");
 }
 

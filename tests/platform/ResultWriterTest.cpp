@@ -15,7 +15,7 @@ using namespace std::string_literals;
 
 class ResultWriting : public Files {
  protected:
-  /// What stands in the folder and below it, one path after the other.
+  /// The paths in the folder and below it.
   [[nodiscard]] std::string tree() const {
     std::set<std::string> names;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(path())) {
@@ -102,9 +102,8 @@ TEST_F(ResultWriting, LeavesAloneWhatIsNoResultDirectory) {
     return refused([&] { ResultWriter(path(name), std::nullopt, {}).finish(); });
   };
   EXPECT_EQ(start("file"), "file: expected a result directory, or nothing");
-  EXPECT_EQ(start("home"),
-            "home/surveyvectorization: expected a result directory, which thesis.txt does not belong to");
-  EXPECT_EQ(start("file/below"), "file: expected a folder that can be made (Not a directory)");
+  EXPECT_EQ(start("home"), "home/surveyvectorization: expected a result directory; thesis.txt does not belong in one");
+  EXPECT_EQ(start("file/below"), "file: expected a folder that can be created (Not a directory)");
   EXPECT_EQ(tree(), before);
 }
 

@@ -92,8 +92,8 @@ TEST(Result, AsksADetailWithoutAViewForNothingElse) {
   suite.result("r", {.details = {detail("s", "x.cpp:2"), detail("t", "y.cpp:2").map()}});
   const support::CallLog log;
   const SummaryResultImpl result(nullptr, "r", nullptr);
-  EXPECT_EQ(log.text("detail locator"), "detail locator \n") << log.text();
-  EXPECT_EQ(log.text("detail label"), "detail label \n");
+  EXPECT_EQ(log.text("detail locator"), "detail locator\n") << log.text();
+  EXPECT_EQ(log.text("detail label"), "detail label\n");
 }
 
 TEST(Result, DetailsThatAreAlikeStandAsListed) {

@@ -9,8 +9,8 @@
 #include "kelvar/SummaryDataLoader.h"
 #include "resdir.h"
 
-// A suite and this library are built apart: both sides find an operation by its place in the dispatch table alone.
-// A pointer to a virtual member holds that place, as the C++ ABI of x86-64 has it.
+// A suite and this library are built separately: both find an operation by its slot in the dispatch table. In the C++
+// ABI of x86-64, a pointer to a virtual member holds that slot.
 
 using namespace kelvar_2_1_7;
 
@@ -36,7 +36,7 @@ Slots upFrom(std::size_t first, std::size_t count) {
   return expected;
 }
 
-/// How many entries the table has: an operation that is added stands behind them. A destructor takes two.
+/// The number of entries in the table, which an added operation follows. A destructor takes two.
 template <class Interface>
 std::size_t entries() {
   struct Longer : Interface {

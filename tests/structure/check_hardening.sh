@@ -1,5 +1,5 @@
 #!/bin/bash
-# Whether what is shipped bounds what a fault in it could do: check_hardening.sh [--fortified] FILE...
+# Checks that the shipped binaries are hardened: check_hardening.sh [--fortified] FILE...
 set -euo pipefail
 export LC_ALL=C
 fortified=
@@ -15,7 +15,7 @@ for file in "$@"; do
   has "binding at the start" 'Flags: .*NOW' readelf -dW
   has "stack without code" 'GNU_STACK .* RW +0x' readelf -lW
   has "stack protector" '__stack_chk_fail' nm -D --undefined-only
-  # The C library's part of each file has no marks, for which the linker says of none that it has: so they are counted.
+  # The C library's start-up code is not marked, so the linker marks no file as a whole: marked functions are counted.
   if [ "$(uname -m)" = x86_64 ] && [ "$(objdump -d "$file" | grep -c endbr64)" -lt 50 ]; then
     echo "$file: no marks where branches may lead" && status=1
   fi

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Fails an #include that goes up or sideways: check_includes.py SOURCE_DIR
 
-The folders form a DAG; what stands here is the whole of it. A header of another folder than those named is a fault,
+The folders form a DAG, which is listed here. A header of another folder than those named is a fault,
 and so is a quoted header that no folder has.
 """
 

@@ -1,6 +1,7 @@
 #!/bin/bash
-# Whether the library exports what it marks and asks for no more than its seam: check_symbols.sh LIBRARY [--update]
-# Compares with exported_symbols.txt and undefined_symbols.txt beside it; --update rewrites these for review as a diff.
+# Checks that the library exports what it marks and needs only the collaborators' operations: check_symbols.sh
+# LIBRARY [--update]. Compares with exported_symbols.txt and undefined_symbols.txt beside it; --update rewrites these
+# for review as a diff.
 set -euo pipefail
 export LC_ALL=C
 library=$1 update=${2-}

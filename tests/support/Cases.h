@@ -9,14 +9,14 @@
 
 namespace support {
 
-/// A rule, and the texts that show it.
+/// A rule, and the texts of its cases.
 struct Case {
   std::string name;
   std::vector<std::string> parts;
 };
 
-/// The cases of a file in the test's own folder: `# NAME`, then parts that a line `+` or `=>` keeps apart; or, where a
-/// line holds a case, `INPUT ⇒ SENTENCE`. There are to be `least` of them.
+/// The cases of a file in the test's folder: `# NAME`, then parts separated by a line `+` or `=>`; or one case per
+/// line, `INPUT ⇒ SENTENCE`. Fails if there are fewer than `least`.
 inline std::vector<Case> cases(const std::string& name, std::size_t least) {
   constexpr std::string_view kArrow = " ⇒ ";
   std::vector<Case> cases;

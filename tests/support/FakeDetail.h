@@ -42,7 +42,7 @@ struct Strides {
   std::int64_t strides[3] = {0, 0, 0};
 };
 
-/// What an analysis says of a site: any of the five records, each with any values.
+/// A detail with any of the five views and any values.
 class FakeDetail final : public digestio::SummaryDetail {
  public:
   FakeDetail(std::string label, const std::string& place) : label_(std::move(label)), place_(at(place)) {}
@@ -54,7 +54,7 @@ class FakeDetail final : public digestio::SummaryDetail {
   FakeDetail& suitability(Suitability values = {}) { return with(gain_, std::make_shared<GainView>(values)); }
   FakeDetail& correctness(Correctness values = {}) { return with(fault_, std::make_shared<FaultView>(values)); }
   FakeDetail& map(Strides values = {}) { return with(map_, std::make_shared<StrideView>(values)); }
-  FakeDetail& missing() { return with(missing_, true); }  ///< the collection answers null in its place
+  FakeDetail& missing() { return with(missing_, true); }  ///< the collection returns null in its place
   [[nodiscard]] bool isMissing() const noexcept { return missing_; }
 
   digestio::SummaryDetailKind detailKind() const override { return answer("detail", "detailKind", kind_); }
@@ -127,7 +127,7 @@ class FakeDetail final : public digestio::SummaryDetail {
   digestio::SummaryDetailKind kind_ = digestio::kAnnotatedSite;
   Kind reported_ = sitenotes::annotation_t::parallel;
   bool missing_ = false;
-  // Shared by the copies that a builder leaves behind: nobody writes to them.
+  // Shared by copies of the detail; never modified.
   std::shared_ptr<SurveyView> survey_;
   std::shared_ptr<LoopView> loop_;
   std::shared_ptr<GainView> gain_;

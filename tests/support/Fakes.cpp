@@ -32,7 +32,7 @@ struct FakeAnnotation final : sitenotes::annotation_t {
   bool isDisabled;
 };
 
-/// Details lie in memory from the last one to the first: nobody may take that for their order.
+/// Details are in memory in reverse order, so that address order is not their order.
 class FakeCollection final : public digestio::SummaryCollection {
  public:
   explicit FakeCollection(Collection values) : values_(std::move(values)) {
@@ -40,7 +40,7 @@ class FakeCollection final : public digestio::SummaryCollection {
   }
   ~FakeCollection() override { note("collection", "deleted"); }
   digestio::SummaryDataKind dataKind() const override { return answer("collection", "dataKind", values_.kind); }
-  void reserved() const override { throw std::logic_error("nobody calls the reserved entry"); }
+  void reserved() const override { throw std::logic_error("the reserved entry is never called"); }
   int num_processors() const override { return answer("collection", "num_processors", values_.processors); }
   int num_kova_threads() const override { return answer("collection", "num_kova_threads", values_.threads); }
   int threading_paradigm() const override { return answer("collection", "threading_paradigm", values_.paradigm); }
@@ -56,7 +56,7 @@ class FakeCollection final : public digestio::SummaryCollection {
   }
 
  private:
-  mutable Collection values_;  // the interface hands out what may be changed, from a constant collection
+  mutable Collection values_;  // the interface returns mutable details from a const collection
 };
 
 class FakeDirectory final : public resdir::IResultDirectory {

@@ -14,8 +14,8 @@
 #include "sitenotes.h"
 #include "support/FakeDetail.h"
 
-/// Collaborators that answer what a test tells them, note each call in the CallLog and throw where a CallFault says.
-/// A test builds what it is about and leaves the rest to defaults:
+/// Scripted collaborators, which note each call in the CallLog and throw at a CallFault. A test sets what it is about
+/// and leaves the rest to defaults:
 ///
 ///     Suite suite;  // what the process finds while this lives
 ///     auto database = boost::make_shared<FakeDatabase>();
@@ -32,14 +32,14 @@ namespace support {
                                                                     Kind kind = sitenotes::annotation_t::parallel,
                                                                     bool disabled = false);
 
-/// Sites in the order in which they are told; a site that is told again is edited in its place.
+/// Sites in the order in which they are added; adding a site again edits it in its place.
 class FakeDatabase final : public sitenotes::database_t {
  public:
   explicit FakeDatabase(std::string name = "database") : name_(std::move(name)) {}
   ~FakeDatabase() override { note(name_, "deleted"); }
 
   FakeDatabase& site(unsigned long handle, boost::shared_ptr<sitenotes::annotation_t> latest, bool alive = true);
-  /// What get_state and make_state answer for `path`; empty for any other.
+  /// The answers of get_state and make_state for `path`; empty for any other.
   FakeDatabase& state(const std::string& path, boost::shared_ptr<sitenotes::database_t> database);
   FakeDatabase& makes(const std::string& path, boost::shared_ptr<sitenotes::database_t> database);
 
@@ -77,7 +77,7 @@ class FakeDatabase final : public sitenotes::database_t {
   States makes_;
 };
 
-/// What a loaded result answers.
+/// The values of a loaded result.
 struct Collection {
   digestio::SummaryDataKind kind = digestio::kSurvey;
   int processors = 0;
@@ -88,7 +88,7 @@ struct Collection {
   std::vector<FakeDetail> details = {};
 };
 
-/// What a result directory answers.
+/// The values of a result directory.
 struct Directory {
   const char* hostName = nullptr;
   const char* operatingSystem = nullptr;
@@ -106,8 +106,8 @@ struct Directory {
 [[nodiscard]] std::unique_ptr<digestio::SummaryCollection> collection(Collection values);
 [[nodiscard]] boost::shared_ptr<resdir::IResultDirectory> directory(Directory values);
 
-/// What scanner_t::get, SummaryCollection::load and ResultDirectoryManager::open find while it lives. Without one,
-/// and for paths that nobody named, they find nothing.
+/// What scanner_t::get, SummaryCollection::load and ResultDirectoryManager::open return while it lives. Without one,
+/// and for unknown paths, they return nothing.
 class Suite {
  public:
   Suite();
@@ -119,7 +119,7 @@ class Suite {
   void scanner(boost::shared_ptr<sitenotes::database_t> database);
   /// A result that can be loaded and opened.
   void result(const std::string& path, Collection collection, Directory directory = {});
-  /// The halves of it.
+  /// The two halves of a result.
   void loads(const std::string& path, Collection collection) { collections.insert_or_assign(path, collection); }
   void opens(const std::string& path, Directory directory) { directories.insert_or_assign(path, directory); }
 
@@ -128,7 +128,7 @@ class Suite {
   std::map<std::string, Directory> directories;
 };
 
-/// The analyses that an annotated item starts with a record of.
+/// The analyses of which an annotated item has a record.
 struct Known {
   bool survey = false;
   bool suitability = false;
@@ -136,7 +136,7 @@ struct Known {
   bool map = false;
 };
 
-/// Items without an owner, which they survive: it is only asked for the newest annotation.
+/// Items without an owner, which is needed only for the newest annotation.
 [[nodiscard]] std::unique_ptr<kelvar_2_1_7::SummaryItemImpl> itemFrom(
     boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle = 1,
     kelvar_2_1_7::SummaryDataStatus status = kelvar_2_1_7::kCurrent, Known known = {});

@@ -44,7 +44,7 @@ void called(std::string_view subject, std::string_view operation, std::string_vi
 
 }  // namespace support
 
-// All forms that end in malloc and free, since a sanitizer brings its own of each and tells them from these.
+// All forms, on malloc and free, since a sanitizer has its own of each and detects a mismatch.
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   return support::AllocationFault::strikes() ? nullptr : std::malloc(size);
 }

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-/// Faults on demand. A test asks what is left behind when the k-th call to a collaborator, or the k-th allocation,
-/// fails, for every k:
+/// Faults on demand. A test checks the state after the k-th call to a collaborator, or the k-th allocation, has failed,
+/// for every k:
 ///
 ///     const auto [calls, allocations] = atEveryFault<Fixture>(           // a Fixture for each, made without faults
 ///         [](Fixture& fixture) { fixture.data.addSummaryData("r", {}); },  // meets the fault
@@ -24,7 +24,7 @@ struct Fault : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// While it lives, the `count`-th of what it counts fails, counted from 1; 0: none does.
+/// While it lives, the `count`-th call fails, counted from 1; 0 for none.
 template <class What>
 class FaultAt {
  public:
@@ -35,13 +35,13 @@ class FaultAt {
   FaultAt& operator=(const FaultAt&) = delete;
   [[nodiscard]] bool struck() const { return left == 0; }
 
-  /// Whether this is the one that fails. Counts on below 0, so that each count strikes once.
+  /// Whether this is the one that fails. Counts on below 0, so that it fails only once.
   static bool strikes() noexcept { return left.load() > 0 && left.fetch_sub(1) == 1; }
   static inline std::atomic<long> left = 0;
 };
-/// Calls to any fake: one throws Fault.
+/// Calls to any fake: one of them throws Fault.
 using CallFault = FaultAt<Fault>;
-/// Allocations of the process: one throws std::bad_alloc, or answers null where the caller asked for that.
+/// Allocations of the process: one of them throws std::bad_alloc, or returns null from the nothrow forms.
 using AllocationFault = FaultAt<std::bad_alloc>;
 
 /// While it lives, keeps a line for each call to a fake: `database is_sequence_alive 7`.
@@ -60,19 +60,19 @@ class CallLog {
   std::vector<std::string> lines_;
 };
 
-/// For fakes: a line for the log, of what cannot throw.
+/// For fakes: adds a line to the log, for calls that cannot throw.
 void note(std::string_view subject, std::string_view operation, std::string_view argument = {});
-/// For fakes: a call, which may have to throw. Allocates nothing that an AllocationFault would count.
+/// For fakes: a call that may have to throw. Allocates nothing that an AllocationFault counts.
 void called(std::string_view subject, std::string_view operation, std::string_view argument = {});
 
-/// For fakes: a call, and what it answers.
+/// For fakes: a call with its answer.
 template <class T>
 T answer(std::string_view subject, std::string_view operation, T value, std::string_view argument = {}) {
   called(subject, operation, argument);
   return value;
 }
 
-/// Faults of one sort. Answers how many struck before `attempt` got through without one.
+/// Faults of one type. Returns the number of failed attempts before one succeeded.
 template <class Plan, class Prepare, class Attempt, class Check>
 int atEveryFault(Prepare prepare, Attempt attempt, Check check) {
   for (int faults = 0;; ++faults) {
@@ -93,7 +93,7 @@ int atEveryFault(Prepare prepare, Attempt attempt, Check check) {
   }
 }
 
-/// See above. Answers how many calls failed, and how many allocations.
+/// See above. Returns the number of failed calls and of failed allocations.
 template <class Fixture, class Attempt, class Check>
 std::pair<int, int> atEveryFault(Attempt attempt, Check check) {
   const auto prepare = [] { return std::make_unique<Fixture>(); };

@@ -15,11 +15,11 @@ namespace support {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
-/// A folder of a test's own, gone when it ends.
+/// A temporary folder, removed with this object.
 class Scratch {
  public:
-  Scratch() {
-    std::string name = (std::filesystem::temp_directory_path() / "kelvar-XXXXXX").native();
+  explicit Scratch(const std::filesystem::path& above = std::filesystem::temp_directory_path()) {
+    std::string name = (above / "kelvar-XXXXXX").native();
     if (!::mkdtemp(name.data())) throw std::runtime_error("no scratch folder");
     path_ = name;
   }
@@ -32,7 +32,7 @@ class Scratch {
 
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }
   [[nodiscard]] std::string path(const std::string& name) const { return path_ / name; }
-  /// The path of a file that now holds `text`, in folders that are made for it.
+  /// Writes `text` to a file, creating its folders, and returns the path.
   std::string write(const std::string& name, const std::string& text) const {
     std::filesystem::create_directories((path_ / name).parent_path());
     std::ofstream(path_ / name, std::ios::binary) << text;

@@ -24,7 +24,7 @@ namespace {
 using kelvar_platform::AnnotationEditor;
 using kelvar_platform::Site;
 
-/// What the command line says of one edit; each subcommand reads what it takes.
+/// The arguments of one edit; each subcommand reads those that it takes.
 struct Edit {
   std::string database;
   std::int64_t sequence = 0;
@@ -37,7 +37,7 @@ struct Edit {
   bool json = false;
 };
 
-/// One line: sequence, kind, label, place and, where there is something to mark, the marks; a tab between each two.
+/// One line, separated by tabs: sequence, kind, label, place and, if any, the marks.
 std::string lineOf(const Site& site) {
   const std::string& kind = annotationKindNames()[static_cast<std::size_t>(site.kind)];
   const Place place{.file = site.file, .line = site.line, .column = site.column};
@@ -83,7 +83,7 @@ void add(AnnotationEditor& editor, const Edit& edit) {
   const Site site{.kind = edit.kind, .label = edit.label, .file = at.file, .line = at.line, .column = at.column};
   const bool there = std::filesystem::exists(edit.database, error);
   for (const std::string& doubt : doubtsOf(site, there ? editor.list(false) : std::vector<Site>())) say(doubt);
-  // Printed before it is so: nobody would know the number of a site that was added and could not be told.
+  // Printed before the commit: otherwise a site could be added whose number was never printed.
   editor.add(edit.kind, edit.label, at.file, at.line, at.column,
              [](std::int64_t sequence) { print(std::to_string(sequence) + '\n'); });
 }
@@ -182,7 +182,7 @@ struct EditCommand {
 };
 constexpr auto kExisting = AnnotationEditor::Open::existing;
 constexpr EditCommand kEditCommands[] = {
-    {"add", "Annotate a site and print its sequence; makes the database where there is none",
+    {"add", "Annotate a site and print its sequence; creates the database if it does not exist",
      "Example:\n  kelvar annotate annotations.db add --kind parallel --label solver --at src/solver.cpp:120:5",
      AnnotationEditor::Open::createIfMissing, takeSite, add},
     {"move", "Give a site a new place",
@@ -195,15 +195,14 @@ constexpr EditCommand kEditCommands[] = {
      kExisting, takeSequenceAndLabel, relabel},
     {"disable", "Keep a site out of reports", "Example:\n  kelvar annotate annotations.db disable 7", kExisting,
      takeSequence, disable},
-    {"enable", "Take a disabled site into reports again", "Example:\n  kelvar annotate annotations.db enable 7",
+    {"enable", "Show a disabled site in reports again", "Example:\n  kelvar annotate annotations.db enable 7",
      kExisting, takeSequence, enable},
     {"remove", "Remove a site", "Example:\n  kelvar annotate annotations.db remove 7", kExisting, takeSequence, remove},
     {"list", "Print a line for each living site",
      "Example:\n  kelvar annotate annotations.db list --all\n"
-     "Fields of a line, a tab between each two: sequence, kind, label, FILE:LINE[:COLUMN], and for a site that is\n"
-     "marked, disabled or removed or both with a comma. In labels and files \\t, \\n, \\r, \\\\ and \\xHH stand for "
-     "the\n"
-     "bytes that would break a line.",
+     "The fields of a line are separated by tabs: sequence, kind, label, FILE:LINE[:COLUMN], and disabled, removed\n"
+     "or both, with a comma, if the site is so. In labels and files \\t, \\n, \\r, \\\\ and \\xHH are escapes of\n"
+     "bytes that would break the line.",
      kExisting, takeAll, list},
     {"snapshot", "Record that a result was collected on the annotations as they are now",
      "Example:\n  kelvar annotate annotations.db snapshot my-project/survey", kExisting, takeResult, snapshot},
@@ -214,10 +213,10 @@ constexpr const char* kExamples =
     "  kelvar annotate annotations.db add --kind parallel --label solver --at src/solver.cpp:120\n"
     "  kelvar annotate annotations.db list\n"
     "  kelvar annotate annotations.db disable 7\n"
-    "  kelvar annotate annotations.db move --help    says more of move; so with every subcommand\n"
+    "  kelvar annotate annotations.db move --help    explains move, as for every subcommand\n"
     "\n"
-    "Exit status: 0 done; 1 the database could not be read or written, or standard output not be written, and the\n"
-    "database is as it was, a new one empty; 2 a usage error; 3 out of memory, or the system failed.";
+    "Exit status: 0 done; 1 the database or standard output could not be written, or the database not be read: it\n"
+    "is unchanged, a new one empty; 2 a usage error; 3 out of memory, or the system failed.";
 
 void addEditCommand(CLI::App& annotate, const EditCommand& command, const std::shared_ptr<Edit>& edit, Action& chosen) {
   CLI::App& app = *annotate.add_subcommand(command.name, command.help);

@@ -4,7 +4,7 @@
 
 namespace kelvar_tool {
 
-/// `kelvar annotate`: edits an annotation database, one edit a call.
+/// `kelvar annotate`: edits an annotation database, one edit per call.
 void addAnnotate(CLI::App& kelvar, Action& chosen);
 
 }  // namespace kelvar_tool

@@ -16,9 +16,9 @@ struct Appending {
   void operator()(bool value) const { out += value ? "true" : "false"; }
   void operator()(double value) const {
     if (std::isnan(value)) {
-      out += "nan";  // the sign of one means nothing
+      out += "nan";  // its sign has no meaning
     } else if (value == 0 && std::signbit(value)) {
-      out += "-0.0";  // without its fraction, most readers would take it for an integer, which has no sign
+      out += "-0.0";  // without a fraction, most readers take it for an integer and lose the sign
     } else {
       number(value);
     }

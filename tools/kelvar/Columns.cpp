@@ -40,7 +40,7 @@ Cell annotationKind(const Row& row, SummaryDataKind) {
   return kind < annotationKindNames().size() ? Cell(annotationKindNames()[kind]) : Cell();
 }
 
-/// By SummaryDetailKind. The fixed report prints other names, which nobody would want to look for.
+/// By SummaryDetailKind. The fixed report prints other names, which are hard to search for.
 constexpr std::array kDetailKindNames{"site", "hot-spot", "loop"};
 static_assert(kDetailKindNames.size() == digestio::kSummaryDetailKindCount);
 
@@ -89,7 +89,7 @@ Cell numberOf(const Row& row, SummaryDataKind kind) {
   return at.is_null() ? Cell() : cellOf((at.*number)());
 }
 
-/// What one operation of a typed view answers; `index` for those that want one.
+/// The value of one operation of a typed view; `index` for those that take one.
 template <auto detail, auto operation, int... index>
 Cell valueOf(const Row& row, SummaryDataKind) {
   const auto* const view = (row.item.*detail)();
@@ -196,7 +196,7 @@ Row::Row(kelvar::SummaryItem& site)
     : item(site),
       stored(site.locator()),
       current({}, 0, 0),
-      seen{{stored, stored, stored, stored, stored}} {  // any place: what is asked for overwrites it
+      seen{{stored, stored, stored, stored, stored}} {  // placeholders, overwritten below
   site.getCurrentLocator(current, handle);
   unsigned long again = 0;
   for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) site.getCollectionLocator(kind, seen[kind], again);

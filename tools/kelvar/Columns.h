@@ -12,7 +12,7 @@
 
 namespace kelvar_tool {
 
-/// An item with its places, which are asked for once.
+/// An item with its places, each read once.
 struct Row {
   explicit Row(kelvar::SummaryItem& item);
 
@@ -20,32 +20,33 @@ struct Row {
   sitenotes::locator_t stored;
   sitenotes::locator_t current;
   unsigned long handle = 0;
-  kelvar_2_1_7::PerKind<sitenotes::locator_t> seen;  ///< by each analysis; null where it says nothing of the site
+  kelvar_2_1_7::PerKind<sitenotes::locator_t> seen;  ///< by each analysis; null if it reports nothing for the site
 };
 
-/// One value of each item. What tables, CSV and JSON show of an item stands in one list of these.
+/// One value of each item. Tables, CSV and JSON show the columns of one list.
 struct Column {
-  std::string name;        ///< `survey.cpuTime`: the header of CSV, and the path in JSON; a number is a place in a list
-  std::string_view group;  ///< what stands over the headings of columns that belong together; may be empty
+  std::string
+      name;  ///< `survey.cpuTime`: the header in CSV, and the path in JSON, where a number is an index in a list
+  std::string_view group;  ///< the heading over the columns of a group; may be empty
   std::string_view heading;
-  digestio::SummaryDataKind kind;  ///< which analysis; of no meaning where `ofKind` is false
+  digestio::SummaryDataKind kind;  ///< the analysis; only if `ofKind`
   bool ofKind;
-  bool shown;  ///< in a table that nobody chose the columns of
+  bool shown;  ///< in a table without --columns
   Cell (*value)(const Row& row, digestio::SummaryDataKind kind);
 };
 
 /// All columns, in the order of CSV.
 [[nodiscard]] const std::vector<Column>& allColumns();
 
-/// The columns that `names`, separated by commas, asks for, in its order, each once. A name is a column's, or that of
-/// several (`survey`, `survey.place`). Throws UsageError, with `option` before the sentence, for what is none.
+/// The columns that `names` lists, separated by commas: in that order, without duplicates. A name is that of a column
+/// or of a group (`survey`, `survey.place`). Throws UsageError, which names `option`, for an unknown name.
 [[nodiscard]] std::vector<const Column*> columnsNamed(std::string_view option, const std::string& names);
 
-/// The columns of a table where nobody chose: identity, place and, of each analysis that `data` has, its values; with
-/// `verbose`, how well each matches too.
+/// The columns of a table without --columns: identity, place and the values of each analysis that `data` has; with
+/// `verbose`, also its match statuses.
 [[nodiscard]] std::vector<const Column*> columnsOfTable(const kelvar::SummaryData& data, bool verbose);
 
-/// What an analysis is called in JSON and CSV, as the record of it is in the files: `surveyVectorization`.
+/// The name of an analysis in JSON and CSV, which is that of its record in the files: `surveyVectorization`.
 [[nodiscard]] std::string_view recordName(digestio::SummaryDataKind kind);
 
 }  // namespace kelvar_tool

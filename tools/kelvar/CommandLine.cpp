@@ -32,12 +32,12 @@ bool isOptionOf(const CLI::App& app, const std::string& name) {
   return app.get_option_no_throw(name) != nullptr;
 }
 
-// What the parser left over on its way to the innermost subcommand; empty where it used all it was given.
+// The arguments that the parser did not use, down to the innermost subcommand.
 std::string complaintOfLeftovers(const CLI::App& app) {
   const std::vector<std::string> unknown = app.remaining();
   for (const std::string& argument : unknown) {
     const std::string name = argument.substr(0, argument.find('='));
-    // One that the parser knows was left over behind `--`, as a plain argument.
+    // A known option is left over only behind `--`, as a plain argument.
     if (name.starts_with('-') && name != "--" && !isOptionOf(app, name)) return unknownOption(app, name);
   }
   const std::vector<CLI::App*> chosen = app.get_subcommands();
@@ -50,8 +50,8 @@ std::string complaintOfLeftovers(const CLI::App& app) {
   return "unknown subcommand " + inQuotes(unknown.front()) + proposal(unknown.front(), subcommands);
 }
 
-// Whether the parser takes the next argument for the value of this one, whatever that looks like. No name is that of an
-// option with a value here and of one without there, so it does not matter in which subcommand the argument stands.
+// Whether the parser takes the next argument as the value of this one, whatever it looks like. An option name has a
+// value in all subcommands or in none, so the subcommand does not matter.
 bool takesNext(const CLI::App& app, const std::string& argument) {
   if (!argument.starts_with('-')) return false;
   if (const CLI::Option* const option = app.get_option_no_throw(argument)) return option->get_items_expected_min() > 0;
@@ -60,7 +60,7 @@ bool takesNext(const CLI::App& app, const std::string& argument) {
                      [&](const CLI::App* subcommand) { return takesNext(*subcommand, argument); });
 }
 
-// `--name=`: an option and an empty text.
+// `--name=`: an option with an empty value.
 bool carriesEmptyText(const std::string& argument) {
   return argument.starts_with("--") && argument.find('=') == argument.size() - 1;
 }

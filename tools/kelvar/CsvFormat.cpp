@@ -12,14 +12,14 @@ namespace kelvar_tool {
 
 namespace {
 
-// Blanks at the ends and control characters are allowed bare, but not every reader keeps them.
-bool wantsQuotes(std::string_view text) {
+// Leading and trailing blanks and control characters may be unquoted, but not every reader preserves them.
+bool needsQuotes(std::string_view text) {
   const auto special = [](char c) { return c == '"' || c == ',' || static_cast<unsigned char>(c) < 0x20 || c == 0x7f; };
   return text.empty() || text.front() == ' ' || text.back() == ' ' || std::any_of(text.begin(), text.end(), special);
 }
 
 void appendText(std::string& out, std::string_view text) {
-  if (!wantsQuotes(text)) {
+  if (!needsQuotes(text)) {
     out += text;
     return;
   }
@@ -66,7 +66,7 @@ void printCsv(const Loaded& loaded, const Selection& selection) {
       if (column != columns.front()) out += ',';
       appendField(out, column->value(row, column->kind));
     }
-    if (out.size() == start) out += "\"\"";  // an empty line would be no row to most readers
+    if (out.size() == start) out += "\"\"";  // most readers skip an empty line
     out += kLineEnd;
     pieces.pass();
   });

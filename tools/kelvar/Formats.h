@@ -10,24 +10,24 @@
 
 namespace kelvar_tool {
 
-/// What of a project is printed, and how its view is set.
+/// What is printed of a project, and the settings of its view.
 struct Selection {
   RowChoice rows;
-  std::vector<const Column*> columns;  ///< empty: the format's own
+  std::vector<const Column*> columns;  ///< empty for the format's default
   kelvar::SummaryMapping ordering = kelvar::kSortLocator;
   bool reverse = false;
   bool verbose = false;
 };
 
-/// A way of printing a project on standard output. Rows are printed as they are made: none is kept.
+/// A way of printing a project on standard output, row by row.
 using PrintFormat = void (*)(const Loaded& loaded, const Selection& selection);
 
-/// A table that cuts nothing: each column as wide as its widest cell on a terminal.
+/// A table that cuts no value: each column is as wide as its widest cell on a terminal.
 void printWide(const Loaded& loaded, const Selection& selection);
-/// A header and a line for each row, as RFC 4180 has it, in UTF-8. A text is in quotes where it must be or where it is
-/// empty; a value that is not there is nothing at all.
+/// A header and a line for each row, after RFC 4180, in UTF-8. A text is quoted if it must be or is empty; a missing
+/// value is an empty field.
 void printCsv(const Loaded& loaded, const Selection& selection);
-/// One object; report.schema.json says what stands in it.
+/// One object, as docs/report.schema.json describes it.
 void printJson(const Loaded& loaded, const Selection& selection);
 
 }  // namespace kelvar_tool

@@ -19,11 +19,11 @@ using kelvar::SummaryResult;
 
 constexpr std::int64_t kSchemaVersion = 1;
 
-/// An item's object: the columns' names, taken apart at their dots.
+/// An item's object as a tree: the names of the columns, split at their dots.
 struct Node {
   std::string key;
   const Column* column = nullptr;  // null for an object or a list
-  std::size_t cell = 0;            // which of a row's values
+  std::size_t cell = 0;            // index in the row's values
   bool list = false;
   std::vector<Node> children = {};
 };
@@ -44,7 +44,7 @@ void insert(Node& parent, std::string_view path, const Column& column, std::size
   insert(parent.children.back(), path.substr(dot + 1), column, cell);
 }
 
-// Whether the column itself is chosen or, in a list, another element: one left out would change the others' places.
+// Whether the column is chosen or, in a list, any element of it: leaving one out would shift the others.
 bool isChosen(const Column& column, const std::vector<const Column*>& chosen) {
   const std::string_view name = column.name;
   const std::size_t dot = name.rfind('.');
@@ -101,7 +101,7 @@ void writeItems(JsonText& json, PrintedPieces& pieces, const Loaded& loaded, con
   json.endList();
 }
 
-/// What is known of a run; the same of one result and of several seen as one.
+/// The metadata of a run, for a single result and for an aggregate.
 struct Figure {
   const char* name;
   Cell (*value)(const SummaryResult& result);
@@ -158,7 +158,7 @@ void writeAggregate(JsonText& json, std::string_view key, const SummaryResult& r
   json.endObject();
 }
 
-// How each analysis matched as a whole, and its results seen as one. Those of the vectorization cannot be asked for.
+// The status of each analysis and the aggregate of its results. There is no aggregate for the vectorization.
 void writeAnalyses(JsonText& json, kelvar::SummaryData& data) {
   const kelvar_2_1_7::PerKind<const SummaryResult*> results{
       {data.surveyResult(), nullptr, data.suitabilityResult(), data.correctnessResult(), data.mapResult()}};
@@ -176,7 +176,7 @@ void writeAnalyses(JsonText& json, kelvar::SummaryData& data) {
   json.endObject();
 }
 
-// Every result by itself, in the order in which they were read.
+// Every single result, in the order of reading.
 void writeResults(JsonText& json, const SummaryResult& all) {
   json.beginList("results");
   for (int index = 0; index < all.resultCount(); ++index) {

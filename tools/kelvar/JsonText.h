@@ -7,14 +7,14 @@
 
 namespace kelvar_tool {
 
-/// Appends one JSON value piece by piece. Always valid: a byte that belongs to no character becomes U+FFFD, a number
-/// that is not finite null.
+/// Appends one JSON value piece by piece. The output is always valid: a byte that is not UTF-8 becomes U+FFFD, and a
+/// number that is not finite becomes null.
 class JsonText {
  public:
   explicit JsonText(std::string& out) noexcept : out_(out) {}
 
-  /// A key is plain, and empty for the outermost value and for an element of a list. What stands directly in the
-  /// outermost object, and in what stands there, begins a line.
+  /// A key needs no escapes; it is empty for the outermost value and for an element of a list. Values at the first and
+  /// second level begin a new line.
   void beginObject(std::string_view key) { begin(key, '{'); }
   void beginList(std::string_view key) { begin(key, '['); }
   void endObject() { end('}'); }

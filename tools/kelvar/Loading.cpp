@@ -23,8 +23,8 @@ using Results = kelvar_2_1_7::PerKind<std::string>;
 
 using RefusedOfResults = kelvar_2_1_7::PerKind<std::vector<Refusal>>;
 
-// The suite's own collector, which also shows what is being read, and sorts what is refused by the result that it is
-// refused of: which files that opens is the library's to know. The loader asks for a path and then reads what is there.
+// The library's own collector, which also shows progress and files each refusal under the result that was being read:
+// the loader asks for a path and then reads it.
 class ShowingCollector final : public SummaryDataLoader::DataFromResult {
  public:
   ShowingCollector(const Results& results, Database database, Progress& progress)
@@ -45,7 +45,7 @@ class ShowingCollector final : public SummaryDataLoader::DataFromResult {
   }
   std::string mapResultPath() override { return begin(digestio::kMap, DataFromResult::mapResultPath()); }
 
-  // To be asked once all results are read.
+  // Called after all results were read.
   [[nodiscard]] const RefusedOfResults& refused() {
     endReading();
     return refused_;
@@ -78,7 +78,7 @@ class Context final : public SummaryDataLoader::IFinalizeTaskContext {
   boost::shared_ptr<SummaryDataLoader::IDataFromCollector> collector_;
 };
 
-// As the loader asks for them.
+// In the order in which the loader asks.
 std::vector<std::string> inOrder(const Results& results) {
   std::vector<std::string> paths;
   std::copy_if(results.begin(), results.end(), std::back_inserter(paths),
@@ -102,7 +102,7 @@ Database openAnnotations(const std::string& path, std::vector<Refusal>& refusals
   }
 }
 
-// A result that was read, but as something other than what it was named as, leaves no refusal.
+// A result of another kind than it was named as is read without a refusal.
 void refuseStrangers(const kelvar::SummaryData& data, const Results& results, const RefusedOfResults& refused,
                      std::vector<Refusal>& refusals) {
   for (const digestio::SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {

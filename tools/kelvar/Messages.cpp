@@ -49,7 +49,7 @@ bool isControl(unsigned char byte) noexcept {
   return byte < 0x20 || byte == 0x7f;
 }
 
-// U+0080 to U+009F, two bytes each in UTF-8: among them is one that terminals take for the start of a command.
+// U+0080 to U+009F, two bytes each in UTF-8: one of them begins a control sequence on terminals.
 bool isHighControl(std::string_view text) noexcept {
   return text.size() >= 2 && text[0] == '\xc2' && static_cast<unsigned char>(text[1]) >= 0x80 &&
          static_cast<unsigned char>(text[1]) < 0xa0;

@@ -6,24 +6,24 @@
 
 namespace kelvar_tool {
 
-/// The command line makes no sense. what() is a sentence that names the argument and what was expected of it.
+/// A fault in the command line. what() is a sentence that names the argument and what was expected.
 class UsageError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// Says one sentence on standard error, as `kelvar: SENTENCE`. The name is coloured on a terminal, unless NO_COLOR is
-/// set and not empty. What cannot be said is not said: standard error has nowhere to complain to.
+/// Prints one sentence on standard error, as `kelvar: SENTENCE`. The name is coloured on a terminal, unless NO_COLOR is
+/// set and not empty. Failures to print are ignored.
 void say(std::string_view sentence);
 
-/// The text with `\t`, `\n`, `\r`, `\\` and `\xHH` for what a terminal would obey or a line would break at. What it
-/// answers is one line, and can be turned back.
+/// The text with control characters, line breaks and bytes that are not UTF-8 escaped as `\t`, `\n`, `\r`, `\\` and
+/// `\xHH`. The result is one line and can be unescaped.
 [[nodiscard]] std::string escaped(std::string_view text);
 
-/// The text in quotes, escaped, for a sentence.
+/// The text escaped and in quotes, for a sentence.
 [[nodiscard]] std::string inQuotes(std::string_view text);
 
-/// What the command is at, on a line that is gone when it is done. Shown on a terminal only.
+/// What the command is doing, on a line that is erased when it is done. Shown on a terminal only.
 class Progress {
  public:
   Progress() noexcept;
@@ -32,7 +32,7 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
 
   void show(std::string_view activity);
-  /// Takes the line away, so that a sentence can stand there.
+  /// Erases the line, before a sentence is printed.
   void clear() noexcept;
 
  private:

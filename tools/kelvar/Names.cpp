@@ -54,7 +54,7 @@ std::optional<annotation_t::kind_t> annotationKind(std::string name) {
                    proposal(text, candidates));
 }
 
-// How many keys were hit wrongly: a letter too many, too few, another one, or two that changed places.
+// The edit distance: letters added, left out, replaced, or swapped with their neighbour.
 std::size_t slips(std::string_view typed, std::string_view meant) {
   std::vector<std::size_t> beforeLast(meant.size() + 1);
   std::vector<std::size_t> last(meant.size() + 1);
@@ -146,7 +146,7 @@ std::optional<std::int64_t> decimal(std::string_view text, std::int64_t greatest
 }
 
 std::string proposal(const std::string& text, const std::vector<std::string>& candidates) {
-  constexpr std::size_t kLongestName = 64;  // what is longer is no slip, and would only take time to compare
+  constexpr std::size_t kLongestName = 64;  // anything longer is not a typing mistake
   if (text.size() > kLongestName) return {};
   const std::string* nearest = nullptr;
   std::size_t fewest = std::max<std::size_t>(2, text.size() / 3) + 1;

@@ -6,8 +6,8 @@
 
 namespace kelvar_tool {
 
-/// Adds an option or, without dashes, an argument whose text is handed to `take` exactly as it was typed. What the
-/// parser would make of numbers (octal, hexadecimal) and of empty texts (nothing) is not what is meant here.
+/// Adds an option or, without dashes, an argument; `take` is called with its text exactly as typed. The parser's own
+/// conversion would accept octal and hexadecimal numbers and ignore empty texts.
 CLI::Option* addText(CLI::App& app, const std::string& name, const std::string& help,
                      std::function<void(const std::string& text)> take);
 

@@ -12,7 +12,7 @@ namespace kelvar_tool {
 
 void holdStandardDescriptors() noexcept {
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    // The lowest free number is the one that is missing. Reading only, so that what is printed there is an error still.
+    // open returns the lowest free number, which is the missing one. Read-only, so that printing there still fails.
     if (::fcntl(descriptor, F_GETFD) < 0) static_cast<void>(::open("/dev/null", O_RDONLY));
   }
 }

@@ -14,7 +14,7 @@ bool allDigits(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// Cuts a last field of digits, and the colon before it, from `text`.
+// Cuts a final field of digits, with the colon before it, off `text`.
 std::optional<std::string_view> takeField(std::string_view& text) {
   const std::size_t colon = text.rfind(':');
   if (colon == std::string_view::npos || colon == 0 || !allDigits(text.substr(colon + 1))) return std::nullopt;

@@ -9,14 +9,14 @@ namespace kelvar_tool {
 struct Place {
   std::string file;
   int line = 0;
-  int column = 0;  ///< 0: the line as a whole
+  int column = 0;  ///< 0 for the whole line
 };
 
-/// The file may hold colons itself: one or two numbers are taken from the end, and the rest is the file, as it is.
-/// Throws UsageError, with `option` before the sentence, for what has no file or no line.
+/// The file may contain colons: one or two numbers are taken from the end, and the rest is the file. Throws UsageError,
+/// which names `option`, if the file or the line is missing.
 [[nodiscard]] Place placeIn(std::string_view option, const std::string& text);
 
-/// FILE:LINE, and :COLUMN where there is one.
+/// FILE:LINE, with :COLUMN unless it is 0.
 [[nodiscard]] std::string text(const Place& place);
 
 }  // namespace kelvar_tool

@@ -10,13 +10,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool stands(const fs::path& path) {
+bool mayExist(const fs::path& path) {
   std::error_code error;
   return fs::symlink_status(path, error).type() != fs::file_type::not_found;
 }
 
-std::string standing(const fs::path& path) {
-  return stands(path) ? normalPath(path.native()) : std::string();
+std::string pathIfExists(const fs::path& path) {
+  return mayExist(path) ? normalPath(path.native()) : std::string();
 }
 
 }  // namespace
@@ -37,18 +37,18 @@ bool isDirectory(const std::string& path) {
   return fs::is_directory(path, error);
 }
 
-Pieces standingIn(const std::string& project) {
+Pieces piecesIn(const std::string& project) {
   const fs::path root = project;
   const fs::path survey = root / "survey";
   const fs::path vectorization = survey / "surveyvectorization";
   Pieces pieces;
-  pieces.annotations = standing(root / "annotations.db");
-  pieces.results[digestio::kSurvey] = standing(survey);
-  pieces.results[digestio::kSurveyVectorization] = standing(vectorization);
-  pieces.results[digestio::kSuitability] = standing(root / "suitability");
-  pieces.results[digestio::kCorrectness] = standing(root / "dependencies");
-  pieces.results[digestio::kMap] = standing(root / "map");
-  if (stands(vectorization) && !stands(survey / "collection.json")) pieces.results[digestio::kSurvey].clear();
+  pieces.annotations = pathIfExists(root / "annotations.db");
+  pieces.results[digestio::kSurvey] = pathIfExists(survey);
+  pieces.results[digestio::kSurveyVectorization] = pathIfExists(vectorization);
+  pieces.results[digestio::kSuitability] = pathIfExists(root / "suitability");
+  pieces.results[digestio::kCorrectness] = pathIfExists(root / "dependencies");
+  pieces.results[digestio::kMap] = pathIfExists(root / "map");
+  if (mayExist(vectorization) && !mayExist(survey / "collection.json")) pieces.results[digestio::kSurvey].clear();
   return pieces;
 }
 

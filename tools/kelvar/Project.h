@@ -6,7 +6,7 @@
 
 namespace kelvar_tool {
 
-/// What a report is made of, as paths; an empty one is a piece that is not there.
+/// The pieces of a project, as paths; empty for a missing piece.
 struct Pieces {
   std::string annotations;
   kelvar_2_1_7::PerKind<std::string> results;
@@ -14,16 +14,16 @@ struct Pieces {
   [[nodiscard]] bool none() const noexcept;
 };
 
-/// The path made lexically normal, without a trailing slash, and no more absolute than it was.
+/// The path in lexically normal form, without a trailing slash; a relative path stays relative.
 [[nodiscard]] std::string normalPath(const std::string& path);
 
 [[nodiscard]] bool isDirectory(const std::string& path);
 
-/// What stands in the project directory. What is there but cannot be looked at stands there too: that it cannot be
-/// read comes to light when it is. A survey/ that only carries the sub-result is no survey result.
-[[nodiscard]] Pieces standingIn(const std::string& project);
+/// The pieces that exist in the project directory. A piece that cannot be examined counts as existing: the failure is
+/// reported when it is read. A survey/ that holds only the sub-result is not a survey result.
+[[nodiscard]] Pieces piecesIn(const std::string& project);
 
-/// The pieces of `project`, save those that `named` has elsewhere.
+/// The pieces of `project`, except for those that `named` gives another path.
 [[nodiscard]] Pieces overlaid(Pieces project, const Pieces& named);
 
 }  // namespace kelvar_tool

@@ -52,7 +52,7 @@ struct HideOption {
 };
 constexpr HideOption kHideOptions[] = {
     {"--hide-kind", "KIND",
-     "Leave this analysis out of the question: sites that no other speaks of are hidden; survey,\n"
+     "Ignore this analysis, and hide the sites that no other analysis reports: survey,\n"
      "surveyvectorization, suitability, dependencies or map; may be repeated",
      hideKind},
     {"--hide-detail-kind", "N", "Hide hot spots (1) or loops (2); may be repeated", hideDetailKind},
@@ -65,8 +65,7 @@ constexpr HideOption kHideOptions[] = {
 }  // namespace
 
 void addPieces(CLI::App& app, ProjectRequest& request) {
-  addText(app, "PROJECT", "Project directory: what stands in it is read",
-          [&](const std::string& text) { request.project = normalPath(text); });
+  addText(app, "PROJECT", "Project directory", [&](const std::string& text) { request.project = normalPath(text); });
   addPath(app, "--annotations", "FILE", "Annotation database, instead of PROJECT/annotations.db",
           request.named.annotations);
   for (const ResultOption& option : kResultOptions) {
@@ -79,7 +78,7 @@ void addHidings(CLI::App& app, ProjectRequest& request) {
     addText(app, option.name, option.help,
             [&](const std::string& text) { request.hidings.push_back(option.read(option.name, text)); })
         ->type_name(option.value)
-        ->trigger_on_parse();  // at each occurrence, which keeps their order across options
+        ->trigger_on_parse();  // at each occurrence, to keep the order across options
   }
 }
 
@@ -87,9 +86,9 @@ Pieces piecesOf(const ProjectRequest& request) {
   if (request.project && !isDirectory(*request.project)) {
     throw UsageError("PROJECT: expected a directory, not " + inQuotes(*request.project));
   }
-  Pieces pieces = overlaid(request.project ? standingIn(*request.project) : Pieces(), request.named);
+  Pieces pieces = overlaid(request.project ? piecesIn(*request.project) : Pieces(), request.named);
   if (!pieces.none()) return pieces;
-  if (request.project) throw UsageError("nothing to report stands in " + inQuotes(*request.project));
+  if (request.project) throw UsageError("no annotations or results in " + inQuotes(*request.project));
   throw UsageError("nothing to report: expected a PROJECT, or options that name its pieces");
 }
 

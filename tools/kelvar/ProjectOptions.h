@@ -12,25 +12,25 @@
 
 namespace kelvar_tool {
 
-/// Which project a command line asks for, and which of its sites: what every subcommand that reads one takes.
+/// The project and the hidden sites of a command line, for every subcommand that reads a project.
 struct ProjectRequest {
   using Setting = std::function<void(kelvar::SummaryData&)>;
 
   std::optional<std::string> project;
   Pieces named;
-  std::vector<Setting> hidings;  ///< of all three options, as they stand on the command line
+  std::vector<Setting> hidings;  ///< of all three options, in the order of the command line
 };
 
-/// PROJECT and the options that name one piece elsewhere.
+/// PROJECT and the options that give one piece another path.
 void addPieces(CLI::App& app, ProjectRequest& request);
 /// The options that hide sites.
 void addHidings(CLI::App& app, ProjectRequest& request);
 
-/// What is to be read. Throws UsageError where PROJECT is no directory, or there is nothing to read.
+/// The pieces to read. Throws UsageError if PROJECT is not a directory or there is nothing to read.
 [[nodiscard]] Pieces piecesOf(const ProjectRequest& request);
 
-/// Reads `pieces`, says what could not be read, and hides what is not asked for. What it answers stays until the
-/// process ends, which frees at once what would take long to take apart.
+/// Reads `pieces`, prints what could not be read, and applies the hidings. The data is never destroyed: the end of the
+/// process frees it faster.
 [[nodiscard]] const Loaded& loadSaying(const Pieces& pieces, const ProjectRequest& request);
 
 }  // namespace kelvar_tool

@@ -40,11 +40,11 @@ void printText(const Loaded& loaded, const Selection& selection) {
 
 constexpr const char* kExamples =
     "Examples:\n"
-    "  kelvar report my-project                         everything that stands in my-project\n"
+    "  kelvar report my-project                         everything in my-project\n"
     "  kelvar report my-project --verbose               with how well each result matches the annotations\n"
-    "  kelvar report my-project --sort survey-cpu-time  longest first; --sort 3 says the same\n"
+    "  kelvar report my-project --sort survey-cpu-time  longest first; the same as --sort 3\n"
     "  kelvar report my-project --sort label --reverse  from the last label to the first\n"
-    "  kelvar report my-project --survey runs/monday    another survey, all else from my-project\n"
+    "  kelvar report my-project --survey runs/monday    another survey, everything else from my-project\n"
     "  kelvar report my-project --survey-vectorization runs/monday/surveyvectorization\n"
     "  kelvar report --annotations notes.db --suitability s --dependencies d --map m\n"
     "                                                   pieces from anywhere, no project\n"
@@ -55,7 +55,7 @@ constexpr const char* kExamples =
     "  kelvar report my-project --format json | jq '.items[] | select(.survey.cpuTime > 1) | .label'\n"
     "\n"
     "The report goes to standard output, and everything else to standard error.\n"
-    "Exit status: 0 all was read; 1 something could not be read or written, and is named with its reason;\n"
+    "Exit status: 0 everything was read; 1 something could not be read or written, which is named with the reason;\n"
     "2 a usage error; 3 out of memory, or the system failed.";
 
 const Format* formatNamed(const std::string& text) {
@@ -78,30 +78,30 @@ void addView(CLI::App& report, Request& request) {
   addText(report, "--sort", "Order of the rows, by name or number:" + numbered(orderingNames()),
           [&](const std::string& text) { selection.ordering = orderingNamed("--sort", text); })
       ->type_name("ORDER");
-  report.add_flag("--reverse", selection.reverse, "Turn the ordered rows around");
-  report.add_flag("--verbose", selection.verbose, "Say too how well results and rows match, and how they are ordered");
+  report.add_flag("--reverse", selection.reverse, "Reverse the sorted rows");
+  report.add_flag("--verbose", selection.verbose, "Also print match statuses and the ordering");
 }
 
 void addRows(CLI::App& report, Request& request) {
   Selection& selection = request.selection;
-  addText(report, "--format", "text, json or csv: the report as it is, one object, or a line for each row",
+  addText(report, "--format", "text, json or csv: the report as text, one object, or a line for each row",
           [&](const std::string& text) { request.format = formatNamed(text); })
       ->type_name("FORMAT");
-  report.add_flag("--wide", request.wide, "As text, the rows alone, with nothing cut");
-  addText(report, "--match", "Only the rows whose label or file this regular expression (RE2) finds",
+  report.add_flag("--wide", request.wide, "Text format: only the rows, with no value cut");
+  addText(report, "--match", "Only the rows whose label or file matches this regular expression (RE2)",
           [&](const std::string& text) { selection.rows.pattern.emplace("--match", text); })
       ->type_name("REGEX");
   addText(report, "--top", "Only the first N of the rows", [&](const std::string& text) {
     selection.rows.top = topIn(text);
   })->type_name("N");
   addText(report, "--columns",
-          "Only these columns, with commas between them, named as csv names them (survey.cpuTime) or\n"
-          "several at once (survey). The text that this, --match and --top are given for is that of --wide",
+          "Only these columns, separated by commas, by their names in csv (survey.cpuTime) or by the name of\n"
+          "a group (survey). With this option, --match or --top, the text is that of --wide",
           [&](const std::string& text) { selection.columns = columnsNamed("--columns", text); })
       ->type_name("NAMES");
 }
 
-// The fixed table is cut by position elsewhere: what chooses rows or columns is for the other ones.
+// Scripts cut the fixed table by position, so options that choose rows or columns print the wide table.
 PrintFormat printing(const Request& request) {
   if (request.format != &kText) {
     if (request.wide) throw UsageError("--wide: expected with the text format only");

@@ -4,7 +4,7 @@
 
 namespace kelvar_tool {
 
-/// `kelvar report`: joins the results of a project with its annotations and prints what the library says of them.
+/// `kelvar report`: joins the results of a project with its annotations and prints the view.
 void addReport(CLI::App& kelvar, Action& chosen);
 
 }  // namespace kelvar_tool

@@ -9,7 +9,7 @@ namespace {
 
 re2::RE2::Options quiet() {
   re2::RE2::Options options;
-  options.set_log_errors(false);  // what is wrong with a pattern is said by us
+  options.set_log_errors(false);  // we report a bad pattern ourselves
   return options;
 }
 

@@ -16,10 +16,10 @@ namespace kelvar_tool {
 /// A regular expression on label or file. RE2 takes linear time for any pattern and any label.
 class RowPattern {
  public:
-  /// Throws UsageError, with `option` before the sentence, for what is no expression.
+  /// Throws UsageError, which names `option`, if it is not a valid expression.
   RowPattern(std::string_view option, const std::string& text);
 
-  /// Whether it is found in the label, or in the path where the site is or was.
+  /// Whether it matches in the label, or in a path of the site, present or former.
   [[nodiscard]] bool finds(const Row& row) const;
   [[nodiscard]] const std::string& text() const noexcept { return expression_->pattern(); }
 
@@ -27,10 +27,10 @@ class RowPattern {
   std::shared_ptr<const re2::RE2> expression_;
 };
 
-/// Which rows of the view are wanted. What is taken is in the view's order.
+/// The rows to print, a selection of the view in its order.
 struct RowChoice {
   std::optional<RowPattern> pattern;
-  std::optional<int> top;  ///< at most that many, of those that the pattern finds
+  std::optional<int> top;  ///< at most that many rows that match the pattern
 
   [[nodiscard]] bool all() const noexcept { return !pattern && !top; }
 };

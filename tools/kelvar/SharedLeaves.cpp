@@ -15,7 +15,7 @@ bool isEndOf(std::string_view end, std::string_view path) {
   return path.ends_with(end) && (path.size() == end.size() || path[path.size() - end.size() - 1] == '/');
 }
 
-// Whether the two have one leaf and are, as far as their paths tell, different files.
+// Whether the two have the same leaf and, judging by their paths, are different files.
 bool areTwoFiles(const toolbelt::path_t& a, const toolbelt::path_t& b) {
   return a.compare_leaf(b) == 0 && !isEndOf(a.get_text(), b.get_text()) && !isEndOf(b.get_text(), a.get_text());
 }
@@ -24,7 +24,7 @@ std::string placeOf(const locator_t& at) {
   return inQuotes(at.get_file().get_text() + ":" + std::to_string(at.get_line()));
 }
 
-// What the analysis' data was joined with: the annotation of that time, where it is known.
+// The place that the analysis' data was joined with: that of the annotation at the time, if it is known.
 locator_t joinedPlace(const Row& row, digestio::SummaryDataKind kind) {
   const auto annotation = row.item.collectionAnnotation(kind);
   return annotation ? annotation->get_locator() : row.stored;
@@ -39,7 +39,7 @@ void SharedLeaves::look(const Row& row) {
     if (row.seen[kind].is_null() || !areTwoFiles(row.seen[kind].get_file(), joined.get_file())) continue;
     folded_.push_back("warning: " + inQuotes(row.item.label()) + " is at " + placeOf(joined) + ", and " +
                       std::string(recordName(kind)) + " saw it at " + placeOf(row.seen[kind]) +
-                      ": two files of one name were taken for one");
+                      ": two files with the same name were taken for one");
   }
   const toolbelt::path_t& file = row.stored.get_file();
   if (file.empty()) return;
@@ -57,7 +57,7 @@ std::vector<std::string> SharedLeaves::warnings() const {
     });
     if (other == files.end() || !said.insert(sort.second).second) continue;
     sentences.push_back("warning: " + inQuotes(files.front()) + " and " + inQuotes(*other) +
-                        " have one name: sites of the two could be taken for one");
+                        " have the same name: their sites could be confused");
   }
   return sentences;
 }

@@ -35,7 +35,7 @@ using kelvar_2_1_7::PerKind;
 
 struct Threshold {
   std::string_view name;
-  kelvar::SummaryDataStatus worst;  // what is not asked to fail
+  kelvar::SummaryDataStatus worst;  // the worst status that does not fail
 };
 constexpr std::array kThresholds{Threshold{"approximate", kelvar::kExactMatchCurrent},
                                  Threshold{"none", kelvar::kApproximateMatchCurrent}};
@@ -46,10 +46,10 @@ struct Request {
   const Threshold* failOn = nullptr;
 };
 
-/// How many sites of an analysis match how well, by SummaryDataStatus.
+/// The number of sites of an analysis, by SummaryDataStatus.
 using Counts = std::array<std::int64_t, kelvar::kSummaryDataStatusCount>;
 
-/// What a walk over the sites finds.
+/// The findings of a walk over the sites.
 struct Freshness {
   PerKind<Counts> counts{};
   std::vector<std::string> moved;  // a line each
@@ -60,7 +60,8 @@ std::string placeText(const sitenotes::locator_t& at) {
   return text(Place{.file = at.get_file().get_text(), .line = at.get_line(), .column = at.get_column()});
 }
 
-// A move along a line is none: nothing matches by columns. Nor is one of the directory alone: the leaf decides.
+// A change of the column only is not a move, since nothing matches by columns. Neither is a change of the directory:
+// only the leaf is compared.
 bool hasMoved(const sitenotes::locator_t& from, const sitenotes::locator_t& to) {
   return from.get_line() != to.get_line() || from.get_file().compare_leaf(to.get_file()) != 0;
 }
@@ -71,10 +72,10 @@ std::string distance(const sitenotes::locator_t& from, const sitenotes::locator_
   return (lines > 0 ? "+" : "") + std::to_string(lines) + (lines == 1 || lines == -1 ? " line" : " lines");
 }
 
-// One line for each place that the site was seen at, with all analyses that saw it there.
+// One line for each place where analyses saw the site, with their names.
 void noteMoves(const Row& row, std::vector<std::string>& moved) {
   if (!row.item.annotation() || row.current.is_null()) return;
-  std::vector<std::pair<std::string, std::string>> seenAt;  // the line's beginning, and who saw it there
+  std::vector<std::pair<std::string, std::string>> seenAt;  // the beginning of a line, and the analyses
   for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
     const sitenotes::locator_t& seen = row.seen[kind];
     if (seen.is_null() || !hasMoved(seen, row.current)) continue;
@@ -211,18 +212,18 @@ constexpr const char* kExamples =
     "  kelvar status my-project\n"
     "  kelvar status my-project --fail-on approximate   for a build that wants every site on its line\n"
     "  kelvar status my-project --fail-on none --hide-detail-kind 1 --hide-detail-kind 2\n"
-    "                                                   hot spots and loops never match: nobody annotates them\n"
+    "                                                   hot spots and loops never match an annotation\n"
     "\n"
-    "Fields of a line about a site that moved, a tab between each two: label, where an analysis saw it, where it is\n"
+    "The fields of a moved site are separated by tabs: label, where an analysis saw it, where it is\n"
     "now, by how many lines (or another file), and which analyses saw it there. In labels and files \\t, \\n, \\r,\n"
-    "\\\\ and \\xHH stand for the bytes that would break a line.\n"
-    "Exit status: 0 all was read; 1 something could not be read or written, and is named with its reason;\n"
-    "2 a usage error; 3 out of memory, or the system failed; 4 all was read, and --fail-on applies.";
+    "\\\\ and \\xHH are escapes of bytes that would break the line.\n"
+    "Exit status: 0 everything was read; 1 something could not be read or written, which is named with the reason;\n"
+    "2 a usage error; 3 out of memory, or the system failed; 4 everything was read, and --fail-on applies.";
 
 }  // namespace
 
 void addStatus(CLI::App& kelvar, Action& chosen) {
-  CLI::App& app = *kelvar.add_subcommand("status", "Tell how well results still match the annotations");
+  CLI::App& app = *kelvar.add_subcommand("status", "Print how well results still match the annotations");
   const auto request = std::make_shared<Request>();
   addPieces(app, request->project);
   addHidings(app, request->project);

@@ -4,7 +4,7 @@
 
 namespace kelvar_tool {
 
-/// `kelvar status`: how well results still match the annotations, and what moved since.
+/// `kelvar status`: how well results still match the annotations, and which sites have moved.
 void addStatus(CLI::App& kelvar, Action& chosen);
 
 }  // namespace kelvar_tool

@@ -5,19 +5,19 @@
 
 namespace kelvar_tool {
 
-/// What the command ends with.
+/// The exit status.
 enum ExitStatus : int {
   kDone = 0,
   kUnreadable = 1,  ///< something named or found could not be read or written; the rest was done
-  kUsage = 2,       ///< the command line makes no sense, or asks for nothing; nothing was done
-  kExhausted = 3,   ///< memory ran out, or the system failed in a way that nobody foresaw
-  kStale = 4,       ///< all was read, and matches today's annotations less well than was asked for
+  kUsage = 2,       ///< a fault in the command line; nothing was done
+  kExhausted = 3,   ///< out of memory, or an unexpected system error
+  kStale = 4,       ///< everything was read, but matches less well than --fail-on allows
 };
 
-/// The work that a command line asks for. Runs once the whole line was read, and answers the exit status.
+/// The work of a subcommand. Runs after the whole command line was parsed, and returns the exit status.
 using Action = std::function<ExitStatus()>;
 
-/// Adds one subcommand, its options and their help to `kelvar`. Being named on the command line, it leaves its work in
+/// Adds one subcommand, its options and their help to `kelvar`. If it is on the command line, it stores its work in
 /// `chosen`, which outlives the parsing.
 using AddSubcommand = void (*)(CLI::App& kelvar, Action& chosen);
 

@@ -9,11 +9,11 @@ namespace kelvar_tool {
 namespace {
 
 struct Character {
-  utf8proc_int32_t code = -1;  // negative for a byte that belongs to none
+  utf8proc_int32_t code = -1;  // negative for a byte that is not UTF-8
   std::size_t size = 1;
 };
 
-// The character that `text`, which is not empty, begins with.
+// The first character of `text`, which is not empty.
 Character firstOf(std::string_view text) noexcept {
   const auto first = static_cast<unsigned char>(text.front());
   if (first < 0x80) return {.code = first, .size = 1};

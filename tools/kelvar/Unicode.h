@@ -6,12 +6,12 @@
 
 namespace kelvar_tool {
 
-/// The text in UTF-8: each byte that belongs to no character becomes U+FFFD, the replacement character. Paths may hold
-/// any bytes, and readers of JSON refuse a document for one that is wrong.
+/// The text with each byte that is not UTF-8 replaced by U+FFFD. Paths may hold any bytes, and JSON parsers refuse a
+/// document with an invalid one.
 [[nodiscard]] std::string wellFormed(std::string_view text);
 
-/// How many columns a terminal takes for it: two for a wide character, none for a mark that joins the one before.
-/// Requires: well-formed, without control characters.
+/// The width on a terminal: two columns for a wide character, none for a combining mark. Requires valid UTF-8 without
+/// control characters.
 [[nodiscard]] std::size_t displayWidth(std::string_view text) noexcept;
 
 }  // namespace kelvar_tool

@@ -18,7 +18,7 @@ constexpr std::size_t kGap = 2;
 struct TableColumn {
   const Column* column;
   std::size_t width;
-  bool numbers = false;  // stand at the right
+  bool numbers = false;  // right-aligned
 };
 
 std::string textOf(const Column& column, const Row& row) {
@@ -31,7 +31,7 @@ bool sameGroup(const TableColumn& a, const TableColumn& b) {
   return a.column->group == b.column->group && a.column->kind == b.column->kind;
 }
 
-// Where the columns from `first` on that stand under one name end.
+// The end of the columns from `first` on that have the same group.
 std::size_t endOfGroup(const std::vector<TableColumn>& table, std::size_t first) {
   std::size_t end = first + 1;
   while (end < table.size() && sameGroup(table[first], table[end])) ++end;
@@ -44,7 +44,7 @@ std::size_t widthOfGroup(const std::vector<TableColumn>& table, std::size_t firs
   return width;
 }
 
-// The first of the two passes: what the rows need.
+// The first of two passes: the widths.
 void measure(std::vector<TableColumn>& table, const Loaded& loaded, const RowChoice& choice) {
   std::string text;
   forEachRow(*loaded.data, choice, [&](const Row& row) {

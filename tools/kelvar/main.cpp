@@ -27,7 +27,7 @@ constexpr const char* kExamples =
     "Examples:\n"
     "  kelvar report --verbose my-project\n"
     "  kelvar annotate my-project/annotations.db add --kind parallel --label solver --at src/solver.cpp:120\n"
-    "  kelvar report --help    says more of report; so with every subcommand";
+    "  kelvar report --help    explains report, as for every subcommand";
 
 ExitStatus refuse(const CLI::App& app, const std::string& sentence) {
   say(sentence);
@@ -55,7 +55,7 @@ ExitStatus run(CLI::App& kelvar, int count, char** arguments) {
 }
 
 ExitStatus run(int count, char** arguments) {
-  CLI::App kelvar("Reports what analyses say of a program's source sites, and keeps the annotations of those.");
+  CLI::App kelvar("Reports what performance analyses found at annotated source sites, and edits the annotations.");
   kelvar.name("kelvar");
   kelvar.require_subcommand(1);
   kelvar.set_version_flag("--version", KELVAR_VERSION, "Print the version and exit");
@@ -64,15 +64,15 @@ ExitStatus run(int count, char** arguments) {
   return run(kelvar, count, arguments);
 }
 
-/// There is no memory to build a sentence in.
+/// Without memory to build a sentence.
 void sayOutOfMemory() noexcept {
   static_cast<void>(writeAll(STDERR_FILENO, "kelvar: out of memory\n"));
 }
 
 std::atomic<bool> memoryRanOut = false;  // on whichever thread
 
-/// Libraries that we use allocate where they promise not to throw: what would then end the program without a word is
-/// said like everywhere else.
+/// Libraries allocate in functions that must not throw. That would terminate the program silently, so we print the
+/// usual message.
 void sayWhyItEnds() {
   std::set_new_handler([] {
     memoryRanOut = true;

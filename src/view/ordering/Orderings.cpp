@@ -24,13 +24,13 @@ constexpr double kMissingDescending = 1;
 
 template <auto detail, auto value>
 double ascending(const SummaryItemImpl& item) {
-  const auto* const record = (item.*detail)();
+  auto* const record = (item.*detail)();
   return record != nullptr ? static_cast<double>((record->*value)()) : kMissingAscending;
 }
 
 template <auto detail, auto value>
 double descending(const SummaryItemImpl& item) {
-  const auto* const record = (item.*detail)();
+  auto* const record = (item.*detail)();
   return record != nullptr ? -static_cast<double>((record->*value)()) : kMissingDescending;
 }
 
@@ -51,7 +51,7 @@ constexpr SortKey kTotalGain{descending<kSuitability, &SuitabilityDetail::totalM
 constexpr SortKey kErrors{descending<kCorrectness, &CorrectnessDetail::errors>, kCorrectnessKind};
 
 double warnings(const SummaryItemImpl& item) {
-  const CorrectnessDetail* const record = item.correctnessDetail();
+  CorrectnessDetail* const record = item.correctnessDetail();
   if (record == nullptr) return kMissingDescending;
   const std::int64_t first = record->warnings(0);
   const std::int64_t second = record->warnings(1);

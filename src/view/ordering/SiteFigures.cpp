@@ -31,7 +31,7 @@ std::uint64_t ordered(std::integral auto value) {
 
 template <auto detail, auto value, int... index>
 std::uint64_t figure(const SummaryItemImpl& item) {
-  const auto* const record = (item.*detail)();
+  auto* const record = (item.*detail)();
   return record != nullptr ? ordered((record->*value)(index...)) : kMissing;
 }
 

@@ -9,7 +9,7 @@ using digestio::SummaryDataKind;
 namespace {
 
 bool putSurvey(RowText& row, const SummaryItemImpl& item) {
-  const digestio::SurveyDetail* const detail = item.surveyDetail();
+  auto* const detail = item.surveyDetail();
   if (detail == nullptr) return false;
   const double cpuTime = detail->cpuTime();
   const int priority = detail->priority();
@@ -19,7 +19,7 @@ bool putSurvey(RowText& row, const SummaryItemImpl& item) {
 }
 
 bool putSurveyVectorization(RowText& row, const SummaryItemImpl& item) {
-  const digestio::SurveyVectorizationDetail* const detail = item.surveyVectorizationDetail();
+  auto* const detail = item.surveyVectorizationDetail();
   if (detail == nullptr) return false;
   const int state = detail->state();
   const double selfTime = detail->selfTime();
@@ -43,7 +43,7 @@ FlagLetters lettersOf(std::uint32_t flags) {
 }
 
 bool putSuitability(RowText& row, const SummaryItemImpl& item) {
-  const digestio::SuitabilityDetail* const detail = item.suitabilityDetail();
+  auto* const detail = item.suitabilityDetail();
   if (detail == nullptr) return false;
   const double selfTime = detail->selfTime();
   // Gains are modelled for parallel regions as a whole.
@@ -62,7 +62,7 @@ bool putSuitability(RowText& row, const SummaryItemImpl& item) {
 }
 
 bool putCorrectness(RowText& row, const SummaryItemImpl& item) {
-  const digestio::CorrectnessDetail* const detail = item.correctnessDetail();
+  auto* const detail = item.correctnessDetail();
   if (detail == nullptr) return false;
   const long errors = detail->errors();
   const long first = detail->warnings(0);
@@ -72,7 +72,7 @@ bool putCorrectness(RowText& row, const SummaryItemImpl& item) {
 }
 
 bool putMap(RowText& row, const SummaryItemImpl& item) {
-  const digestio::MapDetail* const detail = item.mapDetail();
+  auto* const detail = item.mapDetail();
   if (detail == nullptr) return false;
   const long unit = detail->strides(0);
   const long constant = detail->strides(1);

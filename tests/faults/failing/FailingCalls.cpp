@@ -1,6 +1,6 @@
 /// Preloaded into a program, makes one of its calls to the system fail. KELVAR_FAULT names which and how:
 ///
-///     allocation 0 K   the K-th allocation answers null; allocations 0 K: all from the K-th on
+///     allocation 0 K   the K-th allocation returns null; allocations 0 K: all from the K-th on
 ///     call ERRNO K     the K-th call on a file fails; calls ERRNO K: all from the K-th on
 ///     short            every read and write gets only part of what it asked for
 ///     shrink 0 K       the file whose size is asked for the K-th time is another one right after; grow 0 K alike
@@ -51,12 +51,12 @@ bool fails() {
   errno = error;
   return true;
 }
-/// Of a read or a write that is cut: half of it, and at least a byte.
+/// The size of a cut read or write: half of it, at least one byte.
 std::size_t part(std::size_t size) {
   return std::strcmp(kind, "short") == 0 ? (size + 1) / 2 : size;
 }
 
-/// Another program got at the file in between.
+/// Another program changed the file in between.
 void change(int descriptor, const struct stat& status) {
   const bool shrinks = struck("shrink");
   if (!S_ISREG(status.st_mode) || (!shrinks && !struck("grow"))) return;
@@ -123,7 +123,7 @@ KELVAR_MAY_FAIL(int, unlink, (const char* path), path)
 KELVAR_MAY_FAIL(int, rename, (const char* from, const char* to), from, to)
 
 ssize_t write(int descriptor, const void* bytes, std::size_t size) {
-  // What is said of the fault itself is let through.
+  // The message about the fault itself is not affected.
   if (descriptor != STDERR_FILENO && fails()) return -1;
   return real("write", ::write)(descriptor, bytes, part(size));
 }

@@ -188,7 +188,7 @@ class RemarkReader {
     } else if (key == "Column") {
       place.column = count(text, event);
     } else if (key == "VectorizationFactor") {
-      record_.note.assign("x").append(text);
+      record_.note.assign(1, 'x').append(text);
     }
   }
 
