@@ -69,6 +69,7 @@ awk '/^I/ { own = $2 ~ /^0*4[0-9a-f][0-9a-f][0-9a-f][0-9a-f][0-9a-f],/ } /^I/ ||
   gzip -9nc >"$outputs/lackey.txt.gz"
 
 date +%s >"$outputs/epoch"
-"$here/annotate.sh" "$kelvar" "$project/annotations.db"
+rm -f "$project/annotations.db"
+"$kelvar" annotate "$project/annotations.db" scan "$here/sample" --source-root "$here" >"$project/scan.log" 2>&1
 "$here/import.sh" "$kelvar" "$outputs" "$project"
 "$kelvar" report --verbose "$project"

@@ -19,7 +19,8 @@ fi
 # The files are newer than the runs of the tools: this is the time of those.
 SOURCE_DATE_EPOCH=$(cat "$here/captured/epoch")
 export SOURCE_DATE_EPOCH
-"$here/annotate.sh" "$kelvar" "$project/annotations.db"
+rm -f "$project/annotations.db"
+"$kelvar" annotate "$project/annotations.db" scan "$here/sample" --source-root "$here" >"$project/scan.log" 2>&1
 "$here/import.sh" "$kelvar" "$here/captured" "$project" 2>"$project/import.log" || {
   cat "$project/import.log" >&2
   exit 1

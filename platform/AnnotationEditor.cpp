@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Annotations.h"
+#include "Diagnosis.h"
 #include "EditTable.h"
 #include "Sqlite.h"
 #include "Utf8.h"
@@ -114,6 +115,17 @@ void AnnotationEditor::move(std::int64_t sequence, const std::string& file, int 
     site.file = file;
     site.line = line;
     site.column = column;
+  });
+}
+
+void AnnotationEditor::moveBy(std::int64_t sequence, int lines) {
+  impl_->edit(sequence, [&](Site& site) {
+    const std::int64_t line = std::int64_t{site.line} + lines;
+    constexpr std::int64_t kMost = std::numeric_limits<int>::max();
+    if (line < 1 || line > kMost)
+      throw ReadError({impl_->path, placeOf(sequence),
+                       "a line from 1 to " + std::to_string(kMost) + " to move to, not " + std::to_string(line)});
+    site.line = static_cast<int>(line);
   });
 }
 

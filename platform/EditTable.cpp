@@ -1,12 +1,12 @@
 #include "EditTable.h"
 
 #include <limits>
-#include <optional>
 #include <set>
 #include <string>
 
 #include "Diagnosis.h"
 #include "StateName.h"
+#include "TableRow.h"
 #include "Utf8.h"
 
 namespace kelvar_platform {
@@ -42,20 +42,6 @@ enum EditColumn : int { kRevision, kSequence, kAlive, kDisabled, kKind, kLabel, 
 constexpr std::string_view kSelectEdits =
     "SELECT revision, sequence, alive, disabled, kind, label, file, line, edit.\"column\" FROM edit ORDER BY revision";
 
-struct Range {
-  const char* name;
-  std::int64_t low;
-  std::int64_t high;
-
-  [[nodiscard]] bool holds(std::int64_t value) const noexcept { return low <= value && value <= high; }
-  [[nodiscard]] std::string sentence() const {
-    const std::string from = std::string(name) + " from " + std::to_string(low);
-    return high == kUnbounded ? from + " up" : from + " to " + std::to_string(high);
-  }
-
-  static constexpr std::int64_t kUnbounded = std::numeric_limits<std::int64_t>::max();
-};
-
 constexpr std::int64_t kMostInt = std::numeric_limits<int>::max();
 constexpr Range kRevisions{"revision", 1, Range::kUnbounded};
 constexpr Range kSequences{"sequence", 1, Range::kUnbounded};
@@ -68,41 +54,6 @@ constexpr Range kStateRevisions{"revision", 0, Range::kUnbounded};
 
 constexpr const char* kExpectedPath =
     "path without ., .. or a trailing slash, absolute where it does not lie below the database's folder";
-
-std::string expectedText(const char* name) {
-  return std::string(name) + " as UTF-8 text";
-}
-
-/// The current row of a statement. A refusal names it by `key`, the column that identifies a row.
-struct Row {
-  const Statement& values;
-  const char* table;
-  const char* keyName;
-  int key;
-  std::int64_t number;  // names the row if its key cannot
-
-  [[nodiscard]] std::string place() const {
-    const std::string named = std::string(table) + ", " + keyName + " ";
-    if (values.type(key) == SQLITE_INTEGER) return named + std::to_string(values.integer(key));
-    if (values.type(key) == SQLITE_TEXT) return named + '"' + std::string(values.text(key)) + '"';
-    return std::string(table) + ", row " + std::to_string(number);
-  }
-
-  [[noreturn]] void refuse(const std::string& expected) const { values.connection().refuse(place(), expected); }
-
-  [[nodiscard]] std::int64_t integer(int column, const Range& range) const {
-    const std::optional<std::int64_t> value = values.ifInteger(column);
-    if (!value || !range.holds(*value)) refuse(range.sentence());
-    return *value;
-  }
-
-  [[nodiscard]] std::string_view text(int column, const char* name) const {
-    if (values.type(column) != SQLITE_TEXT) refuse(expectedText(name));
-    const std::string_view value = values.text(column);
-    if (!isUtf8(value)) refuse(expectedText(name));
-    return value;
-  }
-};
 
 EditRow editAt(const Statement& statement, std::int64_t number) {
   const Row row{statement, "edit", "revision", kRevision, number};
@@ -117,27 +68,13 @@ EditRow editAt(const Statement& statement, std::int64_t number) {
           .column = static_cast<int>(row.integer(kColumn, kColumns))};
 }
 
-/// Calls `take` with each row of the table and its number, from 1. The rows that are read from the table are compared
-/// with the count of its index, which detects a damaged page that skips or repeats rows.
-template <class Take>
-void readRows(const Connection& connection, const std::string& table, std::string_view select, Take take) {
-  const std::int64_t count = connection.number(("SELECT count(*) FROM " + table).c_str(), table);
-  Statement statement(connection, select, table);
-  std::int64_t number = 0;
-  while (statement.step()) take(statement, ++number);
-  if (number != count) connection.refuse(table, std::to_string(count) + " rows, found " + std::to_string(number));
-}
-
 void requireNumber(const Connection& connection, const char* name, std::int64_t expected) {
   const std::int64_t found = connection.number(("PRAGMA " + std::string(name)).c_str());
   if (found != expected) connection.refuse(name, std::to_string(expected) + ", found " + std::to_string(found));
 }
 
-/// Only a plain table is accepted: views and virtual tables would run code of the file's writer.
 void requireTable(const Connection& connection, const char* name) {
-  Statement query(connection, "SELECT count(*) FROM pragma_table_list(?) WHERE schema = 'main' AND type = 'table'");
-  query.bind(1, std::string_view(name));
-  if (!query.step() || query.integer(0) != 1) connection.refuse(name, "a table of this name");
+  if (!hasTable(connection, name)) connection.refuse(name, "a table of this name");
 }
 
 /// Throws unless the database is marked as an annotation database of our version and has tables `edit` and `state`.
@@ -205,7 +142,7 @@ void readDatabase(const Connection& connection, const std::function<void(const E
   readStates(connection, takeState);
 }
 
-void appendEdit(const Connection& connection, const EditRow& row) {
+std::int64_t appendEdit(const Connection& connection, const EditRow& row) {
   Statement statement(connection,
                       "INSERT INTO edit (sequence, alive, disabled, kind, label, file, line, \"column\") "
                       "VALUES (?, ?, ?, ?, ?, ?, ?, ?) RETURNING revision",
@@ -220,7 +157,9 @@ void appendEdit(const Connection& connection, const EditRow& row) {
   statement.bind(kColumn, std::int64_t{row.column});
   // A copy of the table may have lost its primary key. A row without a revision would make the file unreadable.
   if (!statement.step() || statement.type(0) != SQLITE_INTEGER) connection.refuse("edit", "revision as the key");
+  const std::int64_t revision = statement.integer(0);
   while (statement.step()) continue;  // ends the statement now, not with the transaction
+  return revision;
 }
 
 }  // namespace kelvar_platform

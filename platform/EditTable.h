@@ -45,7 +45,7 @@ void requireWritable(const std::string& path, const std::string& place, const Ed
 void readDatabase(const Connection& connection, const std::function<void(const EditRow&)>& takeEdit,
                   const std::function<void(const StateRow&)>& takeState);
 
-/// Appends the row; the database chooses its revision.
-void appendEdit(const Connection& connection, const EditRow& row);
+/// Appends the row; the database chooses its revision, which is returned.
+std::int64_t appendEdit(const Connection& connection, const EditRow& row);
 
 }  // namespace kelvar_platform

@@ -1,5 +1,5 @@
 // A small image pipeline on threads, built to be analysed: each stage walks the same picture, and each has
-// something to tell. The annotations in ../annotate.sh mark the stages by the lines below; move both together.
+// something to tell. Comments mark the stages, for `kelvar annotate DATABASE scan`; what the tools wrote names lines.
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -28,7 +28,7 @@ void inParallel(int count, const std::function<void(int, int)>& work) {
 
 /// Every pixel on its own: nothing keeps the compiler from doing several at once.
 [[gnu::noinline]] void brighten(const float* from, float* to, int count, float gain, float bias) {
-  for (int i = 0; i < count; ++i) {
+  for (int i = 0; i < count; ++i) {  // kelvar: parallel "brighten"
     to[i] = from[i] * gain + bias;
   }
 }
@@ -36,7 +36,7 @@ void inParallel(int count, const std::function<void(int, int)>& work) {
 /// Each pixel waits for the one before it, so the loop stays scalar.
 [[gnu::noinline]] void smooth(float* row, int width) {
   float carried = row[0];
-  for (int x = 0; x < width; ++x) {
+  for (int x = 0; x < width; ++x) {  // kelvar: parallel "smooth"
     carried = 0.75F * carried + 0.25F * row[x];
     row[x] = carried;
   }
@@ -45,7 +45,7 @@ void inParallel(int count, const std::function<void(int, int)>& work) {
 /// Down a column of a picture that lies row by row: every step is a row long.
 [[gnu::noinline]] float columnMean(const float* pixels, int width, int height, int column) {
   float sum = 0;
-  for (int y = 0; y < height; ++y) {
+  for (int y = 0; y < height; ++y) {  // kelvar: parallel "column mean"
     sum += pixels[y * width + column];
   }
   return sum / static_cast<float>(height);
@@ -53,13 +53,13 @@ void inParallel(int count, const std::function<void(int, int)>& work) {
 
 /// All threads count into the same bins, and nothing orders them: the race.
 [[gnu::noinline]] void countShades(const float* from, int count, int* bins) {
-  for (int i = 0; i < count; ++i) {
-    ++bins[static_cast<int>(from[i]) % kShades];
+  for (int i = 0; i < count; ++i) {  // kelvar: parallel "count shades"
+    /* kelvar: task "one pixel" */ ++bins[static_cast<int>(from[i]) % kShades];  // kelvar: end "one pixel"
   }
 }
 
 /// Light is not felt as it is counted. The work is a function object's, and the loop is the library's.
-[[gnu::noinline]] void correct(float* pixels, int count) {
+[[gnu::noinline]] void correct(float* pixels, int count) {  // kelvar: parallel "correct"
   const auto gamma = [](float shade) { return shade < 0.5F ? 2 * shade * shade : 1 - 2 * (1 - shade) * (1 - shade); };
   std::transform(pixels, pixels + count, pixels, [&](float shade) { return toScale(gamma(toUnit(shade))); });
 }
@@ -70,7 +70,7 @@ void acrossRow(const float* from, float* to, int width, Combine combine) {
   for (int x = 1; x + 1 < width; ++x) to[x] = combine(from[x - 1], from[x], from[x + 1]);
 }
 [[gnu::noinline]] void sharpen(const float* from, float* to, int width) {
-  acrossRow(from, to, width, [](float left, float here, float right) {
+  acrossRow(from, to, width, [](float left, float here, float right) {  // kelvar: parallel "sharpen"
     const float sharp = 2 * here - 0.5F * (left + right);
     return clamped(sharp, 0, static_cast<float>(kShades - 1));
   });

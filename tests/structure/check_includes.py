@@ -20,7 +20,8 @@ SEES = {
     "src/loader": ["include", "src/vocabulary"],
     "platform": ["src/vocabulary"],
     "readers": ["platform", "src/vocabulary"],
-    "tools": ["include", "readers", "platform", "src/vocabulary"],
+    "sources": ["src/vocabulary"],
+    "tools": ["include", "readers", "sources", "platform", "src/vocabulary"],
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 

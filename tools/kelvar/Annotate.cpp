@@ -1,16 +1,21 @@
 #include "Annotate.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "Annotations.h"
+#include "JsonText.h"
 #include "Messages.h"
 #include "Names.h"
 #include "Options.h"
 #include "Output.h"
 #include "Place.h"
+#include "Scan.h"
+#include "SiteDoubts.h"
 
 namespace kelvar_tool {
 
@@ -25,9 +30,11 @@ struct Edit {
   std::int64_t sequence = 0;
   sitenotes::annotation_t::kind_t kind = sitenotes::annotation_t::parallel;
   std::string label;
-  Place place;
+  std::optional<Place> place;
+  std::optional<int> lines;  // to move by
   std::string result;
   bool all = false;
+  bool json = false;
 };
 
 /// One line, separated by tabs: sequence, kind, label, place and, if any, the marks.
@@ -41,21 +48,50 @@ std::string lineOf(const Site& site) {
   return line + '\n';
 }
 
+std::string jsonOf(const std::vector<Site>& sites) {
+  std::string text;
+  JsonText json(text);
+  json.beginObject("");
+  json.beginList("sites");
+  for (const Site& site : sites) {
+    json.beginObject("");
+    json.value("sequence", site.sequence);
+    json.value("kind", annotationKindNames()[static_cast<std::size_t>(site.kind)]);
+    json.value("label", site.label);
+    json.value("file", site.file);
+    json.value("line", std::int64_t{site.line});
+    json.value("column", std::int64_t{site.column});
+    json.value("disabled", site.disabled);
+    json.value("removed", !site.alive);
+    json.endObject();
+  }
+  json.endList();
+  json.endObject();
+  return text + '\n';
+}
+
 void list(AnnotationEditor& editor, const Edit& edit) {
+  if (edit.json) return print(jsonOf(editor.list(edit.all)));
   std::string lines;
   for (const Site& site : editor.list(edit.all)) lines += lineOf(site);
   print(lines);
 }
 
 void add(AnnotationEditor& editor, const Edit& edit) {
-  const Place& at = edit.place;
+  const Place& at = *edit.place;
+  std::error_code error;
+  const Site site{.kind = edit.kind, .label = edit.label, .file = at.file, .line = at.line, .column = at.column};
+  const bool there = std::filesystem::exists(edit.database, error);
+  for (const std::string& doubt : doubtsOf(site, there ? editor.list(false) : std::vector<Site>())) say(doubt);
   // Printed before the commit: otherwise a site could be added whose number was never printed.
   editor.add(edit.kind, edit.label, at.file, at.line, at.column,
              [](std::int64_t sequence) { print(std::to_string(sequence) + '\n'); });
 }
 
 void move(AnnotationEditor& editor, const Edit& edit) {
-  editor.move(edit.sequence, edit.place.file, edit.place.line, edit.place.column);
+  if (edit.lines) return editor.moveBy(edit.sequence, *edit.lines);
+  if (!edit.place) throw UsageError("move: expected --at FILE:LINE, or --by LINES");
+  editor.move(edit.sequence, edit.place->file, edit.place->line, edit.place->column);
 }
 
 void relabel(AnnotationEditor& editor, const Edit& edit) {
@@ -86,11 +122,10 @@ void takeSequence(CLI::App& app, Edit& edit) {
   })->required();
 }
 
-void takePlace(CLI::App& app, Edit& edit) {
-  addText(app, "--at", "Where the site is: --at src/solver.cpp:120 or --at src/solver.cpp:120:5",
-          [&](const std::string& text) { edit.place = placeIn("--at", text); })
-      ->type_name("FILE:LINE[:COLUMN]")
-      ->required();
+CLI::Option* takePlace(CLI::App& app, Edit& edit) {
+  return addText(app, "--at", "Where the site is: --at src/solver.cpp:120 or --at src/solver.cpp:120:5",
+                 [&](const std::string& text) { edit.place = placeIn("--at", text); })
+      ->type_name("FILE:LINE[:COLUMN]");
 }
 
 void takeSite(CLI::App& app, Edit& edit) {
@@ -102,12 +137,21 @@ void takeSite(CLI::App& app, Edit& edit) {
           [&](const std::string& text) { edit.label = text; })
       ->type_name("TEXT")
       ->required();
-  takePlace(app, edit);
+  takePlace(app, edit)->required();
 }
 
 void takeSequenceAndPlace(CLI::App& app, Edit& edit) {
   takeSequence(app, edit);
-  takePlace(app, edit);
+  CLI::Option* const at = takePlace(app, edit);
+  addText(app, "--by", "How many lines further down; up with a minus: --by=-3",
+          [&](const std::string& text) {
+            const bool up = text.starts_with('-');
+            const auto lines = decimal(std::string_view(text).substr(up ? 1 : 0), std::numeric_limits<int>::max());
+            if (!lines) throw UsageError("--by: expected a count of lines, not " + inQuotes(text));
+            edit.lines = static_cast<int>(up ? -*lines : *lines);
+          })
+      ->type_name("LINES")
+      ->excludes(at);
 }
 
 void takeSequenceAndLabel(CLI::App& app, Edit& edit) {
@@ -117,6 +161,10 @@ void takeSequenceAndLabel(CLI::App& app, Edit& edit) {
 
 void takeAll(CLI::App& app, Edit& edit) {
   app.add_flag("--all", edit.all, "List removed sites too");
+  addText(app, "--format", "text or json", [&edit](const std::string& text) {
+    if (text != "text" && text != "json") throw UsageError("--format: expected text or json, not " + inQuotes(text));
+    edit.json = text == "json";
+  })->type_name("FORMAT");
 }
 
 void takeResult(CLI::App& app, Edit& edit) {
@@ -137,7 +185,9 @@ constexpr EditCommand kEditCommands[] = {
     {"add", "Annotate a site and print its sequence; creates the database if it does not exist",
      "Example:\n  kelvar annotate annotations.db add --kind parallel --label solver --at src/solver.cpp:120:5",
      AnnotationEditor::Open::createIfMissing, takeSite, add},
-    {"move", "Give a site a new place", "Example:\n  kelvar annotate annotations.db move 7 --at src/solver.cpp:124",
+    {"move", "Give a site a new place",
+     "Examples:\n  kelvar annotate annotations.db move 7 --at src/solver.cpp:124\n"
+     "  kelvar annotate annotations.db move 7 --by 4",
      kExisting, takeSequenceAndPlace, move},
     {"relabel", "Give a site a new name",
      "Examples:\n  kelvar annotate annotations.db relabel 7 'inner solver'\n"
@@ -190,6 +240,7 @@ void addAnnotate(CLI::App& kelvar, Action& chosen) {
   app.require_subcommand(1);
   app.footer(kExamples);
   for (const EditCommand& command : kEditCommands) addEditCommand(app, command, edit, chosen);
+  addScan(app, edit->database, chosen);  // the other callbacks keep `edit` as long as the parser lives
 }
 
 }  // namespace kelvar_tool

@@ -12,7 +12,9 @@
 #include <utility>
 #include <vector>
 
+#include "CollectedSources.h"
 #include "Columns.h"
+#include "Diagnosis.h"
 #include "Messages.h"
 #include "Names.h"
 #include "Options.h"
@@ -21,6 +23,7 @@
 #include "ProjectOptions.h"
 #include "Rows.h"
 #include "SharedLeaves.h"
+#include "StaleSites.h"
 #include "names.h"
 
 namespace kelvar_tool {
@@ -39,6 +42,7 @@ constexpr std::array kThresholds{Threshold{"approximate", kelvar::kExactMatchCur
 
 struct Request {
   ProjectRequest project;
+  std::string sourceRoot;
   const Threshold* failOn = nullptr;
 };
 
@@ -131,9 +135,48 @@ bool isStale(const Freshness& found, const Threshold& threshold) {
   });
 }
 
+/// What today's sources say of the annotations and of the results.
+struct SourceChanges {
+  StaleSites sites;
+  std::vector<std::string> lines;  // what to print
+  bool sinceCollection = false;    // a source of a result is not as it was then
+  bool unreadable = false;
+
+  [[nodiscard]] bool fails(const Threshold& threshold) const {
+    const bool lost = !sites.gone.empty() || std::any_of(sites.sites.begin(), sites.sites.end(),
+                                                         [](const auto& site) { return site.now.empty(); });
+    if (threshold.worst == kelvar::kApproximateMatchCurrent) return lost;
+    return lost || sinceCollection || sites.count() > 0 || !sites.edited.empty();
+  }
+};
+
+SourceChanges lookAtSources(const Pieces& pieces, const std::string& sourceRoot) {
+  SourceChanges changes;
+  try {
+    if (!pieces.annotations.empty()) {
+      changes.sites = staleSites(pieces.annotations, sourceRoot);
+      changes.lines = sentences(changes.sites, pieces.annotations);
+    }
+    for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
+      if (pieces.results[kind].empty()) continue;
+      for (const std::string& file : editedSinceCollection(pieces.results[kind], sourceRoot)) {
+        changes.sinceCollection = true;
+        changes.lines.push_back(escaped(file) + " was edited since " + dataKindName(kind) +
+                                " was collected: collect it again");
+      }
+    }
+  } catch (const kelvar_platform::ReadError& error) {
+    say(error.what());
+    changes.unreadable = true;
+  }
+  return changes;
+}
+
 ExitStatus status(const Request& request) {
   const Pieces pieces = piecesOf(request.project);
   const Loaded& loaded = loadSaying(pieces, request.project);
+  // A database that could not be read was named already.
+  const SourceChanges sources = loaded.complaints.empty() ? lookAtSources(pieces, request.sourceRoot) : SourceChanges();
   const Freshness found = lookAt(*loaded.data);
   for (const std::string& warning : found.leaves.warnings()) say(warning);
 
@@ -144,9 +187,15 @@ ExitStatus status(const Request& request) {
     out.text() += line;
     out.pass();
   }
+  if (!sources.lines.empty()) out.text() += "\nSources:\n";
+  for (const std::string& line : sources.lines) {
+    out.text() += line + '\n';
+    out.pass();
+  }
   out.finish();
-  if (!loaded.complaints.empty()) return kUnreadable;
-  return request.failOn && isStale(found, *request.failOn) ? kStale : kDone;
+  if (!loaded.complaints.empty() || sources.unreadable) return kUnreadable;
+  const bool stale = request.failOn && (isStale(found, *request.failOn) || sources.fails(*request.failOn));
+  return stale ? kStale : kDone;
 }
 
 const Threshold* thresholdNamed(const std::string& text) {
@@ -178,9 +227,10 @@ void addStatus(CLI::App& kelvar, Action& chosen) {
   const auto request = std::make_shared<Request>();
   addPieces(app, request->project);
   addHidings(app, request->project);
+  addPath(app, "--source-root", "DIR", "Names of source files in the database are below DIR", request->sourceRoot);
   addText(app, "--fail-on",
-          "Exit with status 4 if a site matches only approximately or not at all (approximate), or if\n"
-          "one does not match at all (none)",
+          "End with status 4 where a site matches approximately or not at all, or its source is not as it\n"
+          "was (approximate); or where one matches not at all, or is found nowhere in its source (none)",
           [&target = *request](const std::string& text) { target.failOn = thresholdNamed(text); })
       ->type_name("MATCH");
   app.footer(kExamples);

@@ -1,14 +1,17 @@
 #include "Import.h"
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "CollectedSources.h"
 #include "Messages.h"
 #include "Names.h"
 #include "Options.h"
 #include "Request.h"
+#include "StaleSites.h"
 
 namespace kelvar_tool {
 
@@ -38,6 +41,7 @@ constexpr const char* kExamples =
 /// What the command line says, before it is known to make sense.
 struct Line {
   std::string kind;
+  bool withStale = false;
   Request request;
 };
 
@@ -122,6 +126,7 @@ void addOptions(CLI::App& app, Line& line) {
            [&line](const std::string& text) { takeMapping(line, text); });
   addPath(app, "--source-root", "DIR", "Relative paths are below DIR; what is not below it is a library's",
           line.request.paths.sourceRoot);
+  app.add_flag("--stale-annotations", line.withStale, "Import into sites too that are no longer on their lines");
   addText(app, "--at-least", "Leave out functions below this share of the whole", [&line](const std::string& text) {
     takePercent(line, text);
   })->type_name("PERCENT");
@@ -155,12 +160,32 @@ void check(const Line& line) {
   if (isModel != (line.request.wishes.cores > 0)) throw UsageError("--cores: expected with --model, and only there");
 }
 
+/// Names the sites that are no longer on their lines, and leaves them out unless they are wanted: what ran on those
+/// lines is another region. Answers the sources as they are, to be kept with the result.
+std::vector<kelvar_platform::SourceRow> checkSources(Line& line) {
+  const std::string database = line.request.wishes.project + "/annotations.db";
+  std::error_code error;
+  if (!std::filesystem::exists(database, error)) return {};
+  const StaleSites stale = staleSites(database, line.request.paths.sourceRoot);
+  if (stale.sources.empty()) return {};  // the sources are elsewhere, and say nothing
+  for (const std::string& sentence : sentences(stale, database)) say(sentence);
+  for (const StaleSites::Stale& site : stale.sites) line.request.leftOut.insert(site.sequence);
+  if (line.withStale) line.request.leftOut.clear();
+  if (!line.request.leftOut.empty()) {
+    say("nothing was imported into these " + std::to_string(line.request.leftOut.size()) +
+        " sites; --stale-annotations does it all the same");
+  }
+  return stale.sources;
+}
+
 ExitStatus runLine(Line& line) {
   check(line);
+  const std::vector<kelvar_platform::SourceRow> sources = checkSources(line);
   Progress progress;
   const std::vector<std::string> remarks =
       runImport(line.request, [&progress](std::string_view activity) { progress.show(activity); });
   progress.clear();
+  writeCollectedSources(resultDirectory(line.request), sources);
   for (const std::string& remark : remarks) say(escaped(remark));
   return kDone;
 }

@@ -209,6 +209,10 @@ std::span<const Source> sources() {
   return kSources;
 }
 
+std::string resultDirectory(const Request& request) {
+  return (fs::path(request.wishes.project) / standingOf(*request.source).path).native();
+}
+
 std::vector<std::string> runImport(const Request& request, const ShowProgress& showProgress) {
   const fs::path project = request.wishes.project;
   const fs::path database = project / "annotations.db";
@@ -216,7 +220,9 @@ std::vector<std::string> runImport(const Request& request, const ShowProgress& s
   run.finalizationStartTime = now();
   timeOfCollection(request.files, run);
   requireEachOnce(request.files);
-  Places places(annotatedSites(database), request.paths);
+  std::vector<kelvar_platform::Site> sites = annotatedSites(database);
+  std::erase_if(sites, [&](const kelvar_platform::Site& site) { return request.leftOut.count(site.sequence) > 0; });
+  Places places(sites, request.paths);
   Frames frames;
   Binaries binaries(request.binaries, frames);
   Reading reading{.binaries = binaries, .event = request.event};

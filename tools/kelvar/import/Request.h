@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -34,8 +36,12 @@ struct Request {
   std::string event;        ///< of several that were counted, the one that is meant
   bool allowEmpty = false;  ///< whether a result that says nothing may take the place of another
   kelvar_readers::PathRules paths;
+  std::set<std::int64_t> leftOut;  ///< sites that no figure is to go to
   kelvar_readers::Wishes wishes;
 };
+
+/// The directory of the result that this source makes, in its project.
+[[nodiscard]] std::string resultDirectory(const Request& request);
 
 /// Reads, analyses and writes. Answers what there is to say about it. Throws kelvar_platform::ReadError; then what
 /// stood in the project stands there as before.

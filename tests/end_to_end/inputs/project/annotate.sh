@@ -3,7 +3,7 @@
 # edits since. annotate.sh KELVAR, in the folder of the project
 set -eu
 kelvar=$1
-site() { "$kelvar" annotate project/annotations.db add --kind "$1" --label "$2" --at "$3" >/dev/null; }
+site() { "$kelvar" annotate project/annotations.db add --kind "$1" --label "$2" --at "$3" >/dev/null 2>&1; }
 edit() { "$kelvar" annotate project/annotations.db "$@"; }
 
 site parallel solver src/solver.cpp:118:5

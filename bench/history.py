@@ -1,0 +1,257 @@
+#!/usr/bin/env python3
+"""How many sites keep their number over the history of a project: history.py KELVAR REPOSITORY...
+
+For pairs of commits that are 10, 50 and 200 apart in a chain of parents, the older tree is scanned, then the newer one with
+the same database. What became of each site in truth is told by the changes in between, commit by commit, as
+`git diff -p -M -w` has them: a line is shifted, edited within a hunk, or taken away.
+
+Prints a row for each repository and distance: the sites that survived, how many of them kept their number, how many
+came out at another place, and of the sites that were deleted, how many live on as another. A site whose line was taken
+away and put elsewhere in one commit is left out: whether that is the same site, no change says.
+"""
+
+import argparse
+import difflib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+DIRECTIVE = re.compile(r"^\s*(?:#\s*pragma\s+|[!cC*]\$)(omp|acc)\b\s*(.*)$", re.IGNORECASE)
+CALL = re.compile(r"\b(Kokkos::\w+(?:::\w+)?|tbb::parallel_\w+|RAJA::\w+)\s*(?:<[^;]*>)?\(")
+KINDS = ("parallel", "teams", "taskloop", "task", "critical", "atomic", "barrier", "taskwait", "flush", "ordered")
+
+
+def marker(line):
+    """What sort of marker a line holds; None where it holds none."""
+    found = DIRECTIVE.match(line)
+    if found:
+        words = found.group(2).lower().split("(")[0].split()
+        if words[:1] == ["end"]:
+            return None
+        return next((kind for kind in KINDS if kind in words), None)
+    found = CALL.search(line)
+    return found.group(1) if found else None
+
+
+def plain(line):
+    return "".join(line.split())
+
+
+def git(repo, *arguments):
+    done = subprocess.run(["git", "-C", str(repo), *arguments], capture_output=True, check=True)
+    return done.stdout.decode("utf-8", "replace")
+
+
+class Hunk:
+    def __init__(self, old, old_count, new):
+        # Without lines, a hunk of -U0 names the line before it.
+        self.old = old if old_count else old + 1
+        self.new = new
+        self.removed, self.added = [], []
+
+
+def chain(repo, last_parent, count):
+    """Commits from the newest on, each with one of its parents behind it."""
+    if not last_parent:
+        return git(repo, "rev-list", "--first-parent", "HEAD", "-n", str(count)).split()
+    commits = [git(repo, "rev-parse", "HEAD").strip()]
+    parents = {}
+    for line in git(repo, "rev-list", "--parents", "HEAD").splitlines():
+        commit, *rest = line.split()
+        parents[commit] = rest
+    while parents.get(commits[-1]) and len(commits) < count:
+        commits.append(parents[commits[-1]][-1])
+    return commits
+
+
+def changes(repo, commits):
+    """What each commit changed, for neighbours of a chain, oldest first: a list of (old name, new name, hunks)."""
+    for older, newer in zip(reversed(commits[1:]), reversed(commits[:-1])):
+        commit = git(repo, "diff-tree", "-r", "-p", "-M", "-w", "-U0", "--no-color", older, newer)
+        files, hunk, old = [], None, None
+        in_hunk = (0, 0)
+        for line in commit.split("\n"):
+            left, right = in_hunk
+            if left and line.startswith("-"):
+                hunk.removed.append(line[1:])
+                in_hunk = (left - 1, right)
+            elif right and line.startswith("+"):
+                hunk.added.append(line[1:])
+                in_hunk = (left, right - 1)
+            elif line.startswith("diff --git "):
+                files.append([None, None, []])
+            elif line.startswith("rename from "):
+                files[-1][0] = line[12:]
+            elif line.startswith("rename to "):
+                files[-1][1] = line[10:]
+            elif line.startswith("--- ") and files:
+                old = line[4:].rstrip("\t")
+                files[-1][0] = old[2:] if old.startswith("a/") else None
+            elif line.startswith("+++ ") and files:
+                new = line[4:].rstrip("\t")
+                files[-1][1] = new[2:] if new.startswith("b/") else None
+            elif line.startswith("@@ ") and files:
+                numbers = re.match(r"@@ -(\d+)(?:,(\d+))? \+(\d+)(?:,(\d+))? @@", line)
+                a, b, c, d = (int(n) if n is not None else 1 for n in numbers.groups())
+                hunk = Hunk(a, b, c)
+                files[-1][2].append(hunk)
+                in_hunk = (b, d)
+        yield files
+
+
+def partner(hunk, index):
+    """The added line that a removed marker became within its hunk."""
+    kind = marker(hunk.removed[index])
+    removed = [i for i, line in enumerate(hunk.removed) if marker(line) == kind]
+    added = [i for i, line in enumerate(hunk.added) if marker(line) == kind]
+    if kind is None or not added:
+        return None
+    if len(removed) == len(added):
+        return added[removed.index(index)]
+    matcher = difflib.SequenceMatcher(None, [plain(x) for x in hunk.removed], [plain(x) for x in hunk.added], False)
+    for a, b, size in matcher.get_matching_blocks():
+        if a <= index < a + size:
+            return b + index - a
+    return "unsure"
+
+
+def follow(sites, files):
+    """Takes all sites, by number, over one commit."""
+    by_old = {entry[0]: entry for entry in files if entry[0]}
+    added = {plain(line) for entry in files for hunk in entry[2] for line in hunk.added if marker(line)}
+    for number, place in list(sites.items()):
+        if not isinstance(place, tuple) or place[0] not in by_old:
+            continue
+        _, new_name, hunks = by_old[place[0]]
+        line, shift, found = place[1], 0, None
+        for hunk in hunks:
+            if line < hunk.old:
+                break
+            if line < hunk.old + len(hunk.removed):
+                found = hunk
+                break
+            shift += len(hunk.added) - len(hunk.removed)
+        if found is None and new_name is not None:
+            sites[number] = (new_name, line + shift)
+            continue
+        index = line - found.old if found else None
+        becomes = partner(found, index) if found and new_name else None
+        if isinstance(becomes, int):
+            sites[number] = (new_name, found.new + becomes)
+        elif becomes == "unsure" or (found and plain(found.removed[index]) in added):
+            sites[number] = "unsure"
+        else:
+            sites[number] = "deleted"
+
+
+def scan(kelvar, database, tree):
+    subprocess.run([kelvar, "annotate", str(database), "scan", "."], cwd=tree, capture_output=True, check=False)
+    listing = subprocess.run([kelvar, "annotate", str(database), "list"], cwd=tree, capture_output=True, check=True)
+    sites = {}
+    for line in listing.stdout.decode("utf-8", "replace").splitlines():
+        number, kind, _, place = line.split("\t")[:4]
+        if kind.startswith("end-"):
+            continue
+        name, at = re.match(r"(.*?):(\d+)(?::\d+)?$", place).groups()
+        sites[int(number)] = (name, int(at))
+    return sites
+
+
+SOURCES = {".c", ".cc", ".cpp", ".cxx", ".h", ".hh", ".hpp", ".hxx", ".cu", ".cuh", ".f", ".f90", ".inl", ".tcc"}
+
+
+def checkout(repo, commit, tree):
+    """Writes the source files of a commit; the repository may lack others."""
+    shutil.rmtree(tree, ignore_errors=True)
+    tree.mkdir()
+    entries = []
+    for entry in git(repo, "ls-tree", "-r", "-z", commit).split("\0"):
+        if not entry.startswith("100"):
+            continue
+        about, name = entry.split("\t", 1)
+        if Path(name).suffix.lower() in SOURCES:
+            entries.append((about.split()[2], name))
+    batch = subprocess.run(["git", "-C", str(repo), "cat-file", "--batch"], capture_output=True, check=True,
+                           input="\n".join(blob for blob, _ in entries).encode())
+    out, at = batch.stdout, 0
+    for _, name in entries:
+        end = out.index(b"\n", at)
+        head = out[at:end].split()
+        if head[-1] == b"missing":
+            at = end + 1
+            continue
+        size = int(head[2])
+        path = tree / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(out[end + 1:end + 1 + size])
+        at = end + 2 + size
+
+
+def measure(kelvar, repo, commits, scratch, verbose):
+    """`commits` are a piece of a chain, the newest first."""
+    tree = Path(scratch) / "tree"
+    database = Path(scratch) / "annotations.db"
+    database.unlink(missing_ok=True)
+    checkout(repo, commits[-1], tree)
+    truth = dict(scan(kelvar, database, tree))
+    for files in changes(repo, commits):
+        follow(truth, files)
+    checkout(repo, commits[0], tree)
+    found = scan(kelvar, database, tree)
+    counts = dict.fromkeys(("survived", "kept", "wrong", "lost", "deleted", "returned", "unsure"), 0)
+    for number, place in truth.items():
+        if place == "unsure":
+            counts["unsure"] += 1
+        elif place == "deleted":
+            counts["deleted"] += 1
+            counts["returned"] += number in found
+            if verbose and number in found:
+                print(f"  returned {number}: at {found[number]}", file=sys.stderr)
+        else:
+            counts["survived"] += 1
+            outcome = "lost" if number not in found else "kept" if found[number] == place else "wrong"
+            counts[outcome] += 1
+            if verbose and outcome != "kept":
+                print(f"  {outcome} {number}: truly at {place}, found at {found.get(number)}", file=sys.stderr)
+    return counts
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("kelvar")
+    parser.add_argument("repositories", nargs="+", type=Path)
+    parser.add_argument("--pairs", type=int, default=4, help="pairs of commits for each distance")
+    parser.add_argument("--distances", type=int, nargs="+", default=[10, 50, 200])
+    parser.add_argument("--stride", type=int, default=200, help="commits between the newer ones of two pairs")
+    parser.add_argument("--last-parent", action="store_true", help="go through merges by what they bring in")
+    parser.add_argument("--verbose", action="store_true", help="name each site that is not where it should be")
+    options = parser.parse_args()
+    kelvar = str(Path(options.kelvar).resolve())
+    print(f"{'project':24}{'apart':>6}{'survived':>10}{'kept %':>9}{'wrong %':>9}{'deleted':>9}{'returned %':>12}{'unsure':>8}")
+    for repo in options.repositories:
+        commits = chain(repo, options.last_parent, options.pairs * options.stride + max(options.distances) + 1)
+        name = repo.parent.name if repo.name == "repo" else repo.name
+        for distance in options.distances:
+            sums = {}
+            for pair in range(options.pairs):
+                newer = pair * options.stride
+                if newer + distance >= len(commits):
+                    break
+                with tempfile.TemporaryDirectory() as scratch:
+                    counts = measure(kelvar, repo, commits[newer : newer + distance + 1], scratch, options.verbose)
+                for key, value in counts.items():
+                    sums[key] = sums.get(key, 0) + value
+            if not sums.get("survived"):
+                continue
+            kept = 100 * sums["kept"] / sums["survived"]
+            wrong = 100 * sums["wrong"] / sums["survived"]
+            returned = 100 * sums["returned"] / sums["deleted"] if sums["deleted"] else 0
+            print(f"{name:24}{distance:6}{sums['survived']:10}{kept:9.2f}{wrong:9.2f}{sums['deleted']:9}{returned:12.2f}"
+                  f"{sums['unsure']:8}", flush=True)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,33 @@
+#include "SourceScan.h"
+
+#include "Fortran.h"
+#include "Lines.h"
+#include "Markers.h"
+
+namespace kelvar_sources {
+
+namespace {
+
+/// How many lines a text has, without a table of them.
+int lineCount(std::string_view source) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; (at = source.find('\n', at)) != std::string_view::npos; ++at) ++count;
+  return static_cast<int>(count) + (source.empty() || source.back() == '\n' ? 0 : 1);
+}
+
+}  // namespace
+
+FileSites scanSource(std::string_view source, Language language, const RuleSet& rules) {
+  if (language != Language::c) return fortranMarkersIn(source, language == Language::fixedFortran, rules);
+  if (rules.firstWords().anyIn(source)) return markersIn(source, rules);
+  FileSites none;
+  none.lines = lineCount(source);
+  return none;
+}
+
+std::vector<FoundSite> codeLines(std::string_view source, Language language) {
+  if (language != Language::c) return fortranCodeLinesIn(source, language == Language::fixedFortran);
+  return codeLinesIn(source);
+}
+
+}  // namespace kelvar_sources

@@ -1,0 +1,162 @@
+#include "Scan.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+#include "AnchoredSites.h"
+#include "Diagnosis.h"
+#include "Messages.h"
+#include "Names.h"
+#include "Options.h"
+#include "Output.h"
+#include "RulesFile.h"
+#include "ScanOutput.h"
+#include "ScanPlan.h"
+
+namespace kelvar_tool {
+
+namespace {
+
+using kelvar_sources::Rule;
+
+struct ScanRequest {
+  SourceRequest sources;
+  std::string rulesFile;
+  std::vector<std::string> only;
+  bool listRules = false;
+  bool noNew = false;
+  bool dryRun = false;
+  bool check = false;
+  bool json = false;
+};
+
+/// All rules that there are, with those of the file.
+std::vector<Rule> allRules(const ScanRequest& request) {
+  std::vector<Rule> rules = kelvar_sources::builtInRules();
+  if (request.rulesFile.empty()) return rules;
+  try {
+    const std::vector<Rule> own = kelvar_sources::rulesIn(sourceBytes(request.rulesFile), rules);
+    rules.insert(rules.end(), own.begin(), own.end());
+  } catch (const kelvar_sources::RulesError& error) {
+    const std::string sentence = error.what();
+    throw UsageError(escaped(request.rulesFile) + ": " + escaped(sentence));
+  }
+  return rules;
+}
+
+/// Those that are looked for.
+std::vector<Rule> wantedRules(const ScanRequest& request) {
+  std::vector<Rule> rules = allRules(request);
+  for (const std::string& name : request.only) {
+    if (std::any_of(rules.begin(), rules.end(), [&](const Rule& rule) { return rule.name == name; })) continue;
+    std::vector<std::string> names;
+    for (const Rule& rule : rules) names.push_back(rule.name);
+    throw UsageError("--only: unknown rule " + inQuotes(name) + proposal(name, names));
+  }
+  std::erase_if(rules, [&](const Rule& rule) {
+    if (request.only.empty()) return rule.onRequest;
+    return std::find(request.only.begin(), request.only.end(), rule.name) == request.only.end();
+  });
+  return rules;
+}
+
+void printPlan(const ScanPlan& plan, bool json) {
+  print(json ? jsonOf(plan) : linesOf(plan));
+}
+
+ExitStatus scan(const ScanRequest& request, const std::string& database) {
+  if (request.listRules) {
+    print(tableOf(allRules(request)));
+    return kDone;
+  }
+  if (request.sources.sources.empty()) throw UsageError("SOURCE: expected a file or a directory");
+  const kelvar_sources::RuleSet rules(wantedRules(request));
+  const SourceTree tree(request.sources);
+  const std::vector<ScannedFile> files = scanned(tree.files(), rules);
+  const ScanInput input{.tree = tree, .files = files, .rules = rules, .makeNew = !request.noNew};
+  bool changes = false;
+  const auto decide = [&](const kelvar_platform::AnchoredSites& sites) {
+    ScanPlan plan = planOf(input, sites);
+    changes = !plan.edits.empty();
+    printPlan(plan, request.json);
+    sayCounts(plan, input);
+    return plan.edits;
+  };
+  if (request.dryRun || request.check) {
+    std::error_code error;
+    const bool there = std::filesystem::exists(database, error) || error;
+    static_cast<void>(decide(there ? kelvar_platform::readAnchoredSites(database) : kelvar_platform::AnchoredSites()));
+  } else {
+    kelvar_platform::editAnchoredSites(database, decide);
+  }
+  for (const std::string& complaint : tree.complaints()) say(complaint);
+  const bool unread = !tree.complaints().empty() ||
+                      std::any_of(files.begin(), files.end(), [](const auto& file) { return !file.complaint.empty(); });
+  if (unread) return kUnreadable;
+  return request.check && changes ? kStale : kDone;
+}
+
+void addRepeated(CLI::App& app, const char* name, const char* value, const char* help,
+                 std::vector<std::string>& texts) {
+  app.add_option(name, CLI::callback_t([&texts, name](const CLI::results_t& results) {
+                   for (const std::string& text : results) {
+                     if (text.empty()) throw UsageError(std::string(name) + ": expected a text, not an empty one");
+                     texts.push_back(text);
+                   }
+                   return true;
+                 }),
+                 help)
+      ->type_name(value)
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  kelvar annotate annotations.db scan src\n"
+    "  kelvar annotate annotations.db scan src --check      status 4 where the database is behind the sources\n"
+    "  kelvar annotate annotations.db scan src --rules wrappers.yaml --exclude 'third_party/*'\n"
+    "  kelvar annotate annotations.db scan --list-rules\n"
+    "\n"
+    "A line for each change, a tab between each two fields: new, moved, edited, relabelled, gone, revived, ambiguous\n"
+    "or unclosed; sequence, kind, label, old place or -, new place or -, and the step that decided. Counts by rule go\n"
+    "to standard error.\n"
+    "Exit status: 0 done; 1 a source or the database could not be read or written; 2 a usage error; 3 out of memory,\n"
+    "or the system failed; 4 with --check, where something would be written.";
+
+}  // namespace
+
+void addScan(CLI::App& annotate, const std::string& database, Action& chosen) {
+  CLI::App& app = *annotate.add_subcommand("scan", "Find the markers in source files, and find sites again");
+  const auto request = std::make_shared<ScanRequest>();
+  app.add_option("SOURCE", CLI::callback_t([&sources = request->sources.sources](const CLI::results_t& texts) {
+                   for (const std::string& text : texts) {
+                     if (text.empty()) throw UsageError("SOURCE: expected a path, not an empty text");
+                     sources.push_back(text);
+                   }
+                   return true;
+                 }),
+                 "Files, and directories that are walked")
+      ->type_name("")
+      ->expected(-1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  addPath(app, "--source-root", "DIR", "Names of files in the database are below DIR", request->sources.sourceRoot);
+  addPath(app, "--rules", "FILE", "A project's own markers, in YAML", request->rulesFile);
+  addRepeated(app, "--only", "RULE", "Look for the markers of this rule alone; may be repeated", request->only);
+  addRepeated(app, "--exclude", "GLOB", "Leave out files and folders of such names; may be repeated",
+              request->sources.excluded);
+  app.add_flag("--no-new", request->noNew, "Find sites again, and make none");
+  app.add_flag("--dry-run", request->dryRun, "Print what would change, and write nothing");
+  app.add_flag("--check", request->check, "The same; ends with status 4 where something would be written");
+  app.add_flag("--list-rules", request->listRules, "Print the table of markers");
+  addText(app, "--format", "text or json", [&json = request->json](const std::string& text) {
+    if (text != "text" && text != "json") throw UsageError("--format: expected text or json, not " + inQuotes(text));
+    json = text == "json";
+  })->type_name("FORMAT");
+  app.footer(kExamples);
+  app.callback([request, &database, &chosen] { chosen = [request, &database] { return scan(*request, database); }; });
+}
+
+}  // namespace kelvar_tool

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "RuleSet.h"
+#include "ScanPlan.h"
+
+namespace kelvar_tool {
+
+/// A line for each event, fields separated by tabs.
+[[nodiscard]] std::string linesOf(const ScanPlan& plan);
+/// The same as a JSON document.
+[[nodiscard]] std::string jsonOf(const ScanPlan& plan);
+/// The table of markers, fields separated by tabs.
+[[nodiscard]] std::string tableOf(const std::vector<kelvar_sources::Rule>& rules);
+/// Says how many markers were found by which rule, how many have no kind, and what was passed over.
+void sayCounts(const ScanPlan& plan, const ScanInput& input);
+
+}  // namespace kelvar_tool

@@ -1,0 +1,96 @@
+#include "ScannedSources.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <exception>
+#include <mutex>
+#include <thread>
+
+#include "Diagnosis.h"
+#include "Digest.h"
+#include "FileDescriptor.h"
+#include "Language.h"
+
+namespace kelvar_tool {
+
+namespace {
+
+/// What offsets of 32 bits reach, with room for a lexer that looks ahead.
+constexpr std::size_t kMostBytes = std::size_t{0xFFFFFFFF} - 4096;
+
+[[noreturn]] void refuse(const std::string& path, const std::string& expected) {
+  throw kelvar_platform::ReadError({path, "", expected});
+}
+
+/// Into `bytes`, whose memory is used again from file to file.
+void readInto(const std::string& path, std::string& bytes) {
+  const kelvar_platform::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file) refuse(path, std::string("a file that can be read (") + std::strerror(errno) + ")");
+  struct stat status {};
+  if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) refuse(path, "a regular file");
+  const auto size = static_cast<std::size_t>(status.st_size);
+  if (size > kMostBytes) refuse(path, "a source file of less than 4 GiB");
+  bytes.resize(size);
+  std::size_t had = 0;
+  while (had < size) {
+    const ssize_t got = ::read(file.get(), bytes.data() + had, size - had);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) refuse(path, std::string("a file that can be read (") + std::strerror(errno) + ")");
+    if (got == 0) break;  // cut while it was read
+    had += static_cast<std::size_t>(got);
+  }
+  bytes.resize(had);
+}
+
+ScannedFile scannedFile(const SourceFile& file, const kelvar_sources::RuleSet& rules, std::string& bytes) {
+  ScannedFile result;
+  try {
+    readInto(file.path, bytes);
+  } catch (const kelvar_platform::ReadError& error) {
+    result.complaint = error.what();
+    return result;
+  }
+  if (kelvar_sources::isBinary(bytes)) return result;
+  result.read = true;
+  result.sites = kelvar_sources::scanSource(bytes, file.language, rules);
+  result.digest = kelvar_sources::digestOf(bytes);
+  return result;
+}
+
+}  // namespace
+
+std::string sourceBytes(const std::string& path) {
+  std::string bytes;
+  readInto(path, bytes);
+  return bytes;
+}
+
+std::vector<ScannedFile> scanned(const std::vector<SourceFile>& files, const kelvar_sources::RuleSet& rules) {
+  std::vector<ScannedFile> results(files.size());
+  std::atomic<std::size_t> next = 0;
+  std::mutex mutex;
+  std::exception_ptr failure;
+  const auto work = [&] {
+    try {
+      std::string bytes;
+      for (std::size_t i = next++; i < files.size(); i = next++) results[i] = scannedFile(files[i], rules, bytes);
+    } catch (...) {
+      const std::lock_guard lock(mutex);
+      failure = std::current_exception();
+    }
+  };
+  const std::size_t most = std::max(1U, std::thread::hardware_concurrency());
+  std::vector<std::jthread> threads;
+  for (std::size_t i = 1; i < std::min(most, files.size()); ++i) threads.emplace_back(work);
+  work();
+  threads.clear();  // joins
+  if (failure) std::rethrow_exception(failure);
+  return results;
+}
+
+}  // namespace kelvar_tool

@@ -1,0 +1,172 @@
+#include "StaleSites.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <set>
+
+#include "Messages.h"
+#include "Place.h"
+#include "ScanPlan.h"
+
+namespace kelvar_tool {
+
+namespace {
+
+using kelvar_platform::AnchoredSite;
+using What = ScanEvent::What;
+
+std::string placeText(const std::string& file, int line) {
+  return text(Place{.file = file, .line = line});
+}
+
+std::string counted(std::size_t count, const std::string& thing) {
+  return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
+}
+
+/// What a scan of the files with sites, and of all that is beside them, would find.
+class Look {
+ public:
+  Look(const std::string& database, const std::string& sourceRoot)
+      : sites_(kelvar_platform::readAnchoredSites(database)), root_(sourceRoot) {}
+
+  StaleSites run() {
+    gatherFiles();
+    if (files_.empty()) return {};
+    chooseRoot();
+    compareDigests();
+    if (stale_.edited.empty() && stale_.gone.empty()) return std::move(stale_);
+    findSites();
+    return std::move(stale_);
+  }
+
+ private:
+  void gatherFiles() {
+    for (const AnchoredSite& one : sites_.sites) {
+      if (one.site.alive && one.anchor) files_[one.site.file];
+    }
+    for (const kelvar_platform::SourceRow& row : sites_.sources) {
+      const auto file = files_.find(row.file);
+      if (file != files_.end()) file->second = row.digest;
+    }
+  }
+
+  /// Names may hold the root already, as those of an import do.
+  void chooseRoot() {
+    const bool below = std::any_of(files_.begin(), files_.end(), [&](const auto& file) {
+      std::error_code error;
+      return std::filesystem::exists(pathOf(file.first), error);
+    });
+    if (!below) root_.clear();
+  }
+
+  [[nodiscard]] std::string pathOf(const std::string& name) const {
+    if (root_.empty() || name.starts_with('/')) return name;
+    return root_ + '/' + name;
+  }
+
+  void compareDigests() {
+    for (const auto& [name, digest] : files_) {
+      std::error_code error;
+      if (!std::filesystem::is_regular_file(pathOf(name), error)) {
+        stale_.gone.push_back(name);
+        continue;
+      }
+      const std::vector<ScannedFile> read = scanned({{pathOf(name), name, name}}, noRules_);
+      if (!read[0].complaint.empty()) {
+        stale_.gone.push_back(name);
+        continue;
+      }
+      stale_.sources.push_back({name, read[0].digest, read[0].sites.lines});
+      if (!digest.empty() && digest != read[0].digest) stale_.edited.push_back(name);
+    }
+  }
+
+  /// Files that are gone may have another name: then all that is below their folders, up to the nearest that is there,
+  /// is looked at too.
+  void findSites() {
+    SourceRequest request{.sources = {}, .sourceRoot = root_, .excluded = {}};
+    std::set<std::string> folders;
+    for (const std::string& name : stale_.edited) request.sources.push_back(pathOf(name));
+    const bool anyThere = !stale_.sources.empty();
+    for (const std::string& name : stale_.gone) {
+      std::error_code error;
+      std::filesystem::path folder = std::filesystem::path(pathOf(name)).parent_path();
+      while (!folder.empty() && !std::filesystem::is_directory(folder, error) && folder != folder.parent_path()) {
+        folder = folder.parent_path();
+      }
+      if (anyThere || std::filesystem::exists(folder, error)) folders.insert(folder.empty() ? "." : folder.native());
+    }
+    request.sources.insert(request.sources.end(), folders.begin(), folders.end());
+    if (request.sources.empty()) return;
+    const SourceTree tree(request);
+    std::vector<kelvar_sources::Rule> rules = kelvar_sources::builtInRules();
+    const kelvar_sources::RuleSet set(rules);
+    const std::vector<ScannedFile> read = scanned(tree.files(), set);
+    take(planOf({.tree = tree, .files = read, .rules = set}, sites_));
+  }
+
+  void take(const ScanPlan& plan) {
+    std::map<std::string, std::map<std::string, std::vector<StaleSites::Stale>>> byFile;  // by old, then by new name
+    for (const ScanEvent& event : plan.events) {
+      if (event.what != What::moved && event.what != What::gone && event.what != What::ambiguous) continue;
+      if (files_.find(event.oldFile) == files_.end()) continue;
+      if (event.what == What::moved && event.oldFile == event.newFile && event.oldLine == event.newLine) continue;
+      const bool known = event.what == What::moved;
+      byFile[event.oldFile][known ? event.newFile : std::string()].push_back(
+          {event.sequence, event.label, placeText(event.oldFile, event.oldLine),
+           known ? placeText(event.newFile, event.newLine) : std::string()});
+    }
+    for (auto& [from, targets] : byFile) {
+      const bool vanished = std::find(stale_.gone.begin(), stale_.gone.end(), from) != stale_.gone.end();
+      if (vanished && targets.size() == 1 && !targets.begin()->first.empty()) {
+        stale_.renamed.push_back({from, targets.begin()->first, targets.begin()->second.size()});
+        std::erase(stale_.gone, from);
+        continue;
+      }
+      for (auto& [to, sites] : targets) stale_.sites.insert(stale_.sites.end(), sites.begin(), sites.end());
+    }
+    std::sort(stale_.sites.begin(), stale_.sites.end(),
+              [](const auto& a, const auto& b) { return a.sequence < b.sequence; });
+  }
+
+  const kelvar_platform::AnchoredSites sites_;
+  std::string root_;
+  const kelvar_sources::RuleSet noRules_{std::vector<kelvar_sources::Rule>()};
+  std::map<std::string, std::string> files_;  // digests by name
+  StaleSites stale_;
+};
+
+}  // namespace
+
+std::size_t StaleSites::count() const noexcept {
+  std::size_t all = sites.size();
+  for (const Renamed& one : renamed) all += one.sites;
+  return all;
+}
+
+bool StaleSites::holds(std::int64_t sequence) const noexcept {
+  return std::any_of(sites.begin(), sites.end(), [&](const Stale& site) { return site.sequence == sequence; });
+}
+
+StaleSites staleSites(const std::string& database, const std::string& sourceRoot) {
+  return Look(database, sourceRoot).run();
+}
+
+std::vector<std::string> sentences(const StaleSites& stale, const std::string& database) {
+  std::vector<std::string> all;
+  for (const StaleSites::Renamed& one : stale.renamed) {
+    all.push_back(escaped(one.from) + " is " + escaped(one.to) + " now, with " + counted(one.sites, "site"));
+  }
+  for (const StaleSites::Stale& site : stale.sites) {
+    all.push_back("site " + std::to_string(site.sequence) + " '" + escaped(site.label) + "' is no longer at " +
+                  escaped(site.place) +
+                  (site.now.empty() ? ", nor elsewhere for certain" : ", but at " + escaped(site.now)));
+  }
+  for (const std::string& file : stale.edited) all.push_back(escaped(file) + " was edited since the last scan");
+  for (const std::string& file : stale.gone) all.push_back(escaped(file) + " is not there");
+  if (!all.empty()) all.push_back("run 'kelvar annotate " + escaped(database) + " scan' on the sources");
+  return all;
+}
+
+}  // namespace kelvar_tool
