@@ -40,7 +40,7 @@ TEST_F(ResultWriting, WritesEveryValueSoThatItIsReadBack) {
   detail.dependencies = {.errors = 1, .warnings = {2, 3}};
   detail.map = {.strides = {std::numeric_limits<std::int64_t>::min(), 0, 5}};
   writer.add(detail);
-  writer.add({});
+  writer.add(kelvar_platform::DetailRecord{});
   EXPECT_FALSE(std::filesystem::exists(path("new/survey")));
   writer.finish();
 
@@ -85,7 +85,7 @@ TEST_F(ResultWriting, RefusesWhatCouldNotBeReadBackAndLeavesNothing) {
   };
   for (const auto& [detail, want] : cases) {
     ResultWriter writer(path("map"), RunRecord{}, {});
-    writer.add({});
+    writer.add(kelvar_platform::DetailRecord{});
     EXPECT_EQ(refused([&, &bad = detail] { writer.add(bad); }), "map/collection.json: " + want);
   }
   EXPECT_EQ(refused([&] { writeRun(path(), {.cpuCount = -1}); }),
