@@ -88,4 +88,12 @@ void FileText::read(const std::string& file) {
   size_ = size;
 }
 
+void FileText::take(std::string_view text) {
+  size_ = 0;
+  makeRoom(text.size());
+  std::copy(text.begin(), text.end(), memory_.get());
+  std::fill_n(memory_.get() + text.size(), simdjson::SIMDJSON_PADDING, '\0');
+  size_ = text.size();
+}
+
 }  // namespace kelvar_platform

@@ -17,6 +17,9 @@ class FileText {
   /// where it is no file that can be read, or changes meanwhile; there is no text then.
   void read(const std::string& file);
 
+  /// Copies `text` in place of what was read before.
+  void take(std::string_view text);
+
   [[nodiscard]] std::string_view view() const noexcept { return {memory_.get(), size_}; }
   /// The size with what follows the text.
   [[nodiscard]] std::size_t allocated() const noexcept { return allocated_; }

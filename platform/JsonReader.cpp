@@ -53,6 +53,11 @@ JsonReader::Container::Container(JsonReader& reader) : reader_(reader) {
 JsonReader::Object JsonReader::openDocument(const std::string& file) {
   file_ = file;
   text_.read(file);
+  return openText(file);
+}
+
+JsonReader::Object JsonReader::openText(const std::string& file) {
+  file_ = file;
   unescaped_.release();
   unknownKeys_.clear();  // a refusal leaves them
   const std::string_view text = text_.view();
@@ -70,9 +75,9 @@ JsonReader::Object JsonReader::openDocument(const std::string& file) {
   return object;
 }
 
-void JsonReader::closeDocument() {
+void JsonReader::closeDocument(const char* end) {
   const char* rest = nullptr;
-  if (document_.current_location().get(rest) == simdjson::SUCCESS) refuseHere("the end of the file");
+  if (document_.current_location().get(rest) == simdjson::SUCCESS) refuseHere(end);
 }
 
 JsonReader::Object JsonReader::asObject(JsonValue& value) {

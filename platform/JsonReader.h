@@ -41,6 +41,10 @@ class JsonReader {
   /// The one object of `file`, up to the end of the file.
   template <class Record, std::size_t N>
   void readDocument(const std::string& file, const std::array<JsonField<Record>, N>& fields, Record& out);
+  /// The one object of `line`, which is all of a line of `file`; bytes in a refusal count from its beginning.
+  template <class Record, std::size_t N>
+  void readLine(const std::string& file, std::string_view line, const std::array<JsonField<Record>, N>& fields,
+                Record& out);
   template <class Record, std::size_t N>
   void readObject(JsonValue& value, const std::array<JsonField<Record>, N>& fields, Record& out);
   /// Calls `onElement` with each value of a list.
@@ -74,7 +78,10 @@ class JsonReader {
   using Object = simdjson::ondemand::object;
 
   Object openDocument(const std::string& file);
-  void closeDocument();
+  /// Of the text that was taken in.
+  Object openText(const std::string& file);
+  /// `end` is what is expected behind the document.
+  void closeDocument(const char* end);
   Object asObject(JsonValue& value);
   simdjson::ondemand::array asList(JsonValue& value);
   template <class Record, std::size_t N>
@@ -122,7 +129,15 @@ T& JsonReader::taken(simdjson::simdjson_result<T>& result) {
 template <class Record, std::size_t N>
 void JsonReader::readDocument(const std::string& file, const std::array<JsonField<Record>, N>& fields, Record& out) {
   readFields(openDocument(file), fields, out);
-  closeDocument();
+  closeDocument("the end of the file");
+}
+
+template <class Record, std::size_t N>
+void JsonReader::readLine(const std::string& file, std::string_view line,
+                          const std::array<JsonField<Record>, N>& fields, Record& out) {
+  text_.take(line);
+  readFields(openText(file), fields, out);
+  closeDocument("the end of the line");
 }
 
 template <class Record, std::size_t N>

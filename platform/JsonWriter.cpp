@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "Diagnosis.h"
+#include "JsonEscape.h"
 #include "Utf8.h"
 
 namespace kelvar_platform {
@@ -17,25 +18,6 @@ namespace kelvar_platform {
 namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{1} << 18;
-
-void appendEscape(std::string& out, char c) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  const auto byte = static_cast<unsigned char>(c);
-  switch (c) {
-    case '"':
-    case '\\':
-      out += {'\\', c};
-      return;
-    case '\n':
-      out += "\\n";
-      return;
-    case '\t':
-      out += "\\t";
-      return;
-    default:
-      out += {'\\', 'u', '0', '0', kDigits[byte >> 4], kDigits[byte & 0xF]};
-  }
-}
 
 }  // namespace
 
@@ -80,14 +62,14 @@ void JsonWriter::startValue(std::string_view key) {
     return;
   }
   place_.at(key);
-  appendText(key);
+  appendJsonText(buffer_, key);
   buffer_ += ':';
 }
 
 void JsonWriter::text(std::string_view key, std::string_view value) {
   startValue(key);
   if (!isUtf8(value)) refuse("a text in UTF-8");
-  appendText(value);
+  appendJsonText(buffer_, value);
 }
 
 void JsonWriter::number(std::string_view key, double value) {
@@ -109,23 +91,6 @@ void JsonWriter::integer(std::string_view key, std::int64_t value) {
 void JsonWriter::integer(std::string_view key, std::int64_t value, std::int64_t min, std::int64_t max) {
   integer(key, value);
   if (value < min || value > max) refuse("an integer from " + std::to_string(min) + " to " + std::to_string(max));
-}
-
-void JsonWriter::appendText(std::string_view value) {
-  buffer_ += '"';
-  while (!value.empty()) {
-    std::size_t plain = 0;
-    while (plain < value.size() && static_cast<unsigned char>(value[plain]) >= 0x20 && value[plain] != '"' &&
-           value[plain] != '\\') {
-      ++plain;
-    }
-    buffer_ += value.substr(0, plain);
-    value.remove_prefix(plain);
-    if (value.empty()) break;
-    appendEscape(buffer_, value.front());
-    value.remove_prefix(1);
-  }
-  buffer_ += '"';
 }
 
 template <class Number>

@@ -50,7 +50,6 @@ class JsonWriter {
   void begin(std::string_view key, char bracket);
   void end(char bracket);
   void startValue(std::string_view key);
-  void appendText(std::string_view value);
   template <class Number>
   void appendNumber(Number value);
   void flush();

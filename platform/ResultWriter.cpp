@@ -114,17 +114,20 @@ class ResultWriter::Output {
   }
 
   void add(const DetailRecord& detail) { writeDetail(collection_, detail); }
+  void add(Evidence evidence) { evidence_.push_back(std::move(evidence)); }
 
   void finish() {
     collection_.endList();
     collection_.endObject();
     collection_.close();
+    writeEvidence(staged_.path(), std::move(evidence_));
     staged_.install();
   }
 
  private:
   StagedDirectory staged_;
   JsonWriter collection_;
+  std::vector<Evidence> evidence_;
 };
 
 ResultWriter::ResultWriter(const std::filesystem::path& directory, const std::optional<RunRecord>& run,
@@ -137,6 +140,10 @@ ResultWriter& ResultWriter::operator=(ResultWriter&&) noexcept = default;
 
 void ResultWriter::add(const DetailRecord& detail) {
   output_->add(detail);
+}
+
+void ResultWriter::add(Evidence evidence) {
+  output_->add(std::move(evidence));
 }
 
 void ResultWriter::finish() {

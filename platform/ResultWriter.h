@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "Evidence.h"
 #include "PlatformExport.h"
 #include "ResultRecords.h"
 
@@ -28,6 +29,8 @@ class PLATFORM_EXPORT ResultWriter {
   ResultWriter& operator=(ResultWriter&&) noexcept;
 
   void add(const DetailRecord& detail);
+  /// What the collection's details rest on; taken in any order, written as writeEvidence does.
+  void add(Evidence evidence);
   /// Puts the result in its place. Called once, at the end.
   void finish();
 

@@ -35,8 +35,9 @@ std::error_code lastError() {
 
 /// What a result directory holds. A folder that holds anything else may be somebody's home, and is not replaced.
 void requireResult(const fs::path& directory) {
-  constexpr std::array<std::string_view, 6> kNames{"result.json",   "collection.json", "application.log",
-                                                   "collector.log", "command.log",     "surveyvectorization"};
+  constexpr std::array<std::string_view, 7> kNames{"result.json",   "collection.json", "application.log",
+                                                   "collector.log", "command.log",     "surveyvectorization",
+                                                   "evidence.jsonl"};
   std::error_code error;
   for (fs::directory_iterator entry(directory, error); !error && entry != fs::directory_iterator();
        entry.increment(error)) {
