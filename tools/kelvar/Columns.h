@@ -16,7 +16,7 @@ namespace kelvar_tool {
 struct Row {
   explicit Row(kelvar::SummaryItem& item);
 
-  const kelvar::SummaryItem& item;
+  kelvar::SummaryItem& item;
   sitenotes::locator_t stored;
   sitenotes::locator_t current;
   unsigned long handle = 0;
@@ -32,10 +32,14 @@ struct Column {
   bool ofKind;
   bool shown;  ///< in a table that nobody chose the columns of
   Cell (*value)(const Row& row, digestio::SummaryDataKind kind);
+  std::string_view unit = {};  ///< `s`; empty for what has none
 };
 
 /// All columns, in the order of CSV.
 [[nodiscard]] const std::vector<Column>& allColumns();
+
+/// The names of all columns, with commas between them.
+[[nodiscard]] std::string columnNames();
 
 /// The columns that `names`, separated by commas, asks for, in its order, each once. A name is a column's, or that of
 /// several (`survey`, `survey.place`). Throws UsageError, with `option` before the sentence, for what is none.
