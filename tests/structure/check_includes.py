@@ -19,7 +19,8 @@ SEES = {
     "src/data": ["src/results", "src/view", "src/items", "include", "src/vocabulary"],
     "src/loader": ["include", "src/vocabulary"],
     "platform": ["src/vocabulary"],
-    "tools": ["include", "platform", "src/vocabulary"],
+    "page": ["include", "platform", "src/vocabulary"],
+    "tools": ["page", "include", "platform", "src/vocabulary"],
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 

@@ -13,6 +13,7 @@
 #include "Names.h"
 #include "Options.h"
 #include "Output.h"
+#include "PageModel.h"
 #include "ProjectOptions.h"
 
 namespace kelvar_tool {
@@ -22,9 +23,11 @@ namespace {
 struct Format {
   std::string_view name;
   PrintFormat print;
+  bool evidence = false;  // shows what figures rest on
 };
 void printText(const Loaded& loaded, const Selection& selection);
-constexpr std::array kFormats{Format{"text", printText}, Format{"json", printJson}, Format{"csv", printCsv}};
+constexpr std::array kFormats{Format{"text", printText}, Format{"json", printJson}, Format{"csv", printCsv},
+                              Format{"html", printHtml, true}, Format{"sarif", printSarif, true}};
 constexpr const Format& kText = kFormats[0];
 
 struct Request {
@@ -32,6 +35,7 @@ struct Request {
   Selection selection;
   const Format* format = &kText;
   bool wide = false;
+  std::string sourceRoot = ".";
 };
 
 void printText(const Loaded& loaded, const Selection& selection) {
@@ -64,7 +68,7 @@ const Format* formatNamed(const std::string& text) {
     if (format.name == text) return &format;
     names.emplace_back(format.name);
   }
-  throw UsageError("--format: expected text, json or csv, not " + inQuotes(text) + proposal(text, names));
+  throw UsageError("--format: expected text, json, csv, html or sarif, not " + inQuotes(text) + proposal(text, names));
 }
 
 int topIn(const std::string& text) {
@@ -73,7 +77,7 @@ int topIn(const std::string& text) {
   return static_cast<int>(*top);
 }
 
-void addView(CLI::App& report, Request& request) {
+void addOrder(CLI::App& report, Request& request) {
   Selection& selection = request.selection;
   addText(report, "--sort", "Order of the rows, by name or number:" + numbered(orderingNames()),
           [&](const std::string& text) { selection.ordering = orderingNamed("--sort", text); })
@@ -84,9 +88,13 @@ void addView(CLI::App& report, Request& request) {
 
 void addRows(CLI::App& report, Request& request) {
   Selection& selection = request.selection;
-  addText(report, "--format", "text, json or csv: the report as it is, one object, or a line for each row",
+  addText(report, "--format",
+          "text, json or csv: the report as it is, one object, or a line for each row; html: a page in one\n"
+          "file; sarif: what editors and code hosts show at the lines of the sources",
           [&](const std::string& text) { request.format = formatNamed(text); })
       ->type_name("FORMAT");
+  addPath(report, "--source-root", "DIR", "For html: where the sources are; the working directory if not given",
+          request.sourceRoot);
   report.add_flag("--wide", request.wide, "As text, the rows alone, with nothing cut");
   addText(report, "--match", "Only the rows whose label or file this regular expression (RE2) finds",
           [&](const std::string& text) { selection.rows.pattern.emplace("--match", text); })
@@ -113,10 +121,15 @@ PrintFormat printing(const Request& request) {
 
 ExitStatus report(const Request& request) {
   const PrintFormat printReport = printing(request);
-  const Loaded& loaded = loadSaying(piecesOf(request.project), request.project);
-  loaded.data->setMapping(request.selection.ordering, request.selection.reverse);
-  printReport(loaded, request.selection);
-  return loaded.complaints.empty() ? kDone : kUnreadable;
+  Selection selection = request.selection;
+  selection.project = request.project.project.value_or("project");
+  const Pieces pieces = piecesOf(request.project);
+  const Loaded& loaded = loadSaying(pieces, request.project);
+  const auto model = request.format->evidence ? modelOf(loaded, pieces, request.sourceRoot) : nullptr;
+  selection.model = model.get();
+  loaded.data->setMapping(selection.ordering, selection.reverse);
+  printReport(loaded, selection);
+  return (model ? model->complaints : loaded.complaints).empty() ? kDone : kUnreadable;
 }
 
 }  // namespace
@@ -125,7 +138,7 @@ void addReport(CLI::App& kelvar, Action& chosen) {
   CLI::App& app = *kelvar.add_subcommand("report", "Print the report of a project");
   const auto request = std::make_shared<Request>();
   addPieces(app, request->project);
-  addView(app, *request);
+  addOrder(app, *request);
   addHidings(app, request->project);
   addRows(app, *request);
   app.footer(kExamples);
