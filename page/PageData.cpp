@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <cstdint>
 #include <set>
 
 #include "Diagnosis.h"
@@ -210,12 +210,14 @@ void writeKinds(PageJson& json, const Model& model) {
   json.endList();
 }
 
-template <class Number>
-bool take(std::string_view& text, Number& number) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc()) return false;
-  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-  return true;
+// What an address can carry: a text that is long, or that would not come back as it was, is known by its hash.
+std::string keyPart(const std::string& text) {
+  constexpr std::size_t kLongest = 300;
+  constexpr std::string_view kChanged("\0\n", 2);
+  if (text.size() <= kLongest && text.find_first_of(kChanged) == std::string::npos) return text;
+  std::uint64_t hash = 14695981039346656037U;  // FNV-1a: the same in every process, so that links last
+  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
+  return "#" + std::to_string(hash);
 }
 
 }  // namespace
@@ -224,21 +226,27 @@ bool take(std::string_view& text, Number& number) {
 std::string keyOf(const Site& site) {
   if (site.handle != 0) return "s" + std::to_string(site.handle);
   return "r" + std::to_string(static_cast<int>(site.sort)) + "/" + std::to_string(site.place.get_line()) + "/" +
-         site.place.get_file().get_text() + "\n" + site.label;
+         keyPart(site.place.get_file().get_text()) + "\n" + keyPart(site.label);
 }
 
 kelvar::SummaryItem* itemOf(const Model& model, const std::string& key) {
-  std::string_view rest = key;
+  const std::string_view rest = key;
   if (rest.starts_with('s')) return model.overview.itemOf(key);
   const std::size_t slash = rest.find('/');
   const std::size_t after = slash == std::string_view::npos ? slash : rest.find('/', slash + 1);
   const std::size_t end = rest.rfind('\n');
   if (after == std::string_view::npos || end == std::string_view::npos || end < after) return nullptr;
   const std::string file(rest.substr(after + 1, end - after - 1));
-  const auto& rows = model.overview.rowsIn(file);
-  const auto found =
-      std::find_if(rows.begin(), rows.end(), [&](kelvar::SummaryItem* item) { return keyOf(siteOf(*item)) == key; });
-  return found != rows.end() ? *found : nullptr;
+  const auto in = [&](const std::vector<kelvar::SummaryItem*>& rows) -> kelvar::SummaryItem* {
+    const auto found =
+        std::find_if(rows.begin(), rows.end(), [&](kelvar::SummaryItem* item) { return keyOf(siteOf(*item)) == key; });
+    return found != rows.end() ? *found : nullptr;
+  };
+  if (!file.starts_with('#')) return in(model.overview.rowsIn(file));
+  for (const auto& [name, rows] : model.overview.files()) {
+    if (kelvar::SummaryItem* const found = in(rows)) return found;
+  }
+  return nullptr;
 }
 
 void writeProgram(PageJson& json, const Model& model, const std::string& project) {
