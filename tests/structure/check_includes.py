@@ -21,7 +21,8 @@ SEES = {
     "platform": ["src/vocabulary"],
     "readers": ["platform", "src/vocabulary"],
     "sources": ["src/vocabulary"],
-    "tools": ["include", "readers", "sources", "platform", "src/vocabulary"],
+    "page": ["include", "platform", "src/vocabulary"],
+    "tools": ["page", "include", "readers", "sources", "platform", "src/vocabulary"],
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 

@@ -31,6 +31,12 @@ void take(std::vector<const Column*>& chosen, const Column& column) {
 
 }  // namespace
 
+std::string columnNames() {
+  std::string all;
+  for (const Column& column : allColumns()) all += (all.empty() ? "" : ",") + column.name;
+  return all;
+}
+
 std::vector<const Column*> columnsNamed(std::string_view option, const std::string& text) {
   std::vector<const Column*> chosen;
   for (std::size_t start = 0; start <= text.size();) {
@@ -44,7 +50,7 @@ std::vector<const Column*> columnsNamed(std::string_view option, const std::stri
     }
     if (!known) {
       throw UsageError(std::string(option) + ": expected names of columns, separated by commas, not " + inQuotes(name) +
-                       proposal(name, names()));
+                       proposal(name, names()) + "; there are: " + columnNames());
     }
     start = end + 1;
   }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <filesystem>
 #include <type_traits>
 
 #include "Names.h"
@@ -36,6 +37,8 @@ Cell label(const Row& row, SummaryDataKind) {
 }
 
 Cell annotationKind(const Row& row, SummaryDataKind) {
+  // What an analysis gives functions and loops for one is a filler.
+  if (row.item.detailKind() != digestio::kAnnotatedSite && !row.item.annotation()) return {};
   const auto kind = static_cast<std::size_t>(row.item.annotationKind());
   return kind < annotationKindNames().size() ? Cell(annotationKindNames()[kind]) : Cell();
 }
@@ -80,7 +83,8 @@ using PlaceOf = const locator_t& (*)(const Row& row, SummaryDataKind kind);
 template <PlaceOf place>
 Cell file(const Row& row, SummaryDataKind kind) {
   const locator_t& at = place(row, kind);
-  return at.is_null() ? Cell() : Cell(at.get_file().get_text());
+  // Analyses spell one path in several ways: `./src/a.cpp` is `src/a.cpp`.
+  return at.is_null() ? Cell() : Cell(std::filesystem::path(at.get_file().get_text()).lexically_normal().native());
 }
 
 template <PlaceOf place, int (locator_t::*number)() const noexcept>
@@ -100,6 +104,7 @@ struct Value {
   const char* name;
   const char* heading;
   Cell (*value)(const Row& row, SummaryDataKind kind);
+  const char* unit = "";
 };
 
 struct Record {
@@ -118,19 +123,19 @@ const kelvar_2_1_7::PerKind<Record>& records() {
   static const kelvar_2_1_7::PerKind<Record> all{{{
       {"survey",
        "Survey",
-       {{"cpuTime", "CPU time", valueOf<kSurveyOf, &SurveyDetail::cpuTime>},
+       {{"cpuTime", "CPU time", valueOf<kSurveyOf, &SurveyDetail::cpuTime>, "s"},
         {"priority", "Priority", valueOf<kSurveyOf, &SurveyDetail::priority>},
         {"id", "Id", valueOf<kSurveyOf, &SurveyDetail::id>}}},
       {"surveyVectorization",
        "Survey vectorization",
        {{"state", "State", valueOf<kVectorizationOf, &SurveyVectorizationDetail::state>},
-        {"selfTime", "Self time", valueOf<kVectorizationOf, &SurveyVectorizationDetail::selfTime>},
-        {"totalTime", "Total time", valueOf<kVectorizationOf, &SurveyVectorizationDetail::totalTime>},
+        {"selfTime", "Self time", valueOf<kVectorizationOf, &SurveyVectorizationDetail::selfTime>, "s"},
+        {"totalTime", "Total time", valueOf<kVectorizationOf, &SurveyVectorizationDetail::totalTime>, "s"},
         {"id", "Id", valueOf<kVectorizationOf, &SurveyVectorizationDetail::id>},
         {"priority", "Priority", valueOf<kVectorizationOf, &SurveyVectorizationDetail::priority>}}},
       {"suitability",
        "Suitability",
-       {{"selfTime", "Self time", valueOf<kSuitabilityOf, &SuitabilityDetail::selfTime>},
+       {{"selfTime", "Self time", valueOf<kSuitabilityOf, &SuitabilityDetail::selfTime>, "s"},
         {"cores", "Cores", valueOf<kSuitabilityOf, &SuitabilityDetail::cores>},
         {"flags", "Flags", valueOf<kSuitabilityOf, &SuitabilityDetail::flags>},
         {"siteMaxGain", "Site gain", valueOf<kSuitabilityOf, &SuitabilityDetail::siteMaxGain>},
@@ -167,12 +172,15 @@ void addKind(std::vector<Column>& columns, SummaryDataKind kind) {
   const Record& record = records()[kind];
   const std::string prefix = std::string(record.name) + ".";
   const auto columnOf = [&](const std::string& name, const char* heading, bool shown, auto* value) {
-    return Column{prefix + name, record.group, heading, kind, true, shown, value};
+    return Column{prefix + name, record.group, heading, kind, true, shown, value, {}};
   };
   columns.push_back(columnOf("status", "Match", false, kindStatus));
   columns.push_back(columnOf("count", "Count", false, kindCount));
   addPlace<seenPlace>(columns, columnOf("place", "", false, kindStatus));
-  for (const Value& value : record.values) columns.push_back(columnOf(value.name, value.heading, true, value.value));
+  for (const Value& value : record.values) {
+    columns.push_back(columnOf(value.name, value.heading, true, value.value));
+    columns.back().unit = value.unit;
+  }
 }
 
 std::vector<Column> makeColumns() {

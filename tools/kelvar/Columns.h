@@ -16,7 +16,7 @@ namespace kelvar_tool {
 struct Row {
   explicit Row(kelvar::SummaryItem& item);
 
-  const kelvar::SummaryItem& item;
+  kelvar::SummaryItem& item;
   sitenotes::locator_t stored;
   sitenotes::locator_t current;
   unsigned long handle = 0;
@@ -33,10 +33,14 @@ struct Column {
   bool ofKind;
   bool shown;  ///< in a table without --columns
   Cell (*value)(const Row& row, digestio::SummaryDataKind kind);
+  std::string_view unit = {};  ///< `s`; empty for what has none
 };
 
 /// All columns, in the order of CSV.
 [[nodiscard]] const std::vector<Column>& allColumns();
+
+/// The names of all columns, with commas between them.
+[[nodiscard]] std::string columnNames();
 
 /// The columns that `names` lists, separated by commas: in that order, without duplicates. A name is that of a column
 /// or of a group (`survey`, `survey.place`). Throws UsageError, which names `option`, for an unknown name.

@@ -5,6 +5,7 @@
 
 #include "Columns.h"
 #include "Loading.h"
+#include "Model.h"
 #include "ReportEvidence.h"
 #include "Rows.h"
 #include "kelvar/SummaryData.h"
@@ -19,6 +20,8 @@ struct Selection {
   bool reverse = false;
   bool verbose = false;
   const std::vector<ResultEvidence>* evidence = nullptr;  ///< what figures rest on; null where nobody asked for it
+  std::string project = {};
+  const kelvar_page::Model* model = nullptr;  ///< for the formats that show evidence; else null
 };
 
 /// A way of printing a project on standard output, row by row.
@@ -31,5 +34,9 @@ void printWide(const Loaded& loaded, const Selection& selection);
 void printCsv(const Loaded& loaded, const Selection& selection);
 /// One object, as docs/report.schema.json describes it.
 void printJson(const Loaded& loaded, const Selection& selection);
+/// A page of its own: one file that needs nothing else. Holds the first 20,000 rows.
+void printHtml(const Loaded& loaded, const Selection& selection);
+/// SARIF 2.1.0: races, lock orders, hot loops that are not vectorised and stale sites, for editors and code hosts.
+void printSarif(const Loaded& loaded, const Selection& selection);
 
 }  // namespace kelvar_tool

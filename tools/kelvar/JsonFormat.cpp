@@ -201,6 +201,15 @@ void writeView(JsonText& json, const kelvar::SummaryData& data, const Selection&
   json.endObject();
 }
 
+// Of what is a quantity; all else is a count, a rank or a factor.
+void writeUnits(JsonText& json) {
+  json.beginObject("units");
+  for (const Column& column : allColumns()) {
+    if (!column.unit.empty()) json.value(column.name, std::string(column.unit));
+  }
+  json.endObject();
+}
+
 }  // namespace
 
 void printJson(const Loaded& loaded, const Selection& selection) {
@@ -212,6 +221,7 @@ void printJson(const Loaded& loaded, const Selection& selection) {
   json.beginList("unreadable");
   for (const std::string& complaint : loaded.complaints) json.value({}, complaint);
   json.endList();
+  writeUnits(json);
   writeProgram(json, data);
   writeAnalyses(json, data);
   writeAggregate(json, "aggregate", *data.aggregateResult());

@@ -13,6 +13,7 @@
 #include "Names.h"
 #include "Options.h"
 #include "Output.h"
+#include "PageModel.h"
 #include "ProjectOptions.h"
 
 namespace kelvar_tool {
@@ -22,9 +23,11 @@ namespace {
 struct Format {
   std::string_view name;
   PrintFormat print;
+  bool evidence = false;  // shows what figures rest on
 };
 void printText(const Loaded& loaded, const Selection& selection);
-constexpr std::array kFormats{Format{"text", printText}, Format{"json", printJson}, Format{"csv", printCsv}};
+constexpr std::array kFormats{Format{"text", printText}, Format{"json", printJson}, Format{"csv", printCsv},
+                              Format{"html", printHtml, true}, Format{"sarif", printSarif, true}};
 constexpr const Format& kText = kFormats[0];
 
 struct Request {
@@ -33,6 +36,7 @@ struct Request {
   const Format* format = &kText;
   bool wide = false;
   bool evidence = false;
+  std::string sourceRoot = ".";
 };
 
 void printText(const Loaded& loaded, const Selection& selection) {
@@ -65,7 +69,7 @@ const Format* formatNamed(const std::string& text) {
     if (format.name == text) return &format;
     names.emplace_back(format.name);
   }
-  throw UsageError("--format: expected text, json or csv, not " + inQuotes(text) + proposal(text, names));
+  throw UsageError("--format: expected text, json, csv, html or sarif, not " + inQuotes(text) + proposal(text, names));
 }
 
 int topIn(const std::string& text) {
@@ -74,7 +78,7 @@ int topIn(const std::string& text) {
   return static_cast<int>(*top);
 }
 
-void addView(CLI::App& report, Request& request) {
+void addOrder(CLI::App& report, Request& request) {
   Selection& selection = request.selection;
   addText(report, "--sort", "Order of the rows, by name or number:" + numbered(orderingNames()),
           [&](const std::string& text) { selection.ordering = orderingNamed("--sort", text); })
@@ -85,9 +89,13 @@ void addView(CLI::App& report, Request& request) {
 
 void addRows(CLI::App& report, Request& request) {
   Selection& selection = request.selection;
-  addText(report, "--format", "text, json or csv: the report as text, one object, or a line for each row",
+  addText(report, "--format",
+          "text, json or csv: the report as it is, one object, or a line for each row; html: a page in one\n"
+          "file; sarif: what editors and code hosts show at the lines of the sources",
           [&](const std::string& text) { request.format = formatNamed(text); })
       ->type_name("FORMAT");
+  addPath(report, "--source-root", "DIR", "For html: where the sources are; the working directory if not given",
+          request.sourceRoot);
   report.add_flag("--evidence", request.evidence, "As json, also what the figures rest on, as the tools said it");
   report.add_flag("--wide", request.wide, "Text format: only the rows, with no value cut");
   addText(report, "--match", "Only the rows whose label or file matches this regular expression (RE2)",
@@ -118,10 +126,12 @@ ExitStatus report(const Request& request) {
   if (request.evidence && request.format->print != printJson) {
     throw UsageError("--evidence: expected with --format json only");
   }
+  Selection selection = request.selection;
+  selection.project = request.project.project.value_or("project");
   const Pieces pieces = piecesOf(request.project);
   const Loaded& loaded = loadSaying(pieces, request.project);
-  loaded.data->setMapping(request.selection.ordering, request.selection.reverse);
-  Selection selection = request.selection;
+  const auto model = request.format->evidence ? modelOf(loaded, pieces, request.sourceRoot) : nullptr;
+  selection.model = model.get();
   std::vector<ResultEvidence> evidence;
   std::vector<std::string> complaints;
   if (request.evidence) {
@@ -129,8 +139,9 @@ ExitStatus report(const Request& request) {
     selection.evidence = &evidence;
   }
   for (const std::string& complaint : complaints) say(complaint);
+  loaded.data->setMapping(selection.ordering, selection.reverse);
   printReport(loaded, selection);
-  return loaded.complaints.empty() && complaints.empty() ? kDone : kUnreadable;
+  return (model ? model->complaints : loaded.complaints).empty() && complaints.empty() ? kDone : kUnreadable;
 }
 
 }  // namespace
@@ -139,7 +150,7 @@ void addReport(CLI::App& kelvar, Action& chosen) {
   CLI::App& app = *kelvar.add_subcommand("report", "Print the report of a project");
   const auto request = std::make_shared<Request>();
   addPieces(app, request->project);
-  addView(app, *request);
+  addOrder(app, *request);
   addHidings(app, request->project);
   addRows(app, *request);
   app.footer(kExamples);

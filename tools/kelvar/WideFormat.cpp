@@ -1,5 +1,8 @@
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstddef>
+#include <cstdio>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,10 +24,26 @@ struct TableColumn {
   bool numbers = false;  // right-aligned
 };
 
+// Six digits: what measuring tells. CSV and JSON have them all.
+void appendCell(std::string& text, const Cell& cell) {
+  const double* const number = std::get_if<double>(&cell);
+  if (number && std::isfinite(*number)) {
+    std::array<char, 32> digits{};
+    static_cast<void>(std::snprintf(digits.data(), digits.size(), "%.6g", *number));
+    text += digits.data();
+  } else {
+    append(text, cell);
+  }
+}
+
 std::string textOf(const Column& column, const Row& row) {
   std::string text;
-  append(text, column.value(row, column.kind));
+  appendCell(text, column.value(row, column.kind));
   return escaped(wellFormed(text));
+}
+
+std::string headingOf(const Column& column) {
+  return std::string(column.heading) + (column.unit.empty() ? "" : " " + std::string(column.unit));
 }
 
 bool sameGroup(const TableColumn& a, const TableColumn& b) {
@@ -53,7 +72,7 @@ void measure(std::vector<TableColumn>& table, const Loaded& loaded, const RowCho
       if (isMissing(cell)) continue;
       entry.numbers = !isText(cell);
       text.clear();
-      append(text, cell);
+      appendCell(text, cell);
       entry.width = std::max(entry.width, displayWidth(escaped(wellFormed(text))));
     }
   });
@@ -89,7 +108,7 @@ void appendHeader(std::string& out, const std::vector<TableColumn>& table) {
     first = end;
   }
   for (const TableColumn& entry : table) {
-    appendPadded(headings, entry.column->heading, entry.width, entry.numbers);
+    appendPadded(headings, headingOf(*entry.column), entry.width, entry.numbers);
     rule.append(entry.width, '_');
     rule.append(kGap, ' ');
   }
@@ -105,7 +124,7 @@ void printWide(const Loaded& loaded, const Selection& selection) {
   std::vector<TableColumn> table;
   for (const Column* const column :
        selection.columns.empty() ? columnsOfTable(*loaded.data, selection.verbose) : selection.columns) {
-    table.push_back({.column = column, .width = column->heading.size()});
+    table.push_back({.column = column, .width = headingOf(*column).size()});
   }
   measure(table, loaded, selection.rows);
 

@@ -13,15 +13,17 @@
 #include "Output.h"
 #include "ProcessMemory.h"
 #include "Report.h"
+#include "Show.h"
 #include "Status.h"
 #include "Subcommand.h"
+#include "View.h"
 #include "import/Import.h"
 
 namespace kelvar_tool {
 
 namespace {
 
-constexpr AddSubcommand kSubcommands[] = {addReport, addStatus, addAnnotate, addImport};
+constexpr AddSubcommand kSubcommands[] = {addReport, addShow, addView, addStatus, addAnnotate, addImport};
 
 constexpr const char* kExamples =
     "Examples:\n"

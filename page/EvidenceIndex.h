@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "Diagnosis.h"
+#include "Evidence.h"
+#include "Site.h"
+#include "kelvar/SummaryData.h"
+
+namespace kelvar_page {
+
+using kelvar_platform::Evidence;
+using kelvar_platform::EvidenceKind;
+using kelvar_platform::EvidencePlace;
+
+/// What figures rest on, by what an analysis reported of a site. Empty where results have no evidence.
+class EvidenceIndex {
+ public:
+  /// Reads what is beside each result that `data` has taken, whose directories are `results`. Of a damaged file nothing
+  /// is taken; why is appended to `complaints`.
+  void read(kelvar::SummaryData& data, const kelvar_2_1_7::PerKind<std::string>& results,
+            std::vector<std::string>& complaints);
+  void add(const digestio::SummaryDetail* detail, Evidence line) { lines_[detail].push_back(std::move(line)); }
+
+  /// All of it, in the order of the analyses.
+  [[nodiscard]] std::vector<const Evidence*> of(const Site& site) const;
+  /// The commonest of one kind; null where there is none.
+  [[nodiscard]] const Evidence* first(const Site& site, EvidenceKind kind) const;
+
+ private:
+  std::unordered_map<const digestio::SummaryDetail*, std::vector<Evidence>> lines_;
+};
+
+/// `race`, `lock order`.
+[[nodiscard]] std::string evidenceName(EvidenceKind kind);
+/// `write at pixels.cpp:57, read at pixels.cpp:57`; empty where it names no place.
+[[nodiscard]] std::string placesText(const Evidence& line);
+
+}  // namespace kelvar_page

@@ -1,0 +1,159 @@
+#include "Findings.h"
+
+#include <algorithm>
+
+#include "Figures.h"
+
+namespace kelvar_page {
+
+namespace {
+
+constexpr double kWorthwhile = 1.05;  // gain of the program
+constexpr double kHot = 0.1;          // share of the whole
+constexpr double kNoticeable = 0.01;
+constexpr double kDiffers = 1.5;
+
+std::string named(const Site& site) {
+  return "'" + site.label + "' (" + shortPlace(site.place) + ")";
+}
+
+std::string andMore(std::int64_t count) {
+  return count > 1 ? " The same holds for " + counted(count - 1, "other site.", "other sites.") : "";
+}
+
+bool races(const Site& site) {
+  return site.races.value_or(0) > 0;
+}
+
+double ratioOfTimes(const Site& site) {
+  if (!site.surveyTime || !site.suitabilityTime) return 1;
+  const double least = std::min(*site.surveyTime, *site.suitabilityTime);
+  const double most = std::max(*site.surveyTime, *site.suitabilityTime);
+  return least > 0 ? most / least : 1;
+}
+
+bool hasMoved(const Site& site) {
+  return std::find(site.match.begin(), site.match.end(), kelvar::kApproximateMatchCurrent) != site.match.end();
+}
+
+std::string raceText(const Site& site, const EvidenceIndex& evidence) {
+  std::string text = counted(*site.races, "race", "races");
+  const Evidence* const race = evidence.first(site, EvidenceKind::race);
+  if (!race) return text;
+  if (!race->object.empty()) text += " on " + race->object;
+  const std::string places = placesText(*race);
+  return places.empty() ? text : text + " (" + places + ")";
+}
+
+std::string timePart(const Site& site, const Overview& overview) {
+  const auto share = overview.shareOf(site);
+  return share ? shareText(*share) + " of the time (" + timeText(*site.time) + ")" : "";
+}
+
+Finding begin(const Site& site, const Overview& overview) {
+  std::string text = "Begin with " + named(site) + ":";
+  if (const std::string part = timePart(site, overview); !part.empty()) text += " it takes " + part + ",";
+  if (site.gain.value_or(0) >= kWorthwhile) {
+    text += " is said to make the program " + gainText(*site.gain) + " as fast";
+    if (site.cores > 1) text += " on " + std::to_string(site.cores) + " cores";
+    text += ",";
+  }
+  text += site.races ? " and has no race." : " and nobody has looked for races in it yet.";
+  return {.rule = "begin", .sentence = text, .site = site};
+}
+
+Finding unannotated(const Site& site, const Overview& overview) {
+  return {.rule = "begin",
+          .sentence = "Begin with the function " + named(site) + ": it takes " + timePart(site, overview) +
+                      ". Annotate it to learn what it would gain in parallel.",
+          .site = site};
+}
+
+Finding race(const Site& site, std::int64_t count, const EvidenceIndex& evidence) {
+  return {.rule = "race",
+          .sentence = named(site) + " is said to gain " + gainText(*site.gain) + ", but has " +
+                      raceText(site, evidence) + ": mend that before it runs in parallel." + andMore(count),
+          .site = site};
+}
+
+Finding scalar(const Site& site, std::int64_t count, const Overview& overview, const EvidenceIndex& evidence) {
+  std::string text = named(site) + " takes " + timePart(site, overview) + " and is not vectorised";
+  if (const Evidence* const reason = evidence.first(site, EvidenceKind::missed)) text += ": " + reason->text;
+  if (const auto stride = strideOf(site); stride && stride->sort != 0) {
+    text +=
+        "; " + shareText(stride->share) + " of its steps through memory are of " + strideName(stride->sort) + " stride";
+    if (const Evidence* const line = evidence.first(site, EvidenceKind::stride)) text += " (" + line->text + ")";
+  }
+  return {.rule = "scalar", .sentence = text + "." + andMore(count), .site = site};
+}
+
+}  // namespace
+
+void Findings::Best::offer(const Site& candidate, double by) {
+  ++count;
+  if (site && by <= key) return;
+  site = candidate;
+  key = by;
+}
+
+void Findings::look(const Site& site) {
+  if (isEnd(site)) return;
+  const double time = site.time.value_or(0);
+  const bool annotated = site.sort == SiteSort::annotated;
+  const double gain = site.gain.value_or(0);
+  if (site.sort == SiteSort::function && time > 0) function_.offer(site, time);
+  if (annotated && !races(site)) {
+    if (gain >= kWorthwhile) gain_.offer(site, gain);
+    if (time > 0) longest_.offer(site, time);
+  }
+  if (annotated && races(site) && gain >= kWorthwhile) race_.offer(site, gain);
+  // A loop is the one of its site, which comes with a name and an analysis more.
+  if (site.vectorised == Vectorised::no && time > 0) scalar_.offer(site, annotated ? time * 1.000001 : time);
+  if (annotated && races(site) && site.vectorised && site.vectorised != Vectorised::no)
+    vectorisedRace_.offer(site, time);
+  if (annotated && ratioOfTimes(site) > kDiffers) times_.offer(site, time);
+  if (annotated && site.current && hasMoved(site)) moved_.offer(site, time);
+  if (annotated && !site.current) missing_.offer(site, time);
+}
+
+std::vector<Finding> Findings::sentences(const Overview& overview, const EvidenceIndex& evidence,
+                                         const Sources& sources) const {
+  std::vector<Finding> all;
+  const auto share = [&](const Site& site) { return overview.shareOf(site).value_or(0); };
+  if (gain_.site) {
+    all.push_back(begin(*gain_.site, overview));
+  } else if (longest_.site && share(*longest_.site) >= kHot) {
+    all.push_back(begin(*longest_.site, overview));
+  } else if (!longest_.site && function_.site && share(*function_.site) >= kHot) {
+    all.push_back(unannotated(*function_.site, overview));
+  }
+  if (race_.site) all.push_back(race(*race_.site, race_.count, evidence));
+  if (scalar_.site && share(*scalar_.site) >= kHot) all.push_back(scalar(*scalar_.site, 1, overview, evidence));
+  if (vectorisedRace_.site) {
+    const Site& site = *vectorisedRace_.site;
+    all.push_back({.rule = "conflict",
+                   .sentence = named(site) + " is vectorised, yet has " + raceText(site, evidence) +
+                               ": one of the two results is of another build, or the vector code races." +
+                               andMore(vectorisedRace_.count),
+                   .site = site});
+  } else if (times_.site && share(*times_.site) >= kNoticeable) {
+    const Site& site = *times_.site;
+    all.push_back({.rule = "conflict",
+                   .sentence = named(site) + " takes " + timeText(*site.surveyTime) + " by the survey and " +
+                               timeText(*site.suitabilityTime) + " by the suitability analysis: collect both anew." +
+                               andMore(times_.count),
+                   .site = site});
+  }
+  const Best& stale = moved_.site && (!missing_.site || moved_.key >= missing_.key) ? moved_ : missing_;
+  if (stale.site && overview.anyCurrent()) {
+    const std::int64_t others = moved_.count + missing_.count - 1;
+    if (const auto why = stalenessOf(*stale.site, overview, sources)) {
+      std::string text = named(*stale.site) + " is stale: " + why->why;
+      if (others > 0) text += (others == 1 ? "; so is " : "; so are ") + counted(others, "other site", "other sites");
+      all.push_back({.rule = "stale", .sentence = text + ". Collect again.", .site = *stale.site});
+    }
+  }
+  return all;
+}
+
+}  // namespace kelvar_page

@@ -1,0 +1,182 @@
+// Regions are found file by file. Annotations are put in the order of their lines; the first pass closes each region by
+// the end annotation of its label, else of its kind, with a stack of what is open; the second walks the regions with a
+// stack of those that reach to the line. What is never closed holds nothing. O(n log n) for the sort, and O(1) a mark
+// beyond it unless regions overlap without order.
+#include "Overview.h"
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+#include <tuple>
+
+namespace kelvar_page {
+
+namespace {
+
+using sitenotes::annotation_t;
+
+// What closes a region of this kind; nothing where it is none.
+std::optional<annotation_t::kind_t> endOf(annotation_t::kind_t kind) noexcept {
+  switch (kind) {
+    case annotation_t::parallel:
+      return annotation_t::end_parallel;
+    case annotation_t::task:
+    case annotation_t::taskloop:
+      return annotation_t::end_task;
+    case annotation_t::critical:
+      return annotation_t::end_critical;
+    default:
+      return std::nullopt;
+  }
+}
+
+}  // namespace
+
+struct Overview::Mark {
+  std::string_view file;  // lives as long as the process
+  int line;
+  annotation_t::kind_t kind;
+  bool end;
+  unsigned long handle;
+  std::string label;
+  double time;
+  int lastLine = 0;
+};
+
+Overview::Overview(const kelvar::SummaryData& data, const std::function<void(const Site&)>& look) {
+  std::vector<Mark> marks;
+  std::map<std::string, std::vector<kelvar::SummaryItem*>> bySpelling;
+  double functions = 0;
+  double loops = 0;
+  rows_ = data.num_items();
+  for (int index = 0; index < data.num_items(); ++index) {
+    const Site site = siteOf(*data.item(index));
+    if (look) look(site);
+    if (!site.place.get_file().empty()) bySpelling[site.place.get_file().get_text()].push_back(data.item(index));
+    if (site.handle != 0) sites_.emplace(site.handle, data.item(index));
+    anyCurrent_ = anyCurrent_ || site.current;
+    if (site.sort == SiteSort::function) functions += site.surveyTime.value_or(0);
+    if (site.sort == SiteSort::loop) loops += site.own.value_or(0);
+    if (site.sort != SiteSort::annotated || site.handle == 0 || site.place.get_file().empty()) continue;
+    marks.push_back({.file = site.place.get_file().get_text(),
+                     .line = site.place.get_line(),
+                     .kind = site.kind,
+                     .end = isEnd(site),
+                     .handle = site.handle,
+                     .label = site.label,
+                     .time = site.time.value_or(0)});
+  }
+  uniteFiles(std::move(bySpelling));
+  nest(marks);
+  double outermost = 0;
+  for (const Mark& mark : marks) {
+    const auto region = regions_.find(mark.handle);
+    if (!mark.end && (region == regions_.end() || region->second.depth == 0)) outermost += mark.time;
+  }
+  whole_ = std::max({functions, outermost, loops});
+}
+
+// The longest spelling that ends as all others do stands for them; where two long ones differ, none does.
+void Overview::uniteFiles(std::map<std::string, std::vector<kelvar::SummaryItem*>>&& bySpelling) {
+  std::unordered_map<std::string, std::vector<std::string>> byLeaf;
+  std::unordered_map<std::string, std::string> normal;
+  for (const auto& [spelling, rows] : bySpelling) {
+    std::string path = std::filesystem::path(spelling).lexically_normal().native();
+    std::vector<std::string>& alike = byLeaf[path.substr(path.rfind('/') + 1)];
+    if (std::find(alike.begin(), alike.end(), path) == alike.end()) alike.push_back(path);
+    normal.emplace(spelling, std::move(path));
+  }
+  constexpr std::size_t kFew = 16;  // of more files with one name, most are different ones
+  for (auto& [spelling, rows] : bySpelling) {
+    const std::string& path = normal[spelling];
+    const std::vector<std::string>& alike = byLeaf[path.substr(path.rfind('/') + 1)];
+    const std::string* longer = nullptr;
+    bool differ = false;
+    for (std::size_t at = 0; at < alike.size() && alike.size() <= kFew; ++at) {
+      const bool ends = alike[at].size() > path.size() && alike[at].ends_with(path) &&
+                        alike[at][alike[at].size() - path.size() - 1] == '/';
+      if (!ends) continue;
+      if (longer && !longer->ends_with(alike[at]) && !alike[at].ends_with(*longer)) differ = true;
+      if (!longer || alike[at].size() > longer->size()) longer = &alike[at];
+    }
+    const std::string& one = longer && !differ ? *longer : path;
+    spellings_.emplace(spelling, one);
+    spellings_.emplace(one, one);
+    std::vector<kelvar::SummaryItem*>& all = files_[one];
+    all.insert(all.end(), rows.begin(), rows.end());
+  }
+}
+
+void Overview::nest(std::vector<Mark>& marks) {
+  const auto place = [](const Mark& mark) { return std::tuple(mark.file, mark.line, mark.end, mark.handle); };
+  std::sort(marks.begin(), marks.end(), [&](const Mark& a, const Mark& b) { return place(a) < place(b); });
+
+  std::vector<Mark*> open;
+  const Mark* before = nullptr;
+  for (Mark& mark : marks) {
+    if (before && before->file != mark.file) open.clear();
+    before = &mark;
+    if (!mark.end) {
+      if (endOf(mark.kind)) open.push_back(&mark);
+      continue;
+    }
+    const auto closes = [&](const Mark* one) { return endOf(one->kind) == mark.kind; };
+    auto found = std::find_if(open.rbegin(), open.rend(),
+                              [&](const Mark* one) { return closes(one) && one->label == mark.label; });
+    if (found == open.rend()) found = std::find_if(open.rbegin(), open.rend(), closes);
+    if (found == open.rend()) continue;
+    (*found)->lastLine = mark.line;
+    open.erase(std::prev(found.base()), open.end());
+  }
+
+  open.clear();
+  before = nullptr;
+  for (Mark& mark : marks) {
+    if (before && before->file != mark.file) open.clear();
+    before = &mark;
+    if (mark.end) continue;
+    while (!open.empty() && open.back()->lastLine < mark.line) open.pop_back();
+    if (mark.lastLine == 0 && open.empty()) continue;
+    Region& region = regions_[mark.handle];
+    region.lastLine = mark.lastLine;
+    if (!open.empty()) {
+      region.outer = open.back()->handle;
+      Region& outer = regions_[open.back()->handle];
+      outer.nested += mark.time;
+      regions_[mark.handle].depth = outer.depth + 1;
+    }
+    if (mark.lastLine != 0) open.push_back(&mark);
+  }
+}
+
+const std::vector<kelvar::SummaryItem*>& Overview::rowsIn(const std::string& file) const noexcept {
+  static const std::vector<kelvar::SummaryItem*> kNone;
+  const auto spelling = spellings_.find(file);
+  const auto found = spelling != spellings_.end() ? files_.find(spelling->second) : files_.end();
+  return found != files_.end() ? found->second : kNone;
+}
+
+kelvar::SummaryItem* Overview::itemOf(const std::string& key) const noexcept {
+  unsigned long handle = 0;
+  const auto [end, error] = std::from_chars(key.data() + 1, key.data() + key.size(), handle);
+  const auto found = error == std::errc() && end == key.data() + key.size() ? sites_.find(handle) : sites_.end();
+  return found != sites_.end() ? found->second : nullptr;
+}
+
+const Region& Overview::regionOf(const Site& site) const noexcept {
+  static const Region kAlone;
+  const auto found = site.handle != 0 ? regions_.find(site.handle) : regions_.end();
+  return found != regions_.end() ? found->second : kAlone;
+}
+
+std::optional<double> Overview::shareOf(const Site& site) const noexcept {
+  if (!site.time || whole_ <= 0) return std::nullopt;
+  return *site.time / whole_;
+}
+
+std::optional<double> Overview::ownTimeOf(const Site& site) const noexcept {
+  if (site.own || !site.time) return site.own;
+  return std::max(0.0, *site.time - regionOf(site).nested);
+}
+
+}  // namespace kelvar_page

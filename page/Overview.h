@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "Site.h"
+#include "kelvar/SummaryData.h"
+
+namespace kelvar_page {
+
+/// Where an annotated site lies among the others.
+struct Region {
+  unsigned long outer = 0;  ///< the handle of the innermost site around it; 0: none
+  int depth = 0;            ///< how many are around it
+  int lastLine = 0;         ///< of the region, from its end annotation; 0: it has none
+  double nested = 0;        ///< seconds of the sites directly within
+};
+
+/// The program as a whole: what every site is a share of, and which site lies in which.
+class Overview {
+ public:
+  /// Visits every row of the view once; hands each on to `look`, which may be empty.
+  explicit Overview(const kelvar::SummaryData& data, const std::function<void(const Site&)>& look = {});
+
+  /// Seconds of the whole program: of all functions, else of all outermost sites, else of all loops, whichever says
+  /// most. 0 where nothing was timed.
+  [[nodiscard]] double wholeTime() const noexcept { return whole_; }
+  /// Whether any living annotation is there: without one, nothing can match.
+  [[nodiscard]] bool anyCurrent() const noexcept { return anyCurrent_; }
+  [[nodiscard]] std::int64_t rows() const noexcept { return rows_; }
+
+  /// The rows that are at a place of the file now, in the order of the first walk. Valid as long as the data takes no
+  /// further result. Analyses spell one file in several ways: `src/a.cpp`, `./src/a.cpp` and, where no other file ends
+  /// so, `/home/me/src/a.cpp` are one.
+  [[nodiscard]] const std::vector<kelvar::SummaryItem*>& rowsIn(const std::string& file) const noexcept;
+  /// The row of the site whose key is `s` and its sequence; null where there is none.
+  [[nodiscard]] kelvar::SummaryItem* itemOf(const std::string& key) const noexcept;
+  /// Every file that a row is in.
+  [[nodiscard]] const std::map<std::string, std::vector<kelvar::SummaryItem*>>& files() const noexcept {
+    return files_;
+  }
+
+  /// Where the site lies; a region of its own for one that no annotation stands behind.
+  [[nodiscard]] const Region& regionOf(const Site& site) const noexcept;
+  /// The site's time in parts of the whole; nothing where either is unknown.
+  [[nodiscard]] std::optional<double> shareOf(const Site& site) const noexcept;
+  /// Seconds without what lies within; nothing where that is unknown.
+  [[nodiscard]] std::optional<double> ownTimeOf(const Site& site) const noexcept;
+
+ private:
+  struct Mark;
+  void nest(std::vector<Mark>& marks);
+  void uniteFiles(std::map<std::string, std::vector<kelvar::SummaryItem*>>&& bySpelling);
+
+  std::unordered_map<unsigned long, Region> regions_;  // by handle; only what is in or around another or has an end
+  std::map<std::string, std::vector<kelvar::SummaryItem*>> files_;  // by their one spelling
+  std::unordered_map<std::string, std::string> spellings_;          // as rows have it, to that
+  std::unordered_map<unsigned long, kelvar::SummaryItem*> sites_;   // by handle
+  double whole_ = 0;
+  std::int64_t rows_ = 0;
+  bool anyCurrent_ = false;
+};
+
+}  // namespace kelvar_page

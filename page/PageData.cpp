@@ -1,0 +1,346 @@
+#include "PageData.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <set>
+
+#include "Diagnosis.h"
+#include "Figures.h"
+#include "Margin.h"
+#include "SiteHistory.h"
+#include "Staleness.h"
+
+namespace kelvar_page {
+
+namespace {
+
+using digestio::SummaryDataKind;
+
+constexpr std::size_t kMostLines = 20000;  // of a source
+
+std::string optionalText(const std::optional<double>& value, std::string (*text)(double)) {
+  return value ? text(*value) : std::string();
+}
+
+std::string strideCount(const Site& site, std::size_t sort) {
+  return site.strides ? countText((*site.strides)[sort]) : std::string();
+}
+
+std::string ownText(const Site& site, const Model& model) {
+  const auto own = model.overview.ownTimeOf(site);
+  const double whole = model.overview.wholeTime();
+  return own && whole > 0 ? shareText(*own / whole) : std::string();
+}
+
+std::string firstWord(const std::string& text) {
+  return text.substr(0, text.find(':'));
+}
+
+/// One field of a row: a text, or a number where the page draws or counts with it.
+struct Field {
+  const char* name;
+  std::string (*text)(const Site& site, const Model& model);
+};
+constexpr std::array kTexts{
+    Field{"key", [](const Site& site, const Model&) { return keyOf(site); }},
+    Field{"label", [](const Site& site, const Model&) { return site.label; }},
+    Field{"kind", [](const Site& site, const Model&) { return kindName(site); }},
+    Field{"file", [](const Site& site, const Model&) { return site.place.get_file().get_text(); }},
+    Field{"where", [](const Site& site, const Model&) { return shortPlace(site.place); }},
+    Field{"time", [](const Site& site, const Model&) { return optionalText(site.time, timeText); }},
+    Field{"share",
+          [](const Site& site, const Model& model) { return optionalText(model.overview.shareOf(site), shareText); }},
+    Field{"own", ownText},
+    Field{"vectorised",
+          [](const Site& site, const Model& model) { return firstWord(vectorisedText(site, model.evidence)); }},
+    Field{"reason", [](const Site& site, const Model& model) { return vectorisedText(site, model.evidence); }},
+    Field{"gain", [](const Site& site, const Model&) { return optionalText(site.gain, gainText); }},
+    Field{"siteGain", [](const Site& site, const Model&) { return optionalText(site.siteGain, gainText); }},
+    Field{"cores",
+          [](const Site& site, const Model&) { return site.cores > 0 ? std::to_string(site.cores) : std::string(); }},
+    Field{"races", [](const Site& site, const Model&) { return racesText(site); }},
+    Field{"lockOrders",
+          [](const Site& site, const Model&) { return site.races ? countText(site.lockOrders) : std::string(); }},
+    Field{"others",
+          [](const Site& site, const Model&) { return site.races ? countText(site.otherFindings) : std::string(); }},
+    Field{"stride", [](const Site& site, const Model&) { return strideText(site); }},
+    Field{"unit", [](const Site& site, const Model&) { return strideCount(site, 0); }},
+    Field{"constant", [](const Site& site, const Model&) { return strideCount(site, 1); }},
+    Field{"varying", [](const Site& site, const Model&) { return strideCount(site, 2); }},
+    Field{"surveyTime", [](const Site& site, const Model&) { return optionalText(site.surveyTime, timeText); }},
+    Field{"suitabilityTime",
+          [](const Site& site, const Model&) { return optionalText(site.suitabilityTime, timeText); }},
+};
+
+void writeFinding(PageJson& json, const Finding& finding) {
+  json.beginObject().text("rule", finding.rule).text("sentence", finding.sentence);
+  json.text("key", finding.site ? keyOf(*finding.site) : "").endObject();
+}
+
+// ---- the tree of times
+
+/// A site or a function with the time that it takes, and what lies within.
+struct Node {
+  std::string key;
+  std::string label;
+  double time = 0;
+  unsigned long handle = 0;
+  int first = 0;
+  int last = 0;
+  std::vector<Node> within = {};
+};
+
+void writeNode(PageJson& json, const Node& node) {
+  json.beginObject().text("key", node.key).text("label", node.label).number("time", node.time);
+  json.text("text", timeText(node.time));
+  if (!node.within.empty()) {
+    json.beginList("within");
+    for (const Node& inner : node.within) writeNode(json, inner);
+    json.endList();
+  }
+  json.endObject();
+}
+
+// Outermost annotated sites, nested ones within them, and the functions that lie in none.
+std::vector<Node> nodesOf(const Model& model, const std::vector<kelvar::SummaryItem*>& rows) {
+  std::vector<Node> outer;
+  std::vector<std::pair<unsigned long, Node>> nested;  // behind the handle of what they lie in
+  std::vector<Node> functions;
+  for (kelvar::SummaryItem* const item : rows) {
+    const Site site = siteOf(*item);
+    if (site.time.value_or(0) <= 0 || isEnd(site) || site.sort == SiteSort::loop) continue;
+    const Region& region = model.overview.regionOf(site);
+    Node node{.key = keyOf(site),
+              .label = site.label,
+              .time = *site.time,
+              .handle = site.handle,
+              .first = site.place.get_line(),
+              .last = std::max(region.lastLine, site.place.get_line())};
+    if (site.sort == SiteSort::function) {
+      functions.push_back(std::move(node));
+    } else if (region.outer != 0) {
+      nested.emplace_back(region.outer, std::move(node));
+    } else {
+      outer.push_back(std::move(node));
+    }
+  }
+  std::sort(outer.begin(), outer.end(), [](const Node& a, const Node& b) { return a.first < b.first; });
+  for (Node& function : functions) {
+    const auto after = std::upper_bound(outer.begin(), outer.end(), function.first,
+                                        [](int line, const Node& node) { return line < node.first; });
+    if (after != outer.begin() && std::prev(after)->handle != 0 && std::prev(after)->last >= function.first) continue;
+    function.handle = 0;
+    outer.insert(after, std::move(function));
+  }
+  for (auto& [handle, node] : nested) {
+    const auto around =
+        std::find_if(outer.begin(), outer.end(), [&, h = handle](const Node& one) { return one.handle == h; });
+    if (around != outer.end()) around->within.push_back(std::move(node));
+  }
+  std::sort(outer.begin(), outer.end(), [](const Node& a, const Node& b) { return a.time > b.time; });
+  return outer;
+}
+
+void writeTree(PageJson& json, const Model& model) {
+  constexpr std::size_t kMostFiles = 100;
+  constexpr std::size_t kMostNodes = 40;
+  struct File {
+    std::string_view name;
+    double time = 0;
+    std::vector<Node> nodes;
+  };
+  std::vector<File> files;
+  for (const auto& [name, rows] : model.overview.files()) {
+    File file{.name = name, .time = 0, .nodes = nodesOf(model, rows)};
+    for (const Node& node : file.nodes) file.time += node.time;
+    if (file.nodes.size() > kMostNodes) file.nodes.resize(kMostNodes);
+    if (file.time > 0) files.push_back(std::move(file));
+  }
+  std::sort(files.begin(), files.end(), [](const File& a, const File& b) { return a.time > b.time; });
+  if (files.size() > kMostFiles) files.resize(kMostFiles);
+  json.beginList("tree");
+  for (const File& file : files) {
+    json.beginObject().text("file", file.name).number("time", file.time).text("text", timeText(file.time));
+    json.beginList("within");
+    for (const Node& node : file.nodes) writeNode(json, node);
+    json.endList().endObject();
+  }
+  json.endList();
+}
+
+// ---- time against gain
+
+void writePoints(PageJson& json, const Model& model) {
+  constexpr std::size_t kMost = 300;
+  std::vector<Site> sites;
+  for (const auto& [name, rows] : model.overview.files()) {
+    for (kelvar::SummaryItem* const item : rows) {
+      if (item->detailKind() != digestio::kAnnotatedSite || item->suitabilityDetail() == nullptr) continue;
+      Site site = siteOf(*item);
+      if (!isEnd(site) && site.time && site.gain.value_or(0) > 0) sites.push_back(std::move(site));
+    }
+  }
+  const std::size_t shown = std::min(sites.size(), kMost);
+  std::partial_sort(sites.begin(), sites.begin() + static_cast<std::ptrdiff_t>(shown), sites.end(),
+                    [](const Site& a, const Site& b) { return *a.time > *b.time; });
+  json.beginList("points");
+  for (std::size_t at = 0; at < shown; ++at) {
+    const Site& site = sites[at];
+    json.beginObject().text("key", keyOf(site)).text("label", site.label);
+    json.number("share", model.overview.shareOf(site).value_or(0)).number("gain", *site.gain);
+    json.text("text", timeText(*site.time) + ", " + gainText(*site.gain));
+    json.number("races", site.races.value_or(0)).endObject();
+  }
+  json.endList();
+}
+
+void writeKinds(PageJson& json, const Model& model) {
+  std::set<std::string> kinds;
+  for (const auto& [name, rows] : model.overview.files()) {
+    for (kelvar::SummaryItem* const item : rows) {
+      if (item->detailKind() == digestio::kAnnotatedSite)
+        kinds.insert(sitenotes::annotation_t::display(item->annotationKind()));
+    }
+  }
+  json.beginList("kinds");
+  for (const std::string& kind : kinds) {
+    if (!kind.starts_with("end ")) json.text({}, kind);
+  }
+  json.endList();
+}
+
+// What an address can carry: a text that is long, or that would not come back as it was, is known by its hash.
+std::string keyPart(const std::string& text) {
+  constexpr std::size_t kLongest = 300;
+  constexpr std::string_view kChanged("\0\n", 2);
+  if (text.size() <= kLongest && text.find_first_of(kChanged) == std::string::npos) return text;
+  std::uint64_t hash = 14695981039346656037U;  // FNV-1a: the same in every process, so that links last
+  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
+  return "#" + std::to_string(hash);
+}
+
+}  // namespace
+
+// `s12` for an annotated site; `r1/48/file\nlabel` for any other row.
+std::string keyOf(const Site& site) {
+  if (site.handle != 0) return "s" + std::to_string(site.handle);
+  return "r" + std::to_string(static_cast<int>(site.sort)) + "/" + std::to_string(site.place.get_line()) + "/" +
+         keyPart(site.place.get_file().get_text()) + "\n" + keyPart(site.label);
+}
+
+kelvar::SummaryItem* itemOf(const Model& model, const std::string& key) {
+  const std::string_view rest = key;
+  if (rest.starts_with('s')) return model.overview.itemOf(key);
+  const std::size_t slash = rest.find('/');
+  const std::size_t after = slash == std::string_view::npos ? slash : rest.find('/', slash + 1);
+  const std::size_t end = rest.rfind('\n');
+  if (after == std::string_view::npos || end == std::string_view::npos || end < after) return nullptr;
+  const std::string file(rest.substr(after + 1, end - after - 1));
+  const auto in = [&](const std::vector<kelvar::SummaryItem*>& rows) -> kelvar::SummaryItem* {
+    const auto found =
+        std::find_if(rows.begin(), rows.end(), [&](kelvar::SummaryItem* item) { return keyOf(siteOf(*item)) == key; });
+    return found != rows.end() ? *found : nullptr;
+  };
+  if (!file.starts_with('#')) return in(model.overview.rowsIn(file));
+  for (const auto& [name, rows] : model.overview.files()) {
+    if (kelvar::SummaryItem* const found = in(rows)) return found;
+  }
+  return nullptr;
+}
+
+void writeProgram(PageJson& json, const Model& model, const std::string& project) {
+  json.text("project", project).number("whole", model.overview.wholeTime());
+  json.text("wholeText", model.overview.wholeTime() > 0 ? timeText(model.overview.wholeTime()) : "");
+  const double gain = model.data->programMaxGain();
+  json.text("gainText", gain > 1 ? gainText(gain) : "").number("rows", model.overview.rows());
+  json.flag("annotated", model.overview.anyCurrent());
+  json.beginList("findings");
+  for (const Finding& finding : model.findings) writeFinding(json, finding);
+  json.endList().beginList("complaints");
+  for (const std::string& complaint : model.complaints) json.text({}, complaint);
+  json.endList();
+  writeKinds(json, model);
+  writeTree(json, model);
+  writePoints(json, model);
+  json.beginList("fields");
+  writeFields(json);
+  json.endList();
+}
+
+void writeFields(PageJson& json) {
+  for (const Field& field : kTexts) json.text({}, field.name);
+  for (const char* const name :
+       {"line", "handle", "part", "depth", "raceCount", "mark", "word", "why", "match", "sort"})
+    json.text({}, name);
+}
+
+void writeRow(PageJson& json, const Model& model, const Site& site) {
+  json.beginList();
+  for (const Field& field : kTexts) json.text({}, field.text(site, model));
+  json.number({}, std::int64_t{site.place.get_line()});
+  json.number({}, static_cast<std::int64_t>(site.handle));
+  json.number({}, model.overview.shareOf(site).value_or(0));
+  json.number({}, std::int64_t{model.overview.regionOf(site).depth});
+  json.number({}, site.races.value_or(0));
+  const auto stale = stalenessOf(site, model.overview, model.sources);
+  json.text({}, stale ? std::string(1, stale->mark) : "").text({}, stale ? stale->word : "");
+  json.beginList();
+  std::string match;
+  for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
+    match += static_cast<char>('0' + site.match[kind]);
+    json.text({}, site.details[kind] ? whyMatched(site, kind) : "");
+  }
+  json.endList().text({}, match).number({}, static_cast<std::int64_t>(site.sort)).endList();
+}
+
+void writeRows(PageJson& json, const Model& model, const RowView& view, int from, int count) {
+  const int total = view.size();
+  json.beginObject().number("total", std::int64_t{total}).number("from", std::int64_t{from}).beginList("rows");
+  for (int index = from; index < total && index - from < count; ++index) writeRow(json, model, siteOf(view.row(index)));
+  json.endList().endObject();
+}
+
+void writeSite(PageJson& json, const Model& model, const Site& site, const std::string& annotations) {
+  json.beginObject().beginList("evidence");
+  for (const Evidence* const line : model.evidence.of(site)) {
+    json.beginObject().text("kind", evidenceName(line->kind)).text("text", line->text).text("object", line->object);
+    json.number("count", line->count).beginList("places");
+    for (const EvidencePlace& place : line->places) {
+      json.beginObject().text("role", place.role).text("file", place.file).number("line", std::int64_t{place.line});
+      json.text("function", place.function).endObject();
+    }
+    json.endList().endObject();
+  }
+  json.endList().beginList("edits");
+  if (site.handle != 0 && !annotations.empty()) {
+    for (const auto& [revision, now] :
+         kelvar_platform::siteHistory(annotations, static_cast<std::int64_t>(site.handle))) {
+      const std::string what = now.alive ? std::string(sitenotes::annotation_t::display(now.kind)) + " '" + now.label +
+                                               "' at " + now.file + ":" + std::to_string(now.line)
+                                         : "removed";
+      json.text({}, "edit " + std::to_string(revision) + ": " + what + (now.alive && now.disabled ? ", disabled" : ""));
+    }
+  }
+  json.endList().endObject();
+}
+
+bool writeSource(PageJson& json, const Model& model, const std::string& file) {
+  if (model.overview.rowsIn(file).empty()) return false;
+  const auto* const lines = model.sources.linesOf(file);
+  if (!lines) return false;
+  json.beginObject().text("file", file).beginList("lines");
+  for (std::size_t at = 0; at < lines->size() && at < kMostLines; ++at) json.text({}, (*lines)[at]);
+  json.endList().beginObject("margin");
+  for (const auto& [line, known] : marginOf(model, file)) {
+    json.beginList(std::to_string(line))
+        .text({}, optionalText(known.time, timeText))
+        .text({}, optionalText(known.share, shareText));
+    for (const std::string& note : known.notes) json.text({}, note);
+    json.endList();
+  }
+  json.endObject().endObject();
+  return true;
+}
+
+}  // namespace kelvar_page

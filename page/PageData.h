@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+#include "Model.h"
+#include "PageJson.h"
+#include "RowQuery.h"
+
+namespace kelvar_page {
+
+/// What the front end asks for, as JSON. It gets texts to show, and numbers only where it draws: how a figure is
+/// written is decided here.
+
+/// A name for a row that outlives a reload: by its sequence, else by kind, place and label.
+[[nodiscard]] std::string keyOf(const Site& site);
+/// The item that a key names; null where there is none any more.
+[[nodiscard]] kelvar::SummaryItem* itemOf(const Model& model, const std::string& key);
+
+/// The program: its findings, orderings, kinds, the tree of times and the points of time against gain.
+void writeProgram(PageJson& json, const Model& model, const std::string& project);
+/// The names of a row's fields, as a list; a row is a list of their values.
+void writeFields(PageJson& json);
+void writeRow(PageJson& json, const Model& model, const Site& site);
+/// `count` rows of the view from `from` on, and how many there are.
+void writeRows(PageJson& json, const Model& model, const RowView& view, int from, int count);
+/// Evidence, and with a database the edits, of one site.
+void writeSite(PageJson& json, const Model& model, const Site& site, const std::string& annotations);
+/// The lines of a file that rows name and what is known of them; false where it is not to be had.
+[[nodiscard]] bool writeSource(PageJson& json, const Model& model, const std::string& file);
+
+}  // namespace kelvar_page

@@ -1,0 +1,135 @@
+#include "Site.h"
+
+#include <algorithm>
+
+namespace kelvar_page {
+
+namespace {
+
+using digestio::SummaryDataKind;
+using sitenotes::annotation_t;
+
+// Where it is now; else where the item keeps it; else where the first analysis saw it.
+sitenotes::locator_t placeOf(const Site& site, const kelvar::SummaryItem& item, const sitenotes::locator_t& now) {
+  if (!now.is_null()) return now;
+  const sitenotes::locator_t stored = item.locator();
+  if (!stored.is_null()) return stored;
+  const auto first =
+      std::find_if(site.seen.begin(), site.seen.end(), [](const auto& seen) { return seen.has_value(); });
+  return first != site.seen.end() ? **first : stored;
+}
+
+void readPlaces(Site& site, kelvar::SummaryItem& item) {
+  sitenotes::locator_t now({}, 0, 0);
+  unsigned long handle = 0;
+  item.getCurrentLocator(now, handle);
+  site.handle = handle;
+  for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
+    site.match[kind] = item.summaryDataStatus(kind);
+    site.details[kind] = item.summaryDetail(kind);
+    sitenotes::locator_t seen({}, 0, 0);
+    if (item.getCollectionLocator(kind, seen, handle)) site.seen[kind] = seen;
+  }
+  site.place = placeOf(site, item, now);
+}
+
+void readTimes(Site& site, const kelvar::SummaryItem& item) {
+  if (const auto* const survey = item.surveyDetail()) {
+    site.surveyTime = site.time = survey->cpuTime();
+    if (site.sort == SiteSort::function) site.own = site.time;
+  }
+  if (const auto* const loop = item.surveyVectorizationDetail()) {
+    if (!site.time) site.time = loop->totalTime();
+    if (site.sort == SiteSort::loop) site.own = loop->selfTime();
+    site.vectorised = loop->state() == 0 ? Vectorised::no : loop->state() == 1 ? Vectorised::yes : Vectorised::partly;
+  }
+  if (const auto* const suitability = item.suitabilityDetail()) {
+    site.suitabilityTime = suitability->selfTime();
+    if (!site.time) site.time = suitability->selfTime();
+    site.cores = suitability->cores();
+    site.gain = suitability->totalMaxGain();
+    site.siteGain = suitability->siteMaxGain();
+  }
+}
+
+void readFindings(Site& site, const kelvar::SummaryItem& item) {
+  if (const auto* const found = item.correctnessDetail()) {
+    site.races = found->errors();
+    site.lockOrders = found->warnings(0);
+    site.otherFindings = found->warnings(1);
+  }
+  if (const auto* const map = item.mapDetail()) {
+    site.strides = {map->strides(0), map->strides(1), map->strides(2)};
+  }
+}
+
+}  // namespace
+
+Site siteOf(kelvar::SummaryItem& item) {
+  Site site;
+  switch (item.detailKind()) {
+    case digestio::kHotSpot:
+      site.sort = SiteSort::function;
+      break;
+    case digestio::kLoop:
+      site.sort = SiteSort::loop;
+      break;
+    default:
+      site.sort = SiteSort::annotated;
+  }
+  site.kind = item.annotationKind();
+  site.label = item.label();
+  site.current = item.summaryDataStatus() == kelvar::kCurrent;
+  readPlaces(site, item);
+  readTimes(site, item);
+  readFindings(site, item);
+  return site;
+}
+
+std::string kindName(const Site& site) {
+  if (site.sort == SiteSort::function) return "function";
+  if (site.sort == SiteSort::loop) return "loop";
+  return annotation_t::display(site.kind);
+}
+
+bool isEnd(const Site& site) noexcept {
+  return site.sort == SiteSort::annotated &&
+         (site.kind == annotation_t::end_parallel || site.kind == annotation_t::end_task ||
+          site.kind == annotation_t::end_critical);
+}
+
+std::string shortPlace(const sitenotes::locator_t& place) {
+  if (place.is_null()) return "?";
+  return place.get_file().get_leaf() + ":" + std::to_string(place.get_line());
+}
+
+std::string placeText(const sitenotes::locator_t& place) {
+  if (place.is_null()) return "?";
+  return place.get_file().get_text() + ":" + std::to_string(place.get_line());
+}
+
+const char* analysisName(SummaryDataKind kind) noexcept {
+  static constexpr kelvar_2_1_7::PerKind<const char*> kNames{
+      {"survey", "vectorization", "suitability", "dependencies", "memory access"}};
+  return kNames[kind];
+}
+
+std::optional<StrideShare> strideOf(const Site& site) noexcept {
+  constexpr double kMatters = 0.25;
+  if (!site.strides) return std::nullopt;
+  const auto steps = [&](int sort) {
+    return std::max(0.0, static_cast<double>((*site.strides)[static_cast<std::size_t>(sort)]));
+  };
+  const double all = steps(0) + steps(1) + steps(2);
+  if (all <= 0) return std::nullopt;
+  const int worse = steps(2) > steps(1) ? 2 : 1;
+  const int sort = steps(1) + steps(2) >= kMatters * all ? worse : 0;
+  return StrideShare{.sort = sort, .share = steps(sort) / all};
+}
+
+const char* strideName(int sort) noexcept {
+  static constexpr std::array kNames{"unit", "constant", "varying"};
+  return kNames[static_cast<std::size_t>(sort)];
+}
+
+}  // namespace kelvar_page

@@ -1,0 +1,106 @@
+// Where rows come from. Either source answers the same questions, so the page does not know whether it is served or a
+// file of its own.
+
+const ORDERS = ["Place", "Kind", "Label", "Survey time", "Survey priority", "Survey id", "Loop time, own", "Loop time, all",
+  "Loop priority", "Suitability time", "Gain of the site", "Gain of the program", "Races", "Other findings",
+  "General kind, place"];
+const ANALYSES = ["survey", "vectorization", "suitability", "dependencies", "memory access"];
+const MATCHES = { all: "all", exact: "exact", moved: "moved", none: "none" };
+
+/** A row as an object, from the list of its values. */
+function rowOf(fields, values) {
+  const row = {};
+  fields.forEach((name, at) => { row[name] = values[at]; });
+  return row;
+}
+
+/** What a file holds: all rows at once, and the place of each in every order. */
+class Embedded {
+  constructor(data) {
+    this.program = data;
+    this.all = data.embedded.map((values) => rowOf(data.fields, values));
+    this.query = "";
+    this.left = [];
+  }
+
+  select(query) {
+    const asked = JSON.stringify(query);
+    if (asked === this.query) return;
+    this.query = asked;
+    const text = query.text.toLowerCase();
+    const order = this.program.orders[query.sort];
+    this.left = order.filter((at) => this.wanted(this.all[at], query, text));
+    if (query.reverse) this.left.reverse();
+  }
+
+  wanted(row, query, text) {
+    if (query.kind === "site" ? row.sort !== 0 : query.kind !== "all" && row.kind !== query.kind) return false;
+    if (query.analysis >= 0 && row.match[query.analysis] === "0") return false;
+    const exact = row.match.includes("4");
+    const moved = row.match.includes("3");
+    if (query.match === "exact" && (!exact || moved)) return false;
+    if (query.match === "moved" && !moved) return false;
+    if (query.match === "none" && (exact || moved)) return false;
+    return !text || row.label.toLowerCase().includes(text) || row.file.toLowerCase().includes(text);
+  }
+
+  async rows(query, from, count) {
+    this.select(query);
+    return { total: this.left.length, rows: this.left.slice(from, from + count).map((at) => this.all[at]) };
+  }
+
+  async row(key) {
+    return this.all.find((row) => row.key === key) ?? null;
+  }
+
+  async site(key) {
+    return this.program.sites[key] ?? { evidence: [], edits: [] };
+  }
+
+  async source(file) {
+    return this.program.sources[file] ?? null;
+  }
+}
+
+/** What `kelvar view` answers. */
+class Served {
+  constructor(token) {
+    this.token = token;
+    this.program = null;
+  }
+
+  async ask(path, values = {}) {
+    const answer = await fetch(path + "?" + new URLSearchParams(values),
+      { headers: { "X-Kelvar-Token": this.token }, cache: "no-store" });
+    if (answer.status === 404) return null;
+    if (!answer.ok) throw new Error((await answer.text()).trim() || "the server answered " + answer.status);
+    return answer.json();
+  }
+
+  async open() {
+    this.program = await this.ask("data/program");
+  }
+
+  async version() {
+    return (await this.ask("data/version")).version;
+  }
+
+  async rows(query, from, count) {
+    const answer = await this.ask("data/rows", { ...query, reverse: query.reverse ? 1 : 0, from, count });
+    return { total: answer.total, rows: answer.rows.map((values) => rowOf(this.program.fields, values)) };
+  }
+
+  async row(key) {
+    const values = await this.ask("data/row", { key });
+    return values && rowOf(this.program.fields, values);
+  }
+
+  async site(key) {
+    return (await this.ask("data/site", { key })) ?? { evidence: [], edits: [] };
+  }
+
+  async source(file) {
+    if (file.length > 4000) return null;  // no file has such a name
+    return this.ask("data/source", { file });
+  }
+}

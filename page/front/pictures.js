@@ -1,0 +1,161 @@
+// The two pictures: a tree map of time by file and site, and time against gain.
+
+/** Cuts a rectangle into parts of the given sizes, rows of parts that are as square as they get. */
+function squares(parts, x, y, width, height, place) {
+  let rest = parts.filter((part) => part.time > 0);
+  let sum = rest.reduce((all, part) => all + part.time, 0);
+  while (rest.length > 0 && width > 0 && height > 0) {
+    const side = Math.min(width, height);
+    const scale = width * height / sum;
+    let count = 1;
+    let best = Infinity;
+    let taken = 0;
+    for (let size = 0, at = 0; at < rest.length; ++at) {
+      size += rest[at].time * scale;
+      const long = size / side;
+      const worst = Math.max(...[rest[0], rest[at]].map((part) => {
+        const other = part.time * scale / long;
+        return Math.max(long / other, other / long);
+      }));
+      if (worst > best) break;
+      best = worst;
+      count = at + 1;
+      taken = size;
+    }
+    const long = taken / side;
+    let along = 0;
+    for (const part of rest.slice(0, count)) {
+      const other = part.time * scale / long;
+      if (width >= height) place(part, x, y + along, long, other);
+      else place(part, x + along, y, other, long);
+      along += other;
+      sum -= part.time;
+    }
+    if (width >= height) { x += long; width -= long; } else { y += long; height -= long; }
+    rest = rest.slice(count);
+  }
+}
+
+function leaf(path) {
+  return path.slice(path.lastIndexOf("/") + 1);
+}
+
+class Pictures {
+  constructor(choose) {
+    this.choose = choose;
+    this.tree = document.getElementById("tree");
+    this.plot = document.getElementById("plot");
+    new ResizeObserver(() => { if (this.program) this.drawTree(); }).observe(this.tree);
+    this.plot.addEventListener("keydown", (event) => {
+      if ((event.key === "Enter" || event.key === " ") && event.target.dataset.key) {
+        this.choose(event.target.dataset.key);
+        event.preventDefault();
+      }
+    });
+  }
+
+  show(program) {
+    this.program = program;
+    this.drawTree();
+    this.drawPlot();
+  }
+
+  mark(key) {
+    for (const one of document.querySelectorAll("#tree [data-key], #plot [data-key]")) {
+      one.setAttribute("aria-pressed", one.dataset.key === key ? "true" : "false");
+    }
+  }
+
+  drawTree() {
+    this.tree.replaceChildren();
+    const { clientWidth: width, clientHeight: height } = this.tree;
+    if (this.program.tree.length === 0) this.tree.append(element("p", { class: "soft", text: "Nothing was timed." }));
+    squares(this.program.tree, 0, 0, width, height, (file, x, y, w, h) => {
+      if (w < 3 || h < 3) return;
+      const name = element("div", { class: "box file", role: "listitem", title: file.file + ": " + file.text, text: h > 26 ? leaf(file.file) + "  " + file.text : "" });
+      this.put(name, x, y, w, h);
+      const top = h > 60 ? 20 : 0;
+      squares(file.within, x + 2, y + top, w - 4, h - top - 2, (node, ...where) => this.node(node, file, where, false));
+    });
+    this.mark(this.chosen ?? "");
+  }
+
+  node(node, file, [x, y, w, h], inner) {
+    if (w < 3 || h < 3) return;
+    const said = `${node.label}, ${node.text}, ${file.file}`;
+    const box = element("button", { type: "button", class: inner ? "box inner" : "box", "data-key": node.key, title: said, "aria-label": said,
+      "aria-pressed": "false" });
+    if (w > 40 && h > 20) box.append(element("b", { text: node.label.slice(0, 200) }));
+    if (w > 40 && h > 38) box.append(node.text);
+    box.addEventListener("click", () => this.choose(node.key));
+    this.put(box, x, y, w, h);
+    const nested = node.within ?? [];
+    const part = nested.reduce((all, one) => all + one.time, 0) / node.time;
+    const top = 40;
+    if (nested.length === 0 || h < top + 14) return;
+    const tall = Math.max(14, Math.min(h - top - 4, (h - top) * Math.min(1, part)));
+    squares(nested, x + 4, y + h - tall - 4, w - 8, tall, (one, ...where) => this.node(one, file, where, true));
+  }
+
+  put(box, x, y, w, h) {
+    box.style.left = x + "px";
+    box.style.top = y + "px";
+    box.style.width = w + "px";
+    box.style.height = h + "px";
+    this.tree.append(box);
+  }
+
+  // The best place is the upper right: much time, much gain. The one to begin with has a ring and its name.
+  drawPlot() {
+    const points = this.program.points;
+    this.plot.replaceChildren();
+    if (points.length === 0) {
+      this.plot.append(element("p", { class: "soft", text: "No suitability analysis says what a site would gain." }));
+      return;
+    }
+    const [width, height, left, bottom, top, right] = [440, 260, 46, 36, 14, 14];
+    const svg = this.svg("svg", { viewBox: `0 0 ${width} ${height}`, role: "group", "aria-label": "Time against gain, a point for each site" });
+    const most = Math.max(.05, ...points.map((point) => point.share)) * 1.08;
+    const high = Math.max(1.1, ...points.map((point) => point.gain)) * 1.05 - 1;
+    const x = (share) => left + share / most * (width - left - right);
+    const y = (gain) => height - bottom - Math.max(0, gain - 1) / high * (height - bottom - top);
+    for (let step = 0; step <= 4; ++step) {
+      const share = most * step / 4;
+      const gain = 1 + high * step / 4;
+      svg.append(this.svg("line", { class: "grid", x1: left, x2: width - right, y1: y(gain), y2: y(gain) }),
+        this.svg("text", { x: left - 6, y: y(gain) + 4, "text-anchor": "end" }, gain.toFixed(2) + "x"),
+        this.svg("text", { x: x(share), y: height - bottom + 16, "text-anchor": "middle" }, Math.round(100 * share) + "%"));
+    }
+    svg.append(this.svg("text", { x: (left + width) / 2, y: height - 4, "text-anchor": "middle" }, "share of the time"),
+      this.svg("text", { x: left, y: top - 3, "text-anchor": "start" }, "gain of the program"));
+    const begin = this.program.findings.find((finding) => finding.rule === "begin")?.key;
+    const named = new Set([begin, ...[...points].sort((a, b) => b.gain - a.gain).slice(0, 4).map((point) => point.key)]);
+    const taken = [];
+    for (const point of points) {
+      const first = point.key === begin;
+      const dot = this.svg("circle", { class: "point" + (point.races > 0 ? " races" : "") + (first ? " first" : ""), cx: x(point.share), cy: y(point.gain),
+        r: first ? 8 : 5.5, tabindex: 0, role: "button", "data-key": point.key, "aria-pressed": "false",
+        "aria-label": `${point.label}, ${point.text}${point.races > 0 ? ", races" : ""}` });
+      dot.append(this.svg("title", {}, `${point.label}: ${point.text}`));
+      dot.addEventListener("click", () => this.choose(point.key));
+      svg.append(dot);
+      if (named.has(point.key)) this.name(svg, point, x(point.share), y(point.gain), width, taken);
+    }
+    this.plot.append(svg);
+  }
+
+  name(svg, point, x, y, width, taken) {
+    if (taken.some((other) => Math.abs(other[0] - x) < 90 && Math.abs(other[1] - y) < 13)) return;
+    taken.push([x, y]);
+    const atEnd = x > width * .7;
+    const label = point.label.length > 28 ? point.label.slice(0, 27) + "\u2026" : point.label;
+    svg.append(this.svg("text", { class: "name", x: atEnd ? x - 12 : x + 12, y: y + 4, "text-anchor": atEnd ? "end" : "start" }, label));
+  }
+
+  svg(name, values, text = "") {
+    const made = document.createElementNS("http://www.w3.org/2000/svg", name);
+    for (const [key, value] of Object.entries(values)) made.setAttribute(key, value);
+    if (text) made.textContent = text;
+    return made;
+  }
+}

@@ -1,0 +1,211 @@
+// The table: only the rows that are seen exist. Heights that a browser cannot scroll are scaled down.
+
+const ROW_HEIGHT = 32;
+const MOST_PIXELS = 8000000;
+const BLOCK = 100;  // rows that are asked for at a time
+
+const COLUMNS = [
+  { field: "label", title: "Site", order: 2 },
+  { field: "kind", title: "Kind", order: 1 },
+  { field: "where", title: "Where", order: 0 },
+  { field: "time", title: "Time", order: 3, right: true },
+  { field: "share", title: "Share", order: 7, right: true, hint: "Part of the whole time; sorts by the time of loops" },
+  { field: "own", title: "Own", order: 6, right: true, hint: "Share without what lies within; sorts by loops' own time" },
+  { field: "vectorised", title: "Vector", order: 8 },
+  { field: "gain", title: "Gain", order: 11, right: true, hint: "How much faster the program could be" },
+  { field: "races", title: "Races", order: 12 },
+  { field: "stride", title: "Stride", order: 13, hint: "The stride that matters; sorts by other findings" },
+  { field: "word", title: "Match", order: 14, hint: "What is stale; sorts by general kind" },
+];
+
+function element(name, values = {}, ...children) {
+  const made = document.createElement(name);
+  for (const [key, value] of Object.entries(values)) {
+    if (key === "class") made.className = value;
+    else if (key === "text") made.textContent = value;
+    else if (value !== null && value !== undefined) made.setAttribute(key, value);
+  }
+  made.append(...children);
+  return made;
+}
+
+class Table {
+  constructor(source, take) {
+    this.source = source;
+    this.take = take;  // called with a row that is chosen
+    this.query = null;
+    this.blocks = new Map();
+    this.total = 0;
+    this.chosen = "";
+    this.focus = 0;
+    this.scroll = document.getElementById("scroll");
+    this.space = document.getElementById("space");
+    this.body = document.getElementById("rows");
+    this.scroll.addEventListener("scroll", () => this.later());
+    this.scroll.addEventListener("keydown", (event) => this.key(event));
+    new ResizeObserver(() => this.later()).observe(this.scroll);
+  }
+
+  head(query, order) {
+    const head = document.getElementById("head");
+    const had = document.activeElement?.dataset?.order;
+    head.replaceChildren(...COLUMNS.map((column, at) => {
+      const button = element("button", { type: "button", text: column.title, title: column.hint, "data-order": column.order });
+      button.addEventListener("click", () => order(column.order));
+      const mine = column.order === query.sort;
+      if (mine) button.append(query.reverse ? " \u25b4" : " \u25be");
+      return element("div", { role: "columnheader", "aria-colindex": at + 1, class: column.right ? "right" : "",
+        "aria-sort": mine ? (query.reverse ? "ascending" : "descending") : "none" }, button);
+    }));
+    if (had !== undefined) head.querySelector(`[data-order="${had}"]`)?.focus();
+  }
+
+  async show(query) {
+    this.query = query;
+    this.blocks = new Map();
+    this.scroll.scrollTop = 0;
+    this.focus = 0;
+    await this.load(0);
+    document.getElementById("grid").setAttribute("aria-rowcount", this.total + 1);
+    this.space.style.height = Math.min(this.total * ROW_HEIGHT, MOST_PIXELS) + "px";
+    this.scroll.style.height = Math.max(3, Math.min(12, this.total)) * ROW_HEIGHT + "px";
+    this.draw();
+  }
+
+  async load(block) {
+    if (block < 0 || this.blocks.has(block)) return;
+    const { query, blocks } = this;
+    blocks.set(block, null);
+    try {
+      const answer = await this.source.rows(query, block * BLOCK, BLOCK);
+      if (blocks !== this.blocks) return;  // another query meanwhile
+      blocks.set(block, answer.rows);
+      this.total = answer.total;
+    } catch (error) {
+      blocks.delete(block);
+      throw error;
+    }
+  }
+
+  at(index) {
+    return this.blocks.get(Math.floor(index / BLOCK))?.[index % BLOCK];
+  }
+
+  // Which row is at the top, and where that begins. Scaled, the last row is still reached.
+  window() {
+    const height = this.scroll.clientHeight || 1;
+    const pixels = this.total * ROW_HEIGHT;
+    const top = this.scroll.scrollTop;
+    if (pixels <= MOST_PIXELS) return { first: Math.floor(top / ROW_HEIGHT), shift: top - (top % ROW_HEIGHT) };
+    const reach = Math.max(1, MOST_PIXELS - height);
+    const first = Math.round(Math.min(1, top / reach) * Math.max(0, this.total - Math.floor(height / ROW_HEIGHT)));
+    return { first, shift: top };
+  }
+
+  later() {
+    if (this.waiting) return;
+    this.waiting = requestAnimationFrame(() => { this.waiting = 0; this.draw(); });
+  }
+
+  draw() {
+    if (!this.query) return;
+    const { first, shift } = this.window();
+    const seen = Math.ceil(this.scroll.clientHeight / ROW_HEIGHT) + 1;
+    const begin = Math.max(0, first - 5);
+    const end = Math.min(this.total, first + seen + 5);
+    const drawn = [];
+    for (let index = begin; index < end; ++index) {
+      drawn.push(this.rowElement(index, shift + (index - first) * ROW_HEIGHT));
+    }
+    this.body.replaceChildren(...drawn);
+    this.scroll.setAttribute("aria-activedescendant", "row" + this.focus);
+    this.fetchAround(begin, end);
+  }
+
+  async fetchAround(begin, end) {
+    const wanted = [];
+    for (let block = Math.floor(begin / BLOCK); block <= Math.floor((end + BLOCK / 2) / BLOCK); ++block) {
+      if (block * BLOCK < this.total && !this.blocks.has(block)) wanted.push(block);
+    }
+    if (wanted.length === 0) return;
+    await Promise.all(wanted.map((block) => this.load(block)));
+    this.later();
+  }
+
+  rowElement(index, top) {
+    const row = this.at(index);
+    const line = element("div", { role: "row", id: "row" + index, class: row ? "row" : "row waiting", "aria-rowindex": index + 2,
+      "aria-selected": row && row.key === this.chosen ? "true" : "false" });
+    line.style.top = top + "px";
+    if (!row) {
+      line.append(element("div", { role: "gridcell", text: "\u2026" }));
+      return line;
+    }
+    COLUMNS.forEach((column, at) => line.append(this.cell(row, column, at)));
+    line.addEventListener("click", () => { this.focus = index; this.choose(row); });
+    return line;
+  }
+
+  cell(row, column, at) {
+    const value = row[column.field];
+    const cell = element("div", { role: "gridcell", "aria-colindex": at + 1, class: column.right ? "right number" : "" });
+    cell.textContent = value.length > 300 ? value.slice(0, 300) + "\u2026" : value;
+    if (column.field === "label") {
+      cell.classList.add("label");
+      cell.style.paddingLeft = .55 + Math.min(row.depth, 6) + "rem";
+      if (!value) cell.textContent = "(no label)";
+    } else if (column.field === "share" && row.part > 0) {
+      cell.classList.add("share");
+      const bar = element("i", { "aria-hidden": "true" });
+      bar.style.width = Math.min(100, 100 * row.part) * .86 + "%";
+      cell.append(bar);
+    } else if (column.field === "races" && row.raceCount > 0) cell.classList.add("bad");
+    else if (column.field === "vectorised" && value === "yes") cell.classList.add("good");
+    else if (column.field === "vectorised" && value === "no" && row.part >= .1) cell.classList.add("warn");
+    else if (column.field === "word") cell.classList.add("warn");
+    else if (column.field === "where" || column.field === "kind") cell.classList.add("soft");
+    return cell;
+  }
+
+  choose(row) {
+    this.mark(row.key);
+    this.take(row);
+  }
+
+  mark(key) {
+    this.chosen = key;
+    this.draw();
+  }
+
+  move(index) {
+    this.focus = Math.max(0, Math.min(this.total - 1, index));
+    const pixels = this.total * ROW_HEIGHT;
+    const height = this.scroll.clientHeight;
+    if (pixels <= MOST_PIXELS) {
+      const top = this.focus * ROW_HEIGHT;
+      if (top < this.scroll.scrollTop) this.scroll.scrollTop = top;
+      if (top + ROW_HEIGHT > this.scroll.scrollTop + height) this.scroll.scrollTop = top + ROW_HEIGHT - height;
+    } else {
+      const { first } = this.window();
+      const seen = Math.floor(height / ROW_HEIGHT);
+      const wanted = this.focus < first ? this.focus : this.focus >= first + seen ? this.focus - seen + 1 : first;
+      if (wanted !== first) this.scroll.scrollTop = wanted / Math.max(1, this.total - seen) * (MOST_PIXELS - height);
+    }
+    const row = this.at(this.focus);
+    if (row) this.choose(row);
+    else this.load(Math.floor(this.focus / BLOCK)).then(() => { const there = this.at(this.focus); if (there) this.choose(there); });
+  }
+
+  key(event) {
+    const page = Math.max(1, Math.floor(this.scroll.clientHeight / ROW_HEIGHT) - 1);
+    const steps = { ArrowDown: 1, ArrowUp: -1, PageDown: page, PageUp: -page, Home: -Infinity, End: Infinity };
+    if (event.key === "Enter" && this.chosen) {
+      document.getElementById("detail").focus();
+    } else if (event.key in steps && !event.altKey && !event.ctrlKey && !event.metaKey) {
+      this.move(this.chosen ? this.focus + steps[event.key] : 0);
+    } else {
+      return;
+    }
+    event.preventDefault();
+  }
+}

@@ -1,0 +1,21 @@
+#include "PageModel.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Messages.h"
+
+namespace kelvar_tool {
+
+std::unique_ptr<kelvar_page::Model> modelOf(const Loaded& loaded, const Pieces& pieces, const std::string& sourceRoot) {
+  kelvar_page::EvidenceIndex evidence;
+  std::vector<std::string> damaged;
+  evidence.read(*loaded.data, pieces.results, damaged);
+  for (const std::string& complaint : damaged) say(complaint);
+  std::vector<std::string> complaints = loaded.complaints;
+  complaints.insert(complaints.end(), damaged.begin(), damaged.end());
+  return std::make_unique<kelvar_page::Model>(loaded.data, std::move(evidence), sourceRoot, std::move(complaints));
+}
+
+}  // namespace kelvar_tool

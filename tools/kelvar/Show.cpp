@@ -1,0 +1,112 @@
+#include "Show.h"
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Figures.h"
+#include "Messages.h"
+#include "Names.h"
+#include "Options.h"
+#include "Output.h"
+#include "PageModel.h"
+#include "ProjectOptions.h"
+#include "ShowSite.h"
+#include "ShowTable.h"
+
+namespace kelvar_tool {
+
+namespace {
+
+using kelvar_page::Model;
+
+struct Request {
+  ProjectRequest project;
+  std::string site;
+  kelvar::SummaryMapping ordering = kelvar::kSortSurveyCpuTime;
+  bool reverse = false;
+  bool all = false;
+  std::string sourceRoot = ".";
+  Colour colour = Colour::automatic;
+};
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  kelvar show my-project                  the annotated sites, longest first, and what stands out\n"
+    "  kelvar show my-project --all            with functions and loops\n"
+    "  kelvar show my-project solver           all about one site: by label, number or FILE:LINE\n"
+    "  kelvar show my-project src/solver.cpp   a file with the figures of its lines\n"
+    "\n"
+    "Gain is how much faster the whole program could be; share and own are parts of the program's time, with\n"
+    "and without what lies within. What is printed is for people, and may change: 'kelvar report' is for programs.";
+
+Colour colourNamed(const std::string& text) {
+  static const std::vector<std::string> kNames{"auto", "always", "never"};
+  for (std::size_t at = 0; at < kNames.size(); ++at) {
+    if (kNames[at] == text) return static_cast<Colour>(at);
+  }
+  throw UsageError("--color: expected auto, always or never, not " + inQuotes(text) + proposal(text, kNames));
+}
+
+std::string heading(const Model& model, std::size_t shown, const std::string& project) {
+  std::string text = visible(project) + ": " + kelvar_page::counted(static_cast<std::int64_t>(shown), "row", "rows");
+  if (model.overview.wholeTime() > 0) text += ", " + kelvar_page::timeText(model.overview.wholeTime()) + " in all";
+  const double gain = model.data->programMaxGain();
+  if (gain > 1) text += ", up to " + kelvar_page::gainText(gain) + " as fast";
+  return text;
+}
+
+void showProject(const Model& model, const Request& request, const Terminal& terminal) {
+  bool all = request.all;
+  std::vector<kelvar_page::Site> rows = shownRows(model, all);
+  std::string note;
+  if (rows.empty() && !all) {
+    rows = shownRows(model, true);
+    note = "No site is annotated: these are functions and loops. 'kelvar annotate' marks sites.\n\n";
+  }
+  print(painted(terminal, Paint::bold, heading(model, rows.size(), request.project.project.value_or("project"))) +
+        "\n\n");
+  if (rows.empty()) return print("Nothing to show.\n");
+  print(note + tableText(model, rows, terminal));
+  const std::string findings = findingsText(model, terminal);
+  if (!findings.empty()) print("\n" + findings);
+}
+
+ExitStatus show(const Request& request) {
+  const Pieces pieces = piecesOf(request.project);
+  const Loaded& loaded = loadSaying(pieces, request.project);
+  const std::unique_ptr<Model> model = modelOf(loaded, pieces, request.sourceRoot);
+  loaded.data->setMapping(request.ordering, request.reverse);
+  const Terminal terminal = outputTerminal(request.colour);
+  if (request.site.empty()) {
+    showProject(*model, request, terminal);
+  } else {
+    showSite(*model, pieces, request.site, terminal);
+  }
+  return model->complaints.empty() ? kDone : kUnreadable;
+}
+
+}  // namespace
+
+void addShow(CLI::App& kelvar, Action& chosen) {
+  CLI::App& app = *kelvar.add_subcommand("show", "Show a project, a site or a file to people");
+  const auto request = std::make_shared<Request>();
+  addPieces(app, request->project);
+  addText(app, "SITE", "One site alone: its label, its number or FILE:LINE; or a FILE",
+          [=](const std::string& text) { request->site = text; });
+  addText(app, "--sort", "Order of the rows, by name or number, as of 'report'; survey-cpu-time if not given",
+          [=](const std::string& text) { request->ordering = orderingNamed("--sort", text); })
+      ->type_name("ORDER");
+  app.add_flag("--reverse", request->reverse, "Reverse the order of the rows");
+  app.add_flag("--all", request->all, "Functions and loops too");
+  addPath(app, "--source-root", "DIR", "Where the sources are; the working directory if not given",
+          request->sourceRoot);
+  addText(app, "--color", "auto, always or never: colours and bars", [=](const std::string& text) {
+    request->colour = colourNamed(text);
+  })->type_name("WHEN");
+  app.footer(kExamples);
+  app.callback([request, &chosen] { chosen = [request] { return show(*request); }; });
+}
+
+}  // namespace kelvar_tool

@@ -1,0 +1,116 @@
+#include "View.h"
+
+#include <sys/stat.h>
+
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <system_error>
+
+#include "Browser.h"
+#include "Loading.h"
+#include "Messages.h"
+#include "Names.h"
+#include "Options.h"
+#include "Output.h"
+#include "PageHtml.h"
+#include "PageModel.h"
+#include "ProjectOptions.h"
+#include "ViewServer.h"
+
+namespace kelvar_tool {
+
+namespace {
+
+struct Request {
+  ProjectRequest project;
+  std::uint16_t port = 0;
+  std::string sourceRoot = ".";
+  bool noOpen = false;
+};
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  kelvar view my-project                       opens the page in the browser; Ctrl-C ends it\n"
+    "  kelvar view my-project --source-root ~/code  with the sources below ~/code\n"
+    "  kelvar view my-project --no-open --port 8080 prints the address alone\n"
+    "\n"
+    "Only who knows the address is answered, and only on this machine. The page follows when results change.";
+
+std::uint16_t portIn(const std::string& text) {
+  const auto port = decimal(text, std::numeric_limits<std::uint16_t>::max());
+  if (!port) throw UsageError("--port: expected a number up to 65535, not " + inQuotes(text));
+  return static_cast<std::uint16_t>(*port);
+}
+
+/// Changes with whatever is replaced or written of the files of a project.
+std::uint64_t versionOf(const Pieces& pieces) {
+  std::uint64_t version = 1469598103934665603U;
+  const auto mix = [&](std::uint64_t value) { version = (version ^ value) * 1099511628211U; };
+  const auto look = [&](const std::string& path) {
+    struct stat status {};
+    if (path.empty() || ::stat(path.c_str(), &status) != 0) return mix(0);
+    mix(static_cast<std::uint64_t>(status.st_ino));
+    mix(static_cast<std::uint64_t>(status.st_size));
+    mix(static_cast<std::uint64_t>(status.st_mtim.tv_sec) * 1000000000U +
+        static_cast<std::uint64_t>(status.st_mtim.tv_nsec));
+  };
+  look(pieces.annotations);
+  for (const std::string& result : pieces.results) {
+    for (const char* const file : {"/collection.json", "/result.json", "/evidence.jsonl"}) {
+      look(result.empty() ? result : result + file);
+    }
+  }
+  return version;
+}
+
+ExitStatus view(const Request& request) {
+  const Pieces pieces = piecesOf(request.project);
+  std::optional<kelvar_page::ViewServer> server;
+  try {
+    server.emplace(request.port);
+  } catch (const std::system_error& error) {
+    say("port " + std::to_string(request.port) + ": expected one that is free (" + error.code().message() + ")");
+    return kUnreadable;
+  }
+  const std::string token = kelvar_page::unguessable();
+  bool complete = true;
+  const auto loadModel = [&] {
+    const Pieces now = piecesOf(request.project);
+    const Loaded loaded = load(now);
+    for (const std::string& complaint : loaded.complaints) say(complaint);
+    auto model = modelOf(loaded, now, request.sourceRoot);
+    complete = model->complaints.empty();
+    return model;
+  };
+  kelvar_page::ViewPages pages({.load = loadModel,
+                                .version = [&] { return versionOf(piecesOf(request.project)); },
+                                .project = request.project.project.value_or("project"),
+                                .annotations = pieces.annotations},
+                               server->port(), token);
+  const std::string address = "http://127.0.0.1:" + std::to_string(server->port()) + "/?token=" + token;
+  print(address + "\n");
+  std::optional<Browser> browser;
+  if (!request.noOpen) browser.emplace(address);
+  server->run(pages);
+  return complete ? kDone : kUnreadable;
+}
+
+}  // namespace
+
+void addView(CLI::App& kelvar, Action& chosen) {
+  CLI::App& app = *kelvar.add_subcommand("view", "Show a project in the browser");
+  const auto request = std::make_shared<Request>();
+  addPieces(app, request->project);
+  addText(app, "--port", "The port to serve on; a free one if not given", [=](const std::string& text) {
+    request->port = portIn(text);
+  })->type_name("N");
+  addPath(app, "--source-root", "DIR", "Where the sources are; the working directory if not given",
+          request->sourceRoot);
+  app.add_flag("--no-open", request->noOpen, "Print the address alone");
+  app.footer(kExamples);
+  app.callback([request, &chosen] { chosen = [request] { return view(*request); }; });
+}
+
+}  // namespace kelvar_tool
