@@ -53,4 +53,13 @@ std::string placesText(const Evidence& line) {
   return text;
 }
 
+std::string reasonText(const Evidence& line) {
+  std::string_view text = line.text;
+  for (const std::string_view verdict : {"loop not vectorized", "vectorized loop"}) {
+    if (text.starts_with(verdict)) text.remove_prefix(verdict.size());
+  }
+  text.remove_prefix(std::min(text.find_first_not_of(": "), text.size()));
+  return std::string(text.substr(0, text.find(". ")));
+}
+
 }  // namespace kelvar_page

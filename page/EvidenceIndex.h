@@ -38,4 +38,8 @@ class EvidenceIndex {
 /// `write at pixels.cpp:57, read at pixels.cpp:57`; empty where it names no place.
 [[nodiscard]] std::string placesText(const Evidence& line);
 
+/// What a compiler's remark says besides its verdict, which the reader has anyway: the first sentence of the reason, or
+/// the width; may be empty.
+[[nodiscard]] std::string reasonText(const Evidence& line);
+
 }  // namespace kelvar_page

@@ -78,7 +78,8 @@ Finding race(const Site& site, std::int64_t count, const EvidenceIndex& evidence
 
 Finding scalar(const Site& site, std::int64_t count, const Overview& overview, const EvidenceIndex& evidence) {
   std::string text = named(site) + " takes " + timePart(site, overview) + " and is not vectorised";
-  if (const Evidence* const reason = evidence.first(site, EvidenceKind::missed)) text += ": " + reason->text;
+  const Evidence* const missed = evidence.first(site, EvidenceKind::missed);
+  if (const std::string reason = missed ? reasonText(*missed) : ""; !reason.empty()) text += ": " + reason;
   if (const auto stride = strideOf(site); stride && stride->sort != 0) {
     text +=
         "; " + shareText(stride->share) + " of its steps through memory are of " + strideName(stride->sort) + " stride";

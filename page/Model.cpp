@@ -20,7 +20,8 @@ std::string vectorisedText(const Site& site, const EvidenceIndex& evidence) {
   const bool vectorised = *site.vectorised != Vectorised::no;
   std::string text = *site.vectorised == Vectorised::partly ? "partly" : vectorised ? "yes" : "no";
   const Evidence* const line = evidence.first(site, vectorised ? EvidenceKind::vectorized : EvidenceKind::missed);
-  return line ? text + ": " + line->text : text;
+  const std::string reason = line ? reasonText(*line) : std::string();
+  return reason.empty() ? text : text + ": " + reason;
 }
 
 std::string strideText(const Site& site) {
