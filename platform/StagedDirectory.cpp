@@ -35,8 +35,8 @@ std::error_code lastError() {
 
 /// The entries of a result directory. A folder with anything else in it is not ours, and is not replaced.
 void requireResult(const fs::path& directory) {
-  constexpr std::array<std::string_view, 8> kNames{"result.json",   "collection.json", "application.log",
-                                                   "collector.log", "command.log",     "surveyvectorization",
+  constexpr std::array<std::string_view, 8> kNames{"result.json",    "collection.json", "application.log",
+                                                   "collector.log",  "command.log",     "surveyvectorization",
                                                    "evidence.jsonl", "sources.txt"};
   std::error_code error;
   for (fs::directory_iterator entry(directory, error); !error && entry != fs::directory_iterator();

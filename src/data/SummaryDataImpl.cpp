@@ -29,8 +29,8 @@ void SummaryData::Impl::populateAnnotations() {
   viewValid_ = false;
   view_.itemsChanged();
   forEachLiveAnnotation(database_, [&](boost::shared_ptr<sitenotes::annotation_t> annotation, unsigned long handle) {
-    visibleItems_.append(std::make_unique<SummaryItemImpl>(this, std::move(annotation), handle, kCurrent, false, false,
-                                                           false, false));
+    visibleItems_.append(
+        std::make_unique<SummaryItemImpl>(this, std::move(annotation), handle, kCurrent, false, false, false, false));
   });
 }
 
@@ -120,8 +120,7 @@ void SummaryData::Impl::write(TextSink& out, bool verbose) {
                        .programMaxGain = programMaxGain(),
                        .aggregate = aggregate_,
                        .results = {}};
-  for (const SummaryDataKind kind :
-       {kSurveyKind, kSuitabilityKind, kCorrectnessKind, kMapKind}) {
+  for (const SummaryDataKind kind : {kSurveyKind, kSuitabilityKind, kCorrectnessKind, kMapKind}) {
     if (hasData(kind)) report.results[kind] = &kindResults_[kind];
   }
   report.write(out, verbose);

@@ -31,7 +31,8 @@ class SummaryItemImpl final : public SummaryItem {
   /// the source's annotation where it has one: a copy forgets the detail kind, and what merges made of place, label and
   /// annotation kind.
   [[nodiscard]] static SummaryItemImpl* copySummaryItem(SummaryItemImpl* source);
-  /// Folds `other`, which is the same site, into this item; `other` stays as it is. See ItemMerge.cpp for who wins what.
+  /// Folds `other`, which is the same site, into this item; `other` stays as it is. See ItemMerge.cpp for who wins
+  /// what.
   void merge(SummaryItemImpl* other);
 
   [[nodiscard]] digestio::SummaryDetailKind detailKind() const override { return detailKind_; }

@@ -91,9 +91,8 @@ struct Joining {
 };
 
 TEST(Join, LeavesTheListAsItWasWhereItFails) {
-  const auto [calls, allocations] =
-      support::atEveryFault<Joining>([](Joining& j) { join(j.list, j.incoming); },
-                                     [](Joining& j) { EXPECT_EQ(support::rows(j.list), j.before); });
+  const auto [calls, allocations] = support::atEveryFault<Joining>(
+      [](Joining& j) { join(j.list, j.incoming); }, [](Joining& j) { EXPECT_EQ(support::rows(j.list), j.before); });
   EXPECT_GT(calls, 0);
   EXPECT_GT(allocations, 5);
 }

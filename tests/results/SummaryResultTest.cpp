@@ -78,8 +78,7 @@ TEST(Result, ListsLivingAnnotationsBesideItsDetailsAndFoldsThem) {
       .site(3, annotation("off", "y.cpp:2", sitenotes::annotation_t::parallel, true))
       .site(4, nullptr)
       .site(5, annotation("t", "z.cpp:1", sitenotes::annotation_t::task));
-  const std::string seen =
-      "- s x.cpp:2 | survey - 2.50\n- t z.cpp:1 task | survey - | vectorization -\n";
+  const std::string seen = "- s x.cpp:2 | survey - 2.50\n- t z.cpp:1 task | survey - | vectorization -\n";
   EXPECT_EQ(support::rows(SummaryResultImpl(nullptr, "r", database).items()), seen);
   // Every result walks the database for itself.
   database->site(5, annotation("t", "z.cpp:1"), false).site(6, annotation("u", "z.cpp:4"));

@@ -3,9 +3,9 @@
 
 #include <cmath>
 
-#include "view/ordering/Orderings.h"
 #include "view/PlainOrderings.h"
 #include "view/RandomItems.h"
+#include "view/ordering/Orderings.h"
 
 using namespace kelvar_2_1_7;
 using support::detail;

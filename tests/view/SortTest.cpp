@@ -104,8 +104,8 @@ std::vector<std::unique_ptr<SummaryItemImpl>> someItems(std::size_t count, std::
 
 TEST(PlaceOrder, IsTheOrderOfPlacesThenOfHandlesWhateverIsSortedAlready) {
   constexpr std::size_t kCount = 3000;
-  const std::pair<std::size_t, std::size_t> sorted[] = {{0, 0},       {kCount, 0},  {1, kCount - 1},
-                                                        {1300, 1700}, {700, 900}, {1300, 1690}};
+  const std::pair<std::size_t, std::size_t> sorted[] = {{0, 0},       {kCount, 0}, {1, kCount - 1},
+                                                        {1300, 1700}, {700, 900},  {1300, 1690}};
   for (const auto& [before, behind] : sorted) {
     const auto items = someItems(kCount, before, behind);
     std::vector<SummaryItemImpl*> want;

@@ -19,8 +19,8 @@ namespace kelvar_2_1_7 {
 
 namespace {
 
-/// Whether each of these sites comes before the next one, as after a result that added none. Among sites the ordering by
-/// kind is a strict weak order, so neighbours tell it.
+/// Whether each of these sites comes before the next one, as after a result that added none. Among sites the ordering
+/// by kind is a strict weak order, so neighbours tell it.
 bool isInOrder(const SummaryItems& sites) {
   for (std::size_t i = 1; i < sites.size(); ++i) {
     if (!SummaryItemImpl::compareKind(sites[i - 1], sites[i])) return false;

@@ -38,9 +38,8 @@ void sortByFigures(std::span<SummaryItemImpl*> items) {
 
 void breakTies(std::span<SummaryItemImpl*> atOnePlace) {
   std::vector<SummaryItemImpl*> buffer;
-  mergeSort(atOnePlace, buffer, [](const SummaryItemImpl* a, const SummaryItemImpl* b) {
-    return compareIdentity(*a, *b) < 0;
-  });
+  mergeSort(atOnePlace, buffer,
+            [](const SummaryItemImpl* a, const SummaryItemImpl* b) { return compareIdentity(*a, *b) < 0; });
   const auto areAlike = [](const SummaryItemImpl* a, const SummaryItemImpl* b) { return compareIdentity(*a, *b) == 0; };
   forEachGroup(atOnePlace, areAlike, sortByFigures);
 }

@@ -82,9 +82,7 @@ bool putMap(RowText& row, const SummaryItemImpl& item) {
 }
 
 constexpr PerKind<ColumnGroup> kGroups{{{
-    {{"Survey      ", " CPU    P   ", " Time   r Id", "_______ _ __"},
-     13,
-     putSurvey},
+    {{"Survey      ", " CPU    P   ", " Time   r Id", "_______ _ __"}, 13, putSurvey},
     {{"SurveyVectorization      ", " Self   Total    P   ", " Time   Time Id r", "_______ _______ ______ _"},
      20,
      putSurveyVectorization},
@@ -92,12 +90,8 @@ constexpr PerKind<ColumnGroup> kGroups{{{
       "_______ __ _____ _______ _______"},
      33,
      putSuitability},
-    {{"  Dependencies  ", "               ", "Errors  Warning", "_______ _______"},
-     16,
-     putCorrectness},
-    {{"  MAP           ", "               ", "Strides", "_______"},
-     16,
-     putMap},
+    {{"  Dependencies  ", "               ", "Errors  Warning", "_______ _______"}, 16, putCorrectness},
+    {{"  MAP           ", "               ", "Strides", "_______"}, 16, putMap},
 }}};
 
 constexpr bool hasWidths(SummaryDataKind kind, const std::array<std::size_t, kHeaderLines>& widths) {

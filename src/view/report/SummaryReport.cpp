@@ -8,9 +8,9 @@
 #include <string>
 
 #include "names.h"
+#include "view/ordering/Orderings.h"
 #include "view/report/FormattedPiece.h"
 #include "view/report/ItemTable.h"
-#include "view/ordering/Orderings.h"
 
 namespace kelvar_2_1_7 {
 

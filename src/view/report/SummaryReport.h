@@ -4,8 +4,8 @@
 #include "items/SummaryItems.h"
 #include "kelvar/SummaryResult.h"
 #include "kelvar/SummaryTypes.h"
-#include "view/report/TextSink.h"
 #include "view/ViewSettings.h"
+#include "view/report/TextSink.h"
 
 namespace kelvar_2_1_7 {
 
