@@ -54,7 +54,7 @@ void inParallel(int count, const std::function<void(int, int)>& work) {
 /// All threads count into the same bins, and nothing orders them: the race.
 [[gnu::noinline]] void countShades(const float* from, int count, int* bins) {
   for (int i = 0; i < count; ++i) {  // kelvar: parallel "count shades"
-    /* kelvar: task "one pixel" */ ++bins[static_cast<int>(from[i]) % kShades];  // kelvar: end "one pixel"
+    /* kelvar: task "one pixel" */ ++bins[static_cast<int>(from[i]) % kShades];
   }
 }
 
