@@ -17,7 +17,7 @@
 namespace kelvar_2_1_7 {
 
 /// What a SummaryData is made of: the annotations' items, the results joined with them, and the view on both.
-class __attribute__((visibility("hidden"))) SummaryData::Impl {  // else exported with the class that it stands in
+class __attribute__((visibility("hidden"))) SummaryData::Impl {  // else exported with the class around it
  public:
   explicit Impl(boost::shared_ptr<sitenotes::database_t> database);
   ~Impl();

@@ -9,7 +9,7 @@ const sitenotes::locator_t& nullLocator() {
   return null;
 }
 
-/// Where the site's newest annotation stands, if the database still has one.
+/// The place of the site's newest annotation, if the database still has one.
 void takeLatest(const SummaryData::Impl* owner, unsigned long handle, sitenotes::locator_t& out) {
   if (owner == nullptr) return;
   const boost::shared_ptr<sitenotes::database_t>& database = annotationDatabaseOf(*owner);

@@ -97,7 +97,7 @@ int AggregateSummaryResultImpl::num_kova_threads() const {
 }
 
 int AggregateSummaryResultImpl::target_system() const {
-  // The first target stands even where a later result states another one: a program is analysed for one target, and
+  // The first target counts even where a later result states another one: a program is analysed for one target, and
   // the results that were collected first say which.
   for (const SummaryResult* result : results_) {
     const int target = result->target_system();

@@ -40,7 +40,7 @@ class AggregateSummaryResultImpl final : public SummaryResult {
   std::vector<SummaryResult*> results_;
 };
 
-/// What stands for an unknown threading paradigm and an unknown target system in a result.
+/// An unknown threading paradigm and an unknown target system in a result.
 inline constexpr int kUnknownParadigm = 7;
 inline constexpr int kUnknownTarget = 3;
 
