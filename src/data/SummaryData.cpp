@@ -11,9 +11,8 @@ SummaryData::SummaryData(boost::shared_ptr<sitenotes::database_t> database)
 SummaryData::SummaryData(Impl* impl) : impl_(impl) {}
 SummaryData::~SummaryData() = default;
 
-// cppcheck-suppress passedByValue; the interface has it so
-void SummaryData::addSummaryData(std::string path, boost::shared_ptr<sitenotes::database_t>) {
-  impl_->addSummaryData(path);
+void SummaryData::addSummaryData(std::string path, boost::shared_ptr<sitenotes::database_t> database) {
+  impl_->addSummaryData(std::move(path), std::move(database));
 }
 
 SummaryDataStatus SummaryData::summaryDataStatus(digestio::SummaryDataKind kind) const {

@@ -34,7 +34,8 @@ void SummaryData::Impl::populateAnnotations() {
   });
 }
 
-void SummaryData::Impl::addSummaryData(const std::string& path) {
+// cppcheck-suppress passedByValue; the interface has it so
+void SummaryData::Impl::addSummaryData(std::string path, boost::shared_ptr<sitenotes::database_t>) {
   const boost::shared_ptr<sitenotes::scanner_t> scanner = sitenotes::scanner_t::get();
   if (scanner) takeState(*scanner, path);
 
@@ -42,7 +43,7 @@ void SummaryData::Impl::addSummaryData(const std::string& path) {
   if (!result->loaded()) return;
 
   // From the join on, nothing may fail: it is all filed, or none of it.
-  results_.reserve(results_.size() + 1);
+  if (results_.size() == results_.capacity()) results_.reserve(2 * results_.size() + 1);
   aggregate_.reserveOne();
   for (AggregateSummaryResultImpl& ofKind : kindResults_) ofKind.reserveOne();
   const SummaryDataStatus status = mergeCollections(result->items());

@@ -24,7 +24,8 @@ class __attribute__((visibility("hidden"))) SummaryData::Impl {  // else exporte
   Impl(const Impl&) = delete;
   Impl& operator=(const Impl&) = delete;
 
-  void addSummaryData(const std::string& path);
+  /// `database` is not looked at: the state comes from the process-wide scanner.
+  void addSummaryData(std::string path, boost::shared_ptr<sitenotes::database_t> database);
   [[nodiscard]] SummaryDataStatus summaryDataStatus(digestio::SummaryDataKind kind) const { return kindStatus_[kind]; }
 
   void setSummaryKindEnable(digestio::SummaryDataKind kind, bool enable);

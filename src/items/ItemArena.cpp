@@ -10,7 +10,8 @@ namespace kelvar_2_1_7::item_arena {
 
 namespace {
 
-// The address sanitizer watches the heap: an item that is used after its end shall not hide among its neighbours.
+// The address sanitizer watches the heap: an item that is used after it was deleted must not lie in memory
+// that is still in use.
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool kOneByOne = true;
 #elif defined(__has_feature)
@@ -26,7 +27,7 @@ constexpr bool kOneByOne = false;
 constexpr std::size_t kChunkSize = std::size_t{64} << 10;
 
 struct alignas(std::max_align_t) Chunk {
-  /// The items in it, and those that the thread that fills it may still make: so making one counts nothing.
+  /// The items in it, and those that there is still room for: so the count only changes when an item is deleted.
   std::atomic<std::size_t> users;
 
   static void leave(Chunk* chunk, std::size_t count) noexcept {

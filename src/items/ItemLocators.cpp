@@ -37,7 +37,7 @@ bool SummaryItemImpl::getCollectionLocator(digestio::SummaryDataKind kind, siten
   out = nullLocator();
   handle = 0;
   if (const digestio::SummaryDetail* detail = summaryDetail(kind)) out = detail->locator();
-  // An annotated site is told by its handle even where the analysis says nothing of it.
+  // The handle tells callers that the site is annotated, even where the analysis says nothing of it.
   if (annotation_) handle = handle_;
   return !out.is_null();
 }

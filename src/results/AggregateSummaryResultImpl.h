@@ -12,7 +12,9 @@ namespace kelvar_2_1_7 {
 class AggregateSummaryResultImpl final : public SummaryResult {
  public:
   /// Makes room, so that the next append cannot fail.
-  void reserveOne() { results_.reserve(results_.size() + 1); }
+  void reserveOne() {
+    if (results_.size() == results_.capacity()) results_.reserve(2 * results_.size() + 1);
+  }
   void append(SummaryResult* result) { results_.push_back(result); }
 
   [[nodiscard]] int resultCount() const override;

@@ -81,6 +81,8 @@ void View::sort(const ViewSettings& settings, SummaryItems& visible, const Summa
     appendItems(items, visible);
     appendItems(items, hidden);
     byPlace_ = placeOrder(items);
+  } else {
+    breakTiesAnew(byPlace_);
   }
   if (hidden.empty()) return visible.reorder(sorted(settings.mapping(), byPlace_));
   std::vector<PlacedItem> shown;

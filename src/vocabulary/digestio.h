@@ -2,7 +2,7 @@
 /// its own header of this name puts it first on the include path.
 #pragma once
 
-// In brackets: a suite's own header of this name is taken, though ours lies beside.
+// In brackets: a suite's own header of this name is taken, even though ours is in this folder.
 #include <sitenotes.h>
 
 #include <cstdint>

@@ -27,7 +27,7 @@ inline constexpr auto kParallelAnnotation = static_cast<sitenotes::annotation_t:
 inline constexpr auto kTaskAnnotation = static_cast<sitenotes::annotation_t::kind_t>(2);
 inline constexpr auto kTaskloopAnnotation = static_cast<sitenotes::annotation_t::kind_t>(4);
 inline constexpr int kAnnotationKindCount = 19;
-/// Stands for every annotation kind at once in a filter.
+/// Means every annotation kind at once in a filter.
 inline constexpr auto kEveryAnnotation = static_cast<sitenotes::annotation_t::kind_t>(kAnnotationKindCount);
 
 }  // namespace kelvar_2_1_7

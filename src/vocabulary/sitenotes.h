@@ -2,7 +2,7 @@
 /// on the include path. Objects are shared; the library deletes none of them.
 #pragma once
 
-// In brackets: a suite's own header of this name is taken, though ours lies beside.
+// In brackets: a suite's own header of this name is taken, even though ours is in this folder.
 #include <toolbelt.h>
 
 #include <boost/shared_ptr.hpp>

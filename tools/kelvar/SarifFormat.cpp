@@ -40,7 +40,8 @@ std::string uriOf(const std::string& file) {
   constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string uri = file.starts_with('/') ? "file://" : "";
-  for (const char c : std::filesystem::path(file).lexically_normal().native()) {
+  const std::filesystem::path normal = std::filesystem::path(file).lexically_normal();
+  for (const char c : normal.native()) {
     const auto byte = static_cast<unsigned char>(c);
     if (kPlain.find(c) != std::string_view::npos) {
       uri += c;

@@ -12,15 +12,15 @@
 // is nothing to undo. Copies read label, place and kind from their annotation as these are now.
 //
 // Neighbours are compared in the ordering by kind. It puts whatever is no site behind all sites, and those are never
-// folded: they are kept aside, and never sorted. O(n log n); linear where the result adds no site, since the old list
-// is sorted by the join before.
+// folded: they are kept aside, and never sorted. O(n log n); linear where the list is in order, as it is after a join
+// that no view was read after, if the result adds no site.
 
 namespace kelvar_2_1_7 {
 
 namespace {
 
-/// Whether each of these sites comes before the next one, as after a result that added none. Among sites the ordering
-/// by kind is a strict weak order, so neighbours tell it.
+/// Whether each of these sites comes before the next one. Among sites the ordering by kind is a strict weak order, so
+/// it is enough to compare neighbours.
 bool isInOrder(const SummaryItems& sites) {
   for (std::size_t i = 1; i < sites.size(); ++i) {
     if (!SummaryItemImpl::compareKind(sites[i - 1], sites[i])) return false;

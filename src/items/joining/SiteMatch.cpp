@@ -23,7 +23,7 @@ bool haveSameLeaf(const sitenotes::locator_t& a, const sitenotes::locator_t& b) 
 }
 
 /// Whether an analysis that lists each site once has a detail for both: then they are two sites. Vectorization data may
-/// come twice for one site, once for each version of a loop, so it tells nothing.
+/// come twice for one site, once for each version of a loop, so it is not compared.
 bool areListedTwice(const SummaryItemImpl& a, const SummaryItemImpl& b) {
   constexpr std::array kExclusiveKinds{kSurveyKind, kSuitabilityKind, kCorrectnessKind, kMapKind};
   return std::any_of(kExclusiveKinds.begin(), kExclusiveKinds.end(),

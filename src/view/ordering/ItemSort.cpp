@@ -64,9 +64,7 @@ class ItemSort {
     if (i + 2 * kPrefetchDistance < items_.size()) prefetch(items_[i + 2 * kPrefetchDistance].item);
     const auto& kind = ordering_.keys[0].kind;
     if (kind && i + kPrefetchDistance < items_.size()) {
-      const void* const detail = items_[i + kPrefetchDistance].item->summaryDetail(*kind);
-      prefetchLine(detail);
-      prefetchLine(static_cast<const char*>(detail) + 64);  // what it says is behind its first line, as a rule
+      prefetchBeginning(items_[i + kPrefetchDistance].item->summaryDetail(*kind));
     }
   }
 
@@ -134,7 +132,11 @@ class ItemSort {
     std::vector<AtPlace> records;
     std::vector<AtPlace> buffer;
     records.reserve(group.size());
-    for (const KeyedIndex& each : group) records.push_back({SiteKey(*itemOf(each)), each});
+    const auto differ = [this](const KeyedIndex& a, const KeyedIndex& b) {
+      return itemOf(a)->annotationKind() != itemOf(b)->annotationKind();
+    };
+    const bool withTimes = std::adjacent_find(group.begin(), group.end(), differ) != group.end();
+    for (const KeyedIndex& each : group) records.push_back({SiteKey(*itemOf(each), withTimes), each});
     mergeSort(std::span(records), buffer,
               [](const AtPlace& a, const AtPlace& b) { return isBeforeAtPlace(a.key, b.key); });
     for (std::size_t i = 0; i < group.size(); ++i) group[i] = records[i].entry;

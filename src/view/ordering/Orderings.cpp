@@ -17,9 +17,9 @@ using sitenotes::annotation_t;
 
 namespace {
 
-/// Stands in for a missing value where the least comes first: behind all but the largest.
+/// Replaces a missing value where the least comes first: behind all but the largest.
 constexpr double kMissingAscending = 2147483647;
-/// Where the greatest comes first: -1, which no time, gain or count is, negated.
+/// Where the greatest comes first: -1, negated as all keys are there. No time, gain or count is less than 0.
 constexpr double kMissingDescending = 1;
 
 template <auto detail, auto value>
@@ -132,9 +132,9 @@ bool goesByLocator(Tie tie, const SummaryItemImpl& item) {
   return tie == Tie::kByLocator || (tie == Tie::kByLocatorUnlessLoop && item.detailKind() != kLoopDetail);
 }
 
-SiteKey::SiteKey(const SummaryItemImpl& item)
+SiteKey::SiteKey(const SummaryItemImpl& item, bool withTimes)
     : annotationKind(item.annotationKind()), detailKind(item.detailKind()), label(&item.labelText()) {
-  if (detailKind != kLoopDetail) return;
+  if (!withTimes || detailKind != kLoopDetail) return;
   selfTime = kLoopSelfTime.read(item);
   totalTime = kLoopTotalTime.read(item);
 }
@@ -163,7 +163,9 @@ bool isBefore(const Ordering& ordering, const SummaryItemImpl* a, const SummaryI
   }
   if (!goesByLocator(ordering.tie, *a)) return false;
   const int order = displayOrder(a->place(), b->place());
-  return order != 0 ? order < 0 : isBeforeAtPlace(SiteKey(*a), SiteKey(*b));
+  if (order != 0) return order < 0;
+  const bool withTimes = a->annotationKind() != b->annotationKind();
+  return isBeforeAtPlace(SiteKey(*a, withTimes), SiteKey(*b, withTimes));
 }
 
 bool SummaryItemImpl::compareLocator(SummaryItemImpl* a, SummaryItemImpl* b) {

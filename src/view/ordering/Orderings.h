@@ -58,7 +58,8 @@ struct Ordering {
 
 /// What the ordering by locator reads of an item besides its place.
 struct SiteKey {
-  explicit SiteKey(const SummaryItemImpl& item);  // asks a loop's details
+  /// `withTimes`: also what decides between loops of different annotation kinds, which asks their details.
+  SiteKey(const SummaryItemImpl& item, bool withTimes);
 
   sitenotes::annotation_t::kind_t annotationKind;
   digestio::SummaryDetailKind detailKind;

@@ -145,9 +145,13 @@ std::vector<PlacedItem> placeOrder(const std::vector<SummaryItemImpl*>& items) {
     const bool sharesPlace = i != 0 && !isBefore(records[i - 1], records[i]);
     placed.push_back({records[i].item, sharesPlace ? placed.back().place : static_cast<std::uint32_t>(i)});
   }
-  const auto haveSamePlace = [](const PlacedItem& a, const PlacedItem& b) { return a.place == b.place; };
-  forEachGroup(std::span(placed), haveSamePlace, breakTiesOf);
+  breakTiesAnew(placed);
   return placed;
+}
+
+void breakTiesAnew(std::span<PlacedItem> byPlace) {
+  const auto haveSamePlace = [](const PlacedItem& a, const PlacedItem& b) { return a.place == b.place; };
+  forEachGroup(byPlace, haveSamePlace, breakTiesOf);
 }
 
 }  // namespace kelvar_2_1_7

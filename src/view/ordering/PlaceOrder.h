@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "items/SummaryItems.h"
@@ -19,5 +20,8 @@ void appendItems(std::vector<SummaryItemImpl*>& items, const SummaryItems& list)
 /// The items in the suite's own order of places; those at one place as breakTies has them. Every ordered list begins as
 /// this one: what an ordering leaves undecided is in its final order already.
 [[nodiscard]] std::vector<PlacedItem> placeOrder(const std::vector<SummaryItemImpl*>& items);
+
+/// Orders the items at each place anew, as breakTies has them: the details that it asks may answer differently now.
+void breakTiesAnew(std::span<PlacedItem> byPlace);
 
 }  // namespace kelvar_2_1_7

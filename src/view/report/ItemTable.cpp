@@ -94,14 +94,10 @@ void putRow(RowText& row, const Columns& columns, const SummaryItemImpl& item) {
   }
 }
 
-/// What an analysis says is behind the first cache line of its detail, as a rule.
 void prefetchDetails(const SummaryItems& items, const Columns& columns, std::size_t index) {
   if (index >= items.size() || items[index] == nullptr) return;
   for (const SummaryDataKind kind : kAllKinds) {
-    if (!columns.shown[kind]) continue;
-    const char* const detail = reinterpret_cast<const char*>(items[index]->summaryDetail(kind));
-    prefetchLine(detail);
-    prefetchLine(detail + 64);
+    if (columns.shown[kind]) prefetchBeginning(items[index]->summaryDetail(kind));
   }
 }
 

@@ -47,7 +47,7 @@ void appendTimes(std::string& out, const SummaryResult& result) {
   appendTimes(out, "Finalization", finalizationTime, finalizationDuration);
 }
 
-// More of a text than a piece can hold is not asked for: printf counts what it would print, and fails past an int.
+// Precision cuts texts to what a piece can hold: printf counts all that it would print, and fails past an int.
 void appendHost(std::string& out, const SummaryResult& result) {
   const std::string hostName = result.hostName();
   const int cpuCount = result.cpuCount();

@@ -21,7 +21,7 @@ class TextSink {
   [[nodiscard]] std::string& text() noexcept { return text_; }
   /// Makes room for a text of about this length.
   void expect(std::size_t length) { text_.reserve(text_.size() + (write_ == nullptr ? length : kPiece)); }
-  /// Called between lines: hands on what has come together, if that is worth a call.
+  /// Called between lines: hands the text on once there is enough of it.
   void flushIfLarge() {
     if (write_ != nullptr && text_.size() >= kWorthIt) finish();
   }

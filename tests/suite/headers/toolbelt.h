@@ -5,6 +5,7 @@
 /// other, SUITE_BY_VALUE, hands out values, has scoped enumerations, and `const` only where the library may expect it.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #ifdef SUITE_BY_VALUE
@@ -28,7 +29,12 @@ template <class T>
 class sptr_t {
  public:
   sptr_t() = default;
-  explicit sptr_t(T* object) : object_(object), holders_(object != nullptr ? new int(0) : nullptr) { hold(); }
+  explicit sptr_t(T* object) : object_(object) {
+    std::unique_ptr<T> owned(object);
+    holders_ = object != nullptr ? new int(0) : nullptr;
+    hold();
+    static_cast<void>(owned.release());
+  }
   sptr_t(const sptr_t& other) : object_(other.object_), holders_(other.holders_) { hold(); }
   sptr_t& operator=(const sptr_t&) = delete;
   ~sptr_t() {
