@@ -219,7 +219,8 @@ void writeEvidence(const std::filesystem::path& directory, std::vector<Evidence>
     return;
   }
   EvidenceText text(file.string());
-  for (const Evidence& one : cutToSize(std::move(evidence))) text.add(one);
+  const std::vector<Evidence> kept = cutToSize(std::move(evidence));
+  for (const Evidence& one : kept) text.add(one);
   const fs::path aside = directory / ("." + std::string(kEvidenceFile) + "." + std::to_string(::getpid()));
   std::ofstream out(aside, std::ios::binary | std::ios::trunc);
   out << text.text();

@@ -96,6 +96,7 @@ void* allocate(std::size_t size) {
   const std::size_t taken = sizeof(Header) + size;
   Filling& current = filling;
   if (current.left == 0) openChunk(current, taken);
+  // cppcheck-suppress legacyUninitvar; placement new initialises it
   auto* const header = ::new (current.next) Header{current.chunk};
   current.next += taken;
   --current.left;

@@ -157,7 +157,8 @@ void foldLabelTwins(SummaryItems& items) {
   std::vector<Candidate> candidates = candidatesIn(items);
   const auto haveSameHash = [](Candidate a, Candidate b) { return a >> kSlotBits == b >> kSlotBits; };
   const auto haveSameKey = [&](Candidate a, Candidate b) {
-    return TwinKey(*items[slotOf(a)]) == TwinKey(*items[slotOf(b)]);
+    const TwinKey key(*items[slotOf(a)]);
+    return key == TwinKey(*items[slotOf(b)]);
   };
   forEachRun(candidates, haveSameHash, [&](std::span<Candidate> ofOneHash) {
     groupByKey(items, ofOneHash);
