@@ -154,7 +154,7 @@ std::string collectionFile(const std::string& result) {
 void readCollection(JsonReader& in, const std::string& file, Collection& out, std::vector<DetailFields>& details) {
   Reading reading{{}, out, details};
   in.readDocument(file, kCollectionFields, reading);
-  out.program() = reading;
+  out.program() = static_cast<const ProgramRecord&>(reading);
 }
 
 void writeProgram(JsonWriter& out, const ProgramRecord& program) {
