@@ -12,8 +12,6 @@
 
 #include "FileDescriptor.h"
 
-extern char** environ;
-
 namespace kelvar_tool {
 
 namespace {
@@ -26,6 +24,7 @@ std::optional<std::string> git(const std::string& directory, const std::vector<s
   std::vector<std::string> all{"git", "-C", directory, "-c", "core.fsmonitor=false"};
   all.insert(all.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(all.size() + 1);
   for (std::string& one : all) pointers.push_back(one.data());
   pointers.push_back(nullptr);
   std::array<int, 2> ends{};

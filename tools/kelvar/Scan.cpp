@@ -52,6 +52,7 @@ std::vector<Rule> wantedRules(const ScanRequest& request) {
   for (const std::string& name : request.only) {
     if (std::any_of(rules.begin(), rules.end(), [&](const Rule& rule) { return rule.name == name; })) continue;
     std::vector<std::string> names;
+    names.reserve(rules.size());
     for (const Rule& rule : rules) names.push_back(rule.name);
     throw UsageError("--only: unknown rule " + inQuotes(name) + proposal(name, names));
   }

@@ -224,7 +224,7 @@ class Planner {
         asLines.push_back(i);
         continue;
       }
-      settled_.push_back({i, marker});
+      settled_.emplace_back(i, marker);
       marked_[i] = marker;
       markers_[marker].site = i;
     }

@@ -100,8 +100,7 @@ class Look {
     request.sources.insert(request.sources.end(), folders.begin(), folders.end());
     if (request.sources.empty()) return;
     const SourceTree tree(request);
-    std::vector<kelvar_sources::Rule> rules = kelvar_sources::builtInRules();
-    const kelvar_sources::RuleSet set(rules);
+    const kelvar_sources::RuleSet set(kelvar_sources::builtInRules());
     const std::vector<ScannedFile> read = scanned(tree.files(), set);
     take(planOf({.tree = tree, .files = read, .rules = set}, sites_));
   }

@@ -12,9 +12,9 @@ namespace kelvar_2_1_7 {
 namespace {
 
 std::strong_ordering compareIdentity(const SummaryItemImpl& a, const SummaryItemImpl& b) {
-  if (const auto order = a.annotationKind() <=> b.annotationKind(); order != 0) return order;
-  if (const auto order = a.detailKind() <=> b.detailKind(); order != 0) return order;
-  if (const auto order = a.labelText() <=> b.labelText(); order != 0) return order;
+  if (const auto order = a.annotationKind() <=> b.annotationKind(); std::is_neq(order)) return order;
+  if (const auto order = a.detailKind() <=> b.detailKind(); std::is_neq(order)) return order;
+  if (const auto order = a.labelText() <=> b.labelText(); std::is_neq(order)) return order;
   return a.handle() <=> b.handle();
 }
 
@@ -39,8 +39,10 @@ void sortByFigures(std::span<SummaryItemImpl*> items) {
 void breakTies(std::span<SummaryItemImpl*> atOnePlace) {
   std::vector<SummaryItemImpl*> buffer;
   mergeSort(atOnePlace, buffer,
-            [](const SummaryItemImpl* a, const SummaryItemImpl* b) { return compareIdentity(*a, *b) < 0; });
-  const auto areAlike = [](const SummaryItemImpl* a, const SummaryItemImpl* b) { return compareIdentity(*a, *b) == 0; };
+            [](const SummaryItemImpl* a, const SummaryItemImpl* b) { return std::is_lt(compareIdentity(*a, *b)); });
+  const auto areAlike = [](const SummaryItemImpl* a, const SummaryItemImpl* b) {
+    return std::is_eq(compareIdentity(*a, *b));
+  };
   forEachGroup(atOnePlace, areAlike, sortByFigures);
 }
 
