@@ -1,5 +1,5 @@
 // Regions are found file by file. Annotations are put in the order of their lines; the first pass closes each region by
-// the end annotation of its label, else of its kind, with a stack of what is open; the second walks the regions with a
+// the end annotation of its label, else of its kind, with a stack of open regions; the second walks the regions with a
 // stack of those that reach to the line. What is never closed holds nothing. O(n log n) for the sort, and O(1) a mark
 // beyond it unless regions overlap without order.
 #include "Overview.h"

@@ -46,7 +46,7 @@ class Overview {
     return files_;
   }
 
-  /// Where the site lies; a region of its own for one that no annotation stands behind.
+  /// The region that the site is in; a site without an annotation has a region of its own.
   [[nodiscard]] const Region& regionOf(const Site& site) const noexcept;
   /// The site's time in parts of the whole; nothing where either is unknown.
   [[nodiscard]] std::optional<double> shareOf(const Site& site) const noexcept;

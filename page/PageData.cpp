@@ -105,7 +105,7 @@ void writeNode(PageJson& json, const Node& node) {
 // Outermost annotated sites, nested ones within them, and the functions that lie in none.
 std::vector<Node> nodesOf(const Model& model, const std::vector<kelvar::SummaryItem*>& rows) {
   std::vector<Node> outer;
-  std::vector<std::pair<unsigned long, Node>> nested;  // behind the handle of what they lie in
+  std::vector<std::pair<unsigned long, Node>> nested;  // by the handle of the region around them
   std::vector<Node> functions;
   for (kelvar::SummaryItem* const item : rows) {
     const Site site = siteOf(*item);

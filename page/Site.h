@@ -11,7 +11,7 @@
 
 namespace kelvar_page {
 
-/// What stands behind a row: an annotation, or only what an analysis saw.
+/// Where a row comes from: an annotation, or only an analysis.
 enum class SiteSort { annotated, function, loop };
 
 enum class Vectorised { no, yes, partly };
@@ -22,8 +22,8 @@ struct Site {
   SiteSort sort = SiteSort::annotated;
   sitenotes::annotation_t::kind_t kind = sitenotes::annotation_t::parallel;
   std::string label;
-  unsigned long handle = 0;              ///< the site's sequence; 0 where no annotation stands behind it
-  bool current = false;                  ///< a living annotation stands behind it
+  unsigned long handle = 0;              ///< the site's sequence; 0 without an annotation
+  bool current = false;                  ///< it has a living annotation
   sitenotes::locator_t place{{}, 0, 0};  ///< where it is now, else where it was last seen
   kelvar_2_1_7::PerKind<kelvar::SummaryDataStatus> match{};
   kelvar_2_1_7::PerKind<std::optional<sitenotes::locator_t>> seen{};
