@@ -30,7 +30,7 @@ class Page {
     const known = (key, values) => (values.includes(said.get(key)) ? said.get(key) : values.includes(DEFAULTS[key]) ? DEFAULTS[key] : values[0]);
     const kind = said.has("kind") ? known("kind", this.kinds()) : this.source.program.annotated || !this.source.program.rows ? "site" : "all";
     return {
-      query: { sort: number("sort", 0, 14), reverse: said.get("reverse") === "1", kind, analysis: number("analysis", -1, 4),
+      query: { sort: number("sort", 0, ORDERS.length - 1), reverse: said.get("reverse") === "1", kind, analysis: number("analysis", -1, ANALYSES.length - 1),
         match: known("match", Object.keys(MATCHES)), text: (said.get("text") ?? "").slice(0, 200) },
       site: said.get("site") ?? "",
     };

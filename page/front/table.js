@@ -73,13 +73,16 @@ class Table {
   }
 
   async load(block) {
-    if (block < 0 || this.blocks.has(block)) return;
-    const { query, blocks } = this;
-    blocks.set(block, null);
+    if (block < 0) return;
+    if (!this.blocks.has(block)) this.blocks.set(block, { rows: [], come: this.ask(block, this.blocks) });
+    await this.blocks.get(block).come;
+  }
+
+  async ask(block, blocks) {
     try {
-      const answer = await this.source.rows(query, block * BLOCK, BLOCK);
+      const answer = await this.source.rows(this.query, block * BLOCK, BLOCK);
       if (blocks !== this.blocks) return;  // another query meanwhile
-      blocks.set(block, answer.rows);
+      blocks.get(block).rows = answer.rows;
       this.total = answer.total;
     } catch (error) {
       blocks.delete(block);
@@ -88,7 +91,7 @@ class Table {
   }
 
   at(index) {
-    return this.blocks.get(Math.floor(index / BLOCK))?.[index % BLOCK];
+    return this.blocks.get(Math.floor(index / BLOCK))?.rows[index % BLOCK];
   }
 
   // Which row is at the top, and where that begins. Scaled, the last row is still reached.

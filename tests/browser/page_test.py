@@ -123,7 +123,7 @@ class PageTest(unittest.TestCase):
             self.browser.keys(down, down)
             self.browser.until("document.getElementById('detail-title').textContent === 'smooth'")
             self.browser.keys(end)
-            self.browser.until("document.getElementById('detail-title').textContent === 'brighten'")
+            self.browser.until("document.getElementById('detail-title').textContent === 'sharpen'")
             self.browser.keys(enter)
             self.browser.until("document.activeElement.id === 'detail'")
             self.browser.js("document.activeElement.blur()")
