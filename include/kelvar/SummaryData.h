@@ -97,7 +97,7 @@ class KELVAR_EXPORT SummaryData {
   [[nodiscard]] SummaryResult* correctnessResult();
   [[nodiscard]] SummaryResult* mapResult();
 
-  /// The view as fixed-width text after the program-wide values; with `verbose`, also statuses and settings.
+  /// The view as fixed-width text, then the program-wide values; with `verbose`, also statuses and settings.
   [[nodiscard]] std::string asString(bool verbose) const;
   /// The same text in pieces, for callers that pass it on: that of a million sites takes 250 MB. A piece is valid
   /// during the call of `out`, which must not change this object. Exceptions of `out` and of the collaborators pass
