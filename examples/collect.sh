@@ -43,7 +43,8 @@ perf record -q -g -e cpu-clock:u -F 500 -o perf.data ./pixels 2048 40 >run.log 2
 if [ -e perf.data ] &&
   perf script -f -i perf.data --no-inline --show-mmap-events --show-task-events -F +pid >perf.txt 2>>run.log &&
   [ "$(wc -l <perf.txt)" -gt 500 ]; then
-  sed "s|$work/|/|" perf.txt | gzip -9nc >"$outputs/perf.txt.gz"
+  # No path of this machine, and no library that another machine would have in another version.
+  sed "s|$work/|/|; s|/usr/lib/[^/ ]*-linux-gnu/|/|" perf.txt | gzip -9nc >"$outputs/perf.txt.gz"
 else
   # With addresses, so that inlined calls can be told.
   valgrind --quiet --tool=callgrind --dump-instr=yes --callgrind-out-file=callgrind.out ./pixels 128 4 >run.log 2>&1

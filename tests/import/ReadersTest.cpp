@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <regex>
 #include <sstream>
 
@@ -63,6 +65,10 @@ TEST(Readers, TellRecordsApart) {
 /// Empty, foreign, cut and absurd inputs of each source: `OPTION INPUT`, where \n and \t stand for what they mean.
 TEST(Readers, RefuseDamageInOneSentence) {
   const support::Scratch scratch;
+  // A perf.data is read by perf, which need not be here: this one refuses all, as perf does.
+  std::filesystem::permissions(scratch.write("bin/perf", "#!/bin/sh\nexit 255\n"), std::filesystem::perms::owner_all);
+  const std::string path = std::getenv("PATH");
+  setenv("PATH", (scratch.path("bin") + ":" + path).c_str(), 1);
   for (const auto& [damage, parts] : support::cases("damages.txt", 35)) {
     const std::size_t blank = parts[0].find(' ');
     const std::string input = std::regex_replace(parts[0].substr(blank + 1), std::regex(R"(\\n)"), "\n");
@@ -72,6 +78,7 @@ TEST(Readers, RefuseDamageInOneSentence) {
   const std::string zipped = support::contentOf(KELVAR_SOURCE_FOLDER "/examples/captured/tsan.txt.gz");
   EXPECT_EQ(recordsOf("--tsan", scratch.write("cut", zipped.substr(0, zipped.size() / 2))),
             "line 1: expected the rest of the file (truncated gzip input)");
+  setenv("PATH", path.c_str(), 1);
 }
 
 TEST(Readers, RefuseATraceOrItsBinary) {
