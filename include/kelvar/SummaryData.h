@@ -44,13 +44,16 @@ class KELVAR_EXPORT SummaryData {
   /// Loads the analysis result at `path` and joins its items with those of this object. If it cannot be loaded, nothing
   /// is added, and no status changes. `database` is ignored.
   ///
+  /// Items that the filters hid at the last read take no part: a site that is hidden then and is in the result becomes
+  /// a second item. Add results before you set filters.
+  ///
   /// The first state of the annotations that the process-wide scanner's database has or makes for a path is used for
   /// this and all later results. Until there is one, each add asks for it before it loads the result, also with an
   /// empty path. So an add that adds nothing or throws may already have fixed the state for the later ones.
   void addSummaryData(std::string path, boost::shared_ptr<sitenotes::database_t> database);
 
-  /// How well the latest result that has data of `kind` matched: the match of its worst item, from kNoMatchCurrent to
-  /// kExactMatchCurrent. kExactMatchCurrent for a result without items; kNotPresent if there is no such result.
+  /// How well the latest result that has data of `kind` matched, of all kinds that it has: the match of its worst item,
+  /// from kNoMatchCurrent to kExactMatchCurrent. kExactMatchCurrent for a result without items; kNotPresent if there is no such result.
   [[nodiscard]] SummaryDataStatus summaryDataStatus(digestio::SummaryDataKind kind) const;
 
   /// Enables or disables a kind; all are enabled at first. While any kind is disabled, the view shows only items for

@@ -62,8 +62,8 @@ class KELVAR_EXPORT SummaryItem {
   /// database at every call. `handle` becomes handle() if the item has an annotation, else 0. False, with a null `out`,
   /// if none of them has a position.
   virtual bool getCurrentLocator(sitenotes::locator_t& out, unsigned long& handle) = 0;
-  /// Where the analysis saw the site. False, with a null `out`, if it reports nothing for the site. `handle` becomes
-  /// handle() if the item has an annotation, else 0.
+  /// Where the analysis saw the site. False, with a null `out`, if it reports nothing for the site or no position.
+  /// `handle` becomes handle() if the item has an annotation, else 0.
   virtual bool getCollectionLocator(digestio::SummaryDataKind kind, sitenotes::locator_t& out,
                                     unsigned long& handle) = 0;
 

@@ -19,9 +19,11 @@ enum SummaryDataStatus : std::int32_t {
 };
 inline constexpr int kSummaryDataStatusCount = 6;
 
-/// The orderings of the view. Items without the value that an ordering reads come last, and NaN values after them.
-/// Ties are broken by place, then annotation kind, detail kind, label, handle and the values of the analyses, so rows
-/// that differ have a fixed order.
+/// The orderings of the view. Where the greatest comes first, an item without the value counts as -1; where the least
+/// comes first, as 2147483647. NaN values come after all others. Items that an ordering leaves equal come in a fixed
+/// order: by place, then by annotation kind, detail kind, label, handle and the values of the analyses. Orderings that
+/// end in the locator compare two items at one place first: by label if their annotation kinds are the same, else by
+/// detail kind, then annotated sites by annotation kind and loops by their times, longest first.
 enum SummaryMapping : std::int32_t {
   kSortLocator = 0,                       ///< file leaf, line, column, path
   kSortKind = 1,                          ///< detail kind, then annotation kind or time

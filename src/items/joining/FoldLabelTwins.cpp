@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "items/Groups.h"
+
 // The pass visits each item once, from front to back, and looks for the first other item with its label and annotation
 // kind, or, for a task, for the first task loop with its label: whichever comes first. A twin is folded into the item.
 // A task is folded into its task loop, which then moves to where the task was. The last item of the list is neither
@@ -142,15 +144,6 @@ void groupByKey(const SummaryItems& items, std::span<Candidate> ofOneHash) {
   });
 }
 
-/// Calls `then` for each run of two or more neighbours that are `alike`.
-template <class Alike, class Then>
-void forEachRun(std::span<Candidate> candidates, const Alike& alike, const Then& then) {
-  for (std::size_t begin = 0, end = 1; begin < candidates.size(); begin = end++) {
-    while (end < candidates.size() && alike(candidates[begin], candidates[end])) ++end;
-    if (end - begin > 1) then(candidates.subspan(begin, end - begin));
-  }
-}
-
 }  // namespace
 
 void foldLabelTwins(SummaryItems& items) {
@@ -160,9 +153,9 @@ void foldLabelTwins(SummaryItems& items) {
     const TwinKey key(*items[slotOf(a)]);
     return key == TwinKey(*items[slotOf(b)]);
   };
-  forEachRun(candidates, haveSameHash, [&](std::span<Candidate> ofOneHash) {
+  forEachGroup(std::span(candidates), haveSameHash, [&](std::span<Candidate> ofOneHash) {
     groupByKey(items, ofOneHash);
-    forEachRun(ofOneHash, haveSameKey, [&](std::span<Candidate> group) { TwinPass(items, group).run(); });
+    forEachGroup(ofOneHash, haveSameKey, [&](std::span<Candidate> group) { TwinPass(items, group).run(); });
   });
   items.removeNulls();
 }

@@ -7,6 +7,7 @@
 #include <functional>
 #include <string_view>
 
+#include "items/Groups.h"
 #include "items/SummaryItems.h"
 #include "view/ordering/KeySort.h"
 #include "view/ordering/MergeSort.h"

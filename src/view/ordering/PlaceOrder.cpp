@@ -9,6 +9,7 @@
 #include <unordered_map>
 
 #include "declarations.h"
+#include "items/Groups.h"
 #include "view/ordering/KeySort.h"
 #include "view/ordering/MergeSort.h"
 #include "view/ordering/TieBreak.h"

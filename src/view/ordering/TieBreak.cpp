@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "items/Groups.h"
 #include "view/ordering/MergeSort.h"
 #include "view/ordering/SiteFigures.h"
 
