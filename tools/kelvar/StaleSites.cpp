@@ -7,7 +7,7 @@
 
 #include "Messages.h"
 #include "Place.h"
-#include "ScanPlan.h"
+#include "scan/ScanPlan.h"
 
 namespace kelvar_tool {
 
