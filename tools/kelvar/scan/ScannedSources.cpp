@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <exception>
 #include <mutex>
@@ -27,24 +28,41 @@ constexpr std::size_t kMostBytes = std::size_t{0xFFFFFFFF} - 4096;
   throw kelvar_platform::ReadError({path, "", expected});
 }
 
+struct stat statusOf(const kelvar_platform::FileDescriptor& file, const std::string& path) {
+  struct stat status {};
+  if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) refuse(path, "a regular file");
+  if (static_cast<std::size_t>(status.st_size) > kMostBytes) refuse(path, "a source file of less than 4 GiB");
+  return status;
+}
+
+/// Answers false where the file changed meanwhile: what was cut off would be taken for gone.
+bool readOnce(const kelvar_platform::FileDescriptor& file, const std::string& path, std::string& bytes) {
+  const struct stat before = statusOf(file, path);
+  const auto size = static_cast<std::size_t>(before.st_size);
+  bytes.resize(size);
+  std::size_t had = 0;
+  while (had < size) {
+    const ssize_t got = ::pread(file.get(), bytes.data() + had, size - had, static_cast<off_t>(had));
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) refuse(path, std::string("a file that can be read (") + std::strerror(errno) + ")");
+    if (got == 0) return false;
+    had += static_cast<std::size_t>(got);
+  }
+  const struct stat after = statusOf(file, path);
+  return after.st_size == before.st_size && after.st_mtim.tv_sec == before.st_mtim.tv_sec &&
+         after.st_mtim.tv_nsec == before.st_mtim.tv_nsec;
+}
+
 /// Into `bytes`, whose memory is used again from file to file.
 void readInto(const std::string& path, std::string& bytes) {
   const kelvar_platform::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file) refuse(path, std::string("a file that can be read (") + std::strerror(errno) + ")");
-  struct stat status {};
-  if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) refuse(path, "a regular file");
-  const auto size = static_cast<std::size_t>(status.st_size);
-  if (size > kMostBytes) refuse(path, "a source file of less than 4 GiB");
-  bytes.resize(size);
-  std::size_t had = 0;
-  while (had < size) {
-    const ssize_t got = ::read(file.get(), bytes.data() + had, size - had);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) refuse(path, std::string("a file that can be read (") + std::strerror(errno) + ")");
-    if (got == 0) break;  // cut while it was read
-    had += static_cast<std::size_t>(got);
+  constexpr int kMostTimes = 3;
+  for (int i = 0; i < kMostTimes; ++i) {
+    if (readOnce(file, path, bytes)) return;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));  // an editor is done by then
   }
-  bytes.resize(had);
+  refuse(path, "a file that nobody writes to meanwhile");
 }
 
 ScannedFile scannedFile(const SourceFile& file, const kelvar_sources::RuleSet& rules, std::string& bytes) {

@@ -48,12 +48,20 @@ void SiteSearch::sort(Wanted& wanted) const {
 }
 
 void SiteSearch::askGit(const std::vector<KnownSite>& known) {
+  std::vector<std::size_t> vanished;
+  std::vector<std::string> keys;
   for (const KnownSite& site : known) {
     if (!site.alive || exist_[site.file] || asked_[site.file]) continue;
     asked_[site.file] = true;
-    const auto key = renamedByGit(files_.at(site.file).key);
-    const std::size_t found = key ? files_.scannedAs(*key) : kNothing;
-    if (found != kNothing) git_[site.file] = found;
+    vanished.push_back(site.file);
+    keys.push_back(files_.at(site.file).key);
+  }
+  if (keys.empty()) return;
+  const auto renamed = renamedByGit(keys);
+  for (const std::size_t file : vanished) {
+    const auto key = renamed.find(files_.at(file).key);
+    const std::size_t found = key == renamed.end() ? kNothing : files_.scannedAs(key->second);
+    if (found != kNothing) git_[file] = found;
   }
 }
 
