@@ -89,7 +89,7 @@ const std::vector<FoundSite>& PlanFiles::linesOf(std::size_t file) {
   const auto [found, isNew] = lines_.try_emplace(file);
   if (isNew) {
     const SourceFile& source = *files_[file].source;
-    found->second = kelvar_sources::codeLines(sourceBytes(source.path), source.language);
+    found->second = kelvar_sources::codeLines(lexedBytes(source.path), source.language);
   }
   return found->second;
 }

@@ -30,8 +30,10 @@ PlanSites::PlanSites(const ScanInput& input, const kelvar_platform::AnchoredSite
     const AnchoredSite& one = database.sites[i];
     if (one.site.alive) labels.take(one.site.kind, one.site.label);
     const bool hasRule = one.anchor && !one.anchor->rule.empty();
-    if (hasRule && active.count(one.anchor->rule) == 0) {  // of another scan: left alone
+    if (hasRule && active.count(one.anchor->rule) == 0) {  // of another scan
       if (one.site.alive) files.at(files.of(i)).hasSites = true;
+      const bool asLine = one.site.alive && !one.movedByHand && !endsRegion(one.site.kind);
+      if (input.findsOtherRules && asLine && files.isOurs(files.of(i))) groups_[i] = Group::line;
       continue;
     }
     groups_[i] = groupOf(one, files.isOurs(files.of(i)));

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <mutex>
 #include <thread>
 
@@ -23,6 +24,13 @@ namespace {
 
 /// What offsets of 32 bits reach, with room for a lexer that looks ahead.
 constexpr std::size_t kMostBytes = std::size_t{0xFFFFFFFF} - 4096;
+
+/// What a token costs, times all brackets that a file may hold, has to fit into memory.
+constexpr std::size_t kMostLexedBytes = std::size_t{64} << 20U;
+constexpr const char* kTooLarge = "a source file of at most 64 MiB, where it may have markers";
+
+/// Larger files are read one at a time, so that the memory of a scan does not grow with the threads.
+constexpr std::size_t kLargeFile = std::size_t{8} << 20U;
 
 [[noreturn]] void refuse(const std::string& path, const std::string& expected) {
   throw kelvar_platform::ReadError({path, "", expected});
@@ -65,6 +73,12 @@ void readInto(const std::string& path, std::string& bytes) {
   refuse(path, "a file that nobody writes to meanwhile");
 }
 
+bool isLarge(const std::string& path) {
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(path, error);
+  return !error && size > kLargeFile;
+}
+
 ScannedFile scannedFile(const SourceFile& file, const kelvar_sources::RuleSet& rules, std::string& bytes) {
   ScannedFile result;
   try {
@@ -74,6 +88,10 @@ ScannedFile scannedFile(const SourceFile& file, const kelvar_sources::RuleSet& r
     return result;
   }
   if (kelvar_sources::isBinary(bytes)) return result;
+  if (bytes.size() > kMostLexedBytes && kelvar_sources::mayHaveMarkers(bytes, file.language, rules)) {
+    result.complaint = kelvar_platform::ReadError({file.path, "", kTooLarge}).what();
+    return result;
+  }
   result.read = true;
   result.sites = kelvar_sources::scanSource(bytes, file.language, rules);
   result.digest = kelvar_sources::digestOf(bytes);
@@ -81,6 +99,12 @@ ScannedFile scannedFile(const SourceFile& file, const kelvar_sources::RuleSet& r
 }
 
 }  // namespace
+
+std::string lexedBytes(const std::string& path) {
+  std::string bytes = sourceBytes(path);
+  if (bytes.size() > kMostLexedBytes) refuse(path, kTooLarge);
+  return bytes;
+}
 
 std::string sourceBytes(const std::string& path) {
   std::string bytes;
@@ -92,11 +116,20 @@ std::vector<ScannedFile> scanned(const std::vector<SourceFile>& files, const kel
   std::vector<ScannedFile> results(files.size());
   std::atomic<std::size_t> next = 0;
   std::mutex mutex;
+  std::mutex large;
   std::exception_ptr failure;
   const auto work = [&] {
     try {
       std::string bytes;
-      for (std::size_t i = next++; i < files.size(); i = next++) results[i] = scannedFile(files[i], rules, bytes);
+      for (std::size_t i = next++; i < files.size(); i = next++) {
+        if (!isLarge(files[i].path)) {
+          results[i] = scannedFile(files[i], rules, bytes);
+          continue;
+        }
+        const std::lock_guard lock(large);
+        std::string whole;
+        results[i] = scannedFile(files[i], rules, whole);
+      }
     } catch (...) {
       const std::lock_guard lock(mutex);
       failure = std::current_exception();
