@@ -70,10 +70,10 @@ void Brackets::takeConditional(char mark, std::size_t index) {
 
 void Brackets::open(std::size_t index, char mark) {
   if (mark == '{') {
-    Brace brace = described(index);
+    const Brace brace = described(index);
     braceOfToken_[index] = static_cast<std::uint32_t>(braces_.size());
     state_.brace = braceOfToken_[index];
-    braces_.push_back(std::move(brace));
+    braces_.push_back(brace);
     state_.declaration = index + 1;
   }
   state_.bracket = static_cast<std::uint32_t>(index);
@@ -101,8 +101,8 @@ bool Brackets::inFunction() const noexcept {
 }
 
 /// Within a function only a class opens a scope in which functions are defined.
-Brackets::Brace Brackets::described(std::size_t index) const {
-  Brace brace{.token = static_cast<std::uint32_t>(index), .outer = state_.brace, .name = {}};
+Brackets::Brace Brackets::described(std::size_t index) {
+  Brace brace{.token = static_cast<std::uint32_t>(index), .outer = state_.brace};
   brace.function = state_.brace == kNone ? kNone : braces_[state_.brace].function;
   const bool inBrackets = state_.bracket != kNone && !list_.tokens[state_.bracket].is('{');
   if (inBrackets || (state_.brace != kNone && braces_[state_.brace].role == Role::block && !inFunction())) return brace;
@@ -116,24 +116,31 @@ Brackets::Brace Brackets::described(std::size_t index) const {
   }
   if (definition.what == Definition::What::initialiser) {
     brace.role = Role::initialiser;
-    brace.declaration = state_.declaration;
+    brace.declaration = static_cast<std::uint32_t>(state_.declaration);
     return brace;
   }
-  brace.name = std::move(definition.name);
+  if (!definition.name.empty()) {
+    brace.name = static_cast<std::uint32_t>(names_.size());
+    names_.push_back(std::move(definition.name));
+  }
   brace.role = definition.what == Definition::What::scope ? Role::scope : Role::function;
   if (brace.role == Role::function) brace.function = static_cast<std::uint32_t>(braces_.size());
   return brace;
+}
+
+std::string Brackets::nameOf(const Brace& brace) const {
+  return brace.name == kNone ? std::string() : names_[brace.name];
 }
 
 std::string Brackets::functionAround(std::size_t token) const {
   if (brace_[token] == kNone) return {};
   std::uint32_t at = braces_[braceOfToken_[brace_[token]]].function;
   if (at == kNone) return {};
-  std::string name = braces_[at].name;
+  std::string name = nameOf(braces_[at]);
   constexpr int kMostOuterNames = 8;
   int names = 0;
   for (at = braces_[at].outer; at != kNone && braces_[at].role == Role::scope && names < kMostOuterNames; ++names) {
-    if (!braces_[at].name.empty()) name.insert(0, braces_[at].name + "::");
+    if (braces_[at].name != kNone) name.insert(0, nameOf(braces_[at]) + "::");
     at = braces_[at].outer;
   }
   return name;

@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <map>
+#include <utility>
+
 #include "Planning.h"
 
 namespace kelvar_tool {
@@ -13,17 +17,38 @@ using kelvar_sources::Step;
 /// Lines have no kind: all have the same, so that those of all sites can be told from each other.
 constexpr kelvar_sources::Kind kAnyKind = sitenotes::annotation_t::parallel;
 
-SiteSearch::Wanted wantedLines(const Planning& plan, kelvar_sources::TextNumbers& numbers) {
+bool haveSameAnchor(const kelvar_platform::AnchorRow& a, const kelvar_platform::AnchorRow& b) {
+  return a.text == b.text && a.function == b.function && a.before == b.before && a.after == b.after;
+}
+
+/// The lines that are looked for. Several sites may be on one: the first of them is looked for, and the others go
+/// along.
+struct Lines {
   SiteSearch::Wanted wanted;
+  std::map<std::size_t, std::vector<std::size_t>> others;  // by the first site
+};
+
+Lines wantedLines(const Planning& plan, kelvar_sources::TextNumbers& numbers) {
+  Lines lines;
+  std::map<std::pair<std::size_t, int>, std::vector<std::size_t>> firsts;  // by file and line
   const std::vector<bool> followers = plan.sites.followers();
   for (std::size_t i = 0; i < plan.sites.size(); ++i) {
     if (plan.sites.group(i) != Group::line || followers[i]) continue;
     const AnchoredSite& one = plan.database.sites[i];
-    wanted.known.push_back({plan.files.of(i), one.site.line, true,
-                            kelvar_sources::fingerprintOf(kAnyKind, anchorOf(*one.anchor), numbers)});
-    wanted.sites.push_back(i);
+    std::vector<std::size_t>& there = firsts[{plan.files.of(i), one.site.line}];
+    const auto first = std::find_if(there.begin(), there.end(), [&](std::size_t other) {
+      return haveSameAnchor(*one.anchor, *plan.database.sites[other].anchor);
+    });
+    if (first != there.end()) {
+      lines.others[*first].push_back(i);
+      continue;
+    }
+    there.push_back(i);
+    lines.wanted.known.push_back({plan.files.of(i), one.site.line, true,
+                                  kelvar_sources::fingerprintOf(kAnyKind, anchorOf(*one.anchor), numbers)});
+    lines.wanted.sites.push_back(i);
   }
-  return wanted;
+  return lines;
 }
 
 /// The files in which the lines may be: their own and, where one of those vanished, all that are new.
@@ -64,21 +89,22 @@ Seen seenLines(Planning& plan, const std::vector<bool>& read, kelvar_sources::Te
 
 void findLines(Planning& plan) {
   kelvar_sources::TextNumbers numbers;
-  SiteSearch::Wanted wanted = wantedLines(plan, numbers);
+  Lines lines = wantedLines(plan, numbers);
+  SiteSearch::Wanted& wanted = lines.wanted;
   if (wanted.known.empty()) return;
   const Seen seen = seenLines(plan, filesToRead(plan, wanted), numbers);
   const FindResult result = plan.search.find(wanted, seen.sites);
+  const auto decide = [&](std::size_t site, const FindResult::Answer& answer) {
+    if (answer.ambiguous) return plan.placement.leave(site);
+    if (answer.seen == FindResult::kNone) return plan.placement.end(site, kNoStep);
+    const std::size_t file = seen.sites[answer.seen].file;
+    plan.placement.putAtLine(site, *seen.lines[answer.seen], file, stepName(answer.step, file == plan.files.of(site)));
+  };
   for (std::size_t k = 0; k < wanted.sites.size(); ++k) {
-    const FindResult::Answer& answer = result.known[k];
-    if (answer.seen != FindResult::kNone) {
-      const std::size_t file = seen.sites[answer.seen].file;
-      plan.placement.putAtLine(wanted.sites[k], *seen.lines[answer.seen], file,
-                               stepName(answer.step, file == wanted.known[k].file));
-    } else if (answer.ambiguous) {
-      plan.placement.leave(wanted.sites[k]);
-    } else {
-      plan.placement.end(wanted.sites[k], kNoStep);
-    }
+    decide(wanted.sites[k], result.known[k]);
+    const auto others = lines.others.find(wanted.sites[k]);
+    if (others == lines.others.end()) continue;
+    for (const std::size_t other : others->second) decide(other, result.known[k]);
   }
 }
 
