@@ -6,7 +6,7 @@ the same database. What became of each site in truth is told by the changes in b
 `git diff -p -M -w` has them: a line is shifted, edited within a hunk, or taken away.
 
 Prints a row for each repository and distance: the sites that survived, how many of them kept their number, how many
-came out at another place, and of the sites that were deleted, how many live on as another. A site whose line was taken
+came out at another place, how many the scan left open (it named them, and could not tell where they are), and of the sites that were deleted, how many live on as another. A site whose line was taken
 away and put elsewhere in one commit is left out: whether that is the same site, no change says.
 """
 
@@ -43,6 +43,9 @@ def plain(line):
 def git(repo, *arguments):
     done = subprocess.run(["git", "-C", str(repo), *arguments], capture_output=True, check=True)
     return done.stdout.decode("utf-8", "replace")
+
+
+MOST_LINES_BY_COUNT = 200
 
 
 class Hunk:
@@ -109,7 +112,8 @@ def partner(hunk, index):
     added = [i for i, line in enumerate(hunk.added) if marker(line) == kind]
     if kind is None or not added:
         return None
-    if len(removed) == len(added):
+    # In a hunk that rewrites whole functions, as many markers as before need not be the same ones.
+    if len(removed) == len(added) and len(hunk.removed) + len(hunk.added) <= MOST_LINES_BY_COUNT:
         return added[removed.index(index)]
     matcher = difflib.SequenceMatcher(None, [plain(x) for x in hunk.removed], [plain(x) for x in hunk.added], False)
     for a, b, size in matcher.get_matching_blocks():
@@ -148,7 +152,10 @@ def follow(sites, files):
 
 
 def scan(kelvar, database, tree):
-    subprocess.run([kelvar, "annotate", str(database), "scan", "."], cwd=tree, capture_output=True, check=False)
+    """The sites after a scan, by number, and those that it left open, since it could not tell where they are."""
+    done = subprocess.run([kelvar, "annotate", str(database), "scan", "."], cwd=tree, capture_output=True, check=False)
+    events = (line.split("\t") for line in done.stdout.decode("utf-8", "replace").splitlines())
+    left_open = {int(event[1]) for event in events if event[0] == "ambiguous"}
     listing = subprocess.run([kelvar, "annotate", str(database), "list"], cwd=tree, capture_output=True, check=True)
     sites = {}
     for line in listing.stdout.decode("utf-8", "replace").splitlines():
@@ -157,7 +164,7 @@ def scan(kelvar, database, tree):
             continue
         name, at = re.match(r"(.*?):(\d+)(?::\d+)?$", place).groups()
         sites[int(number)] = (name, int(at))
-    return sites
+    return sites, left_open
 
 
 SOURCES = {".c", ".cc", ".cpp", ".cxx", ".h", ".hh", ".hpp", ".hxx", ".cu", ".cuh", ".f", ".f90", ".inl", ".tcc"}
@@ -196,23 +203,29 @@ def measure(kelvar, repo, commits, scratch, verbose):
     database = Path(scratch) / "annotations.db"
     database.unlink(missing_ok=True)
     checkout(repo, commits[-1], tree)
-    truth = dict(scan(kelvar, database, tree))
+    truth = dict(scan(kelvar, database, tree)[0])
     for files in changes(repo, commits):
         follow(truth, files)
     checkout(repo, commits[0], tree)
-    found = scan(kelvar, database, tree)
-    counts = dict.fromkeys(("survived", "kept", "wrong", "lost", "deleted", "returned", "unsure"), 0)
+    found, left_open = scan(kelvar, database, tree)
+    counts = dict.fromkeys(("survived", "kept", "wrong", "open", "lost", "deleted", "returned", "unsure"), 0)
     for number, place in truth.items():
         if place == "unsure":
             counts["unsure"] += 1
         elif place == "deleted":
             counts["deleted"] += 1
-            counts["returned"] += number in found
-            if verbose and number in found:
+            returned = number in found and number not in left_open
+            counts["returned"] += returned
+            if verbose and returned:
                 print(f"  returned {number}: at {found[number]}", file=sys.stderr)
         else:
             counts["survived"] += 1
-            outcome = "lost" if number not in found else "kept" if found[number] == place else "wrong"
+            if number not in found:
+                outcome = "lost"
+            elif found[number] == place:
+                outcome = "kept"
+            else:
+                outcome = "open" if number in left_open else "wrong"
             counts[outcome] += 1
             if verbose and outcome != "kept":
                 print(f"  {outcome} {number}: truly at {place}, found at {found.get(number)}", file=sys.stderr)
@@ -230,7 +243,7 @@ def main():
     parser.add_argument("--verbose", action="store_true", help="name each site that is not where it should be")
     options = parser.parse_args()
     kelvar = str(Path(options.kelvar).resolve())
-    print(f"{'project':24}{'apart':>6}{'survived':>10}{'kept %':>9}{'wrong %':>9}{'deleted':>9}{'returned %':>12}{'unsure':>8}")
+    print(f"{'project':24}{'apart':>6}{'survived':>10}{'kept %':>9}{'wrong %':>9}{'open %':>8}{'deleted':>9}{'returned %':>12}{'unsure':>8}")
     for repo in options.repositories:
         commits = chain(repo, options.last_parent, options.pairs * options.stride + max(options.distances) + 1)
         name = repo.parent.name if repo.name == "repo" else repo.name
@@ -248,9 +261,10 @@ def main():
                 continue
             kept = 100 * sums["kept"] / sums["survived"]
             wrong = 100 * sums["wrong"] / sums["survived"]
+            left_open = 100 * sums["open"] / sums["survived"]
             returned = 100 * sums["returned"] / sums["deleted"] if sums["deleted"] else 0
-            print(f"{name:24}{distance:6}{sums['survived']:10}{kept:9.2f}{wrong:9.2f}{sums['deleted']:9}{returned:12.2f}"
-                  f"{sums['unsure']:8}", flush=True)
+            print(f"{name:24}{distance:6}{sums['survived']:10}{kept:9.2f}{wrong:9.2f}{left_open:8.2f}"
+                  f"{sums['deleted']:9}{returned:12.2f}{sums['unsure']:8}", flush=True)
 
 
 if __name__ == "__main__":

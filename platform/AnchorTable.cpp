@@ -50,10 +50,6 @@ constexpr Range kSequences{"sequence", 1, Range::kUnbounded};
 constexpr Range kRevisions{"revision", 1, Range::kUnbounded};
 constexpr Range kLineCounts{"lines", 0, Range::kUnbounded};
 
-void run(Statement& statement) {
-  while (statement.step()) continue;
-}
-
 }  // namespace
 
 void readAnchors(const Connection& connection, const std::function<bool(std::int64_t, std::int64_t)>& isEdit,
@@ -100,26 +96,28 @@ void createAnchorTables(const Connection& connection) {
   connection.run(kSchema);
 }
 
-void writeAnchor(const Connection& connection, const AnchorRow& row) {
-  Statement statement(connection, "INSERT OR REPLACE INTO anchor VALUES (?, ?, ?, ?, ?, ?, ?, ?)", "anchor");
-  statement.bind(kSequence + 1, row.sequence);
-  statement.bind(kRevision + 1, row.revision);
-  for (const TextColumn& text : kTexts) statement.bind(text.column + 1, std::string_view(row.*text.member));
-  run(statement);
+AnchorWriter::AnchorWriter(const Connection& connection)
+    : anchor_(connection, "INSERT OR REPLACE INTO anchor VALUES (?, ?, ?, ?, ?, ?, ?, ?)", "anchor"),
+      source_(connection, "INSERT OR REPLACE INTO source VALUES (?, ?, ?)", "source"),
+      forget_(connection, "DELETE FROM source WHERE file = ?", "source") {}
+
+void AnchorWriter::write(const AnchorRow& row) {
+  anchor_.bind(kSequence + 1, row.sequence);
+  anchor_.bind(kRevision + 1, row.revision);
+  for (const TextColumn& text : kTexts) anchor_.bind(text.column + 1, std::string_view(row.*text.member));
+  anchor_.finish();
 }
 
-void writeSource(const Connection& connection, const SourceRow& row) {
-  Statement statement(connection, "INSERT OR REPLACE INTO source VALUES (?, ?, ?)", "source");
-  statement.bind(1, std::string_view(row.file));
-  statement.bind(2, std::string_view(row.digest));
-  statement.bind(3, row.lines);
-  run(statement);
+void AnchorWriter::write(const SourceRow& row) {
+  source_.bind(1, std::string_view(row.file));
+  source_.bind(2, std::string_view(row.digest));
+  source_.bind(3, row.lines);
+  source_.finish();
 }
 
-void forgetSource(const Connection& connection, const std::string& file) {
-  Statement statement(connection, "DELETE FROM source WHERE file = ?", "source");
-  statement.bind(1, std::string_view(file));
-  run(statement);
+void AnchorWriter::forget(const std::string& file) {
+  forget_.bind(1, std::string_view(file));
+  forget_.finish();
 }
 
 }  // namespace kelvar_platform

@@ -21,9 +21,22 @@ void requireWritable(const std::string& path, const SourceRow& row);
 
 /// Makes both tables where they are missing.
 void createAnchorTables(const Connection& connection);
-/// Each takes the place of the row with its key.
-void writeAnchor(const Connection& connection, const AnchorRow& row);
-void writeSource(const Connection& connection, const SourceRow& row);
-void forgetSource(const Connection& connection, const std::string& file);
+
+/// Writes rows of both tables, which have to be there, within a transaction. Each takes the place of the one with its
+/// key.
+class AnchorWriter {
+ public:
+  explicit AnchorWriter(const Connection& connection);
+
+  void write(const AnchorRow& row);
+  void write(const SourceRow& row);
+  /// Takes the row of a source file away.
+  void forget(const std::string& file);
+
+ private:
+  Statement anchor_;
+  Statement source_;
+  Statement forget_;
+};
 
 }  // namespace kelvar_platform

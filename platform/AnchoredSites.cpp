@@ -22,17 +22,6 @@ struct Place {
   bool operator==(const Place&) const = default;
 };
 
-EditRow rowOf(const Site& site) {
-  return {.sequence = site.sequence,
-          .alive = site.alive,
-          .disabled = site.disabled,
-          .kind = site.kind,
-          .label = site.label,
-          .file = site.file,
-          .line = site.line,
-          .column = site.column};
-}
-
 /// Gathers what both tables say of the sites. Anchors name older edits too, so the places of all are kept meanwhile.
 class Reader {
  public:
@@ -64,14 +53,7 @@ class Reader {
 
   void take(const EditRow& row) {
     AnchoredSite& site = sites_[row.sequence];
-    site.site = {.sequence = row.sequence,
-                 .alive = row.alive,
-                 .disabled = row.disabled,
-                 .kind = row.kind,
-                 .label = std::string(row.label),
-                 .file = std::string(row.file),
-                 .line = row.line,
-                 .column = row.column};
+    site.site = siteOf(row);
     site.revision = row.revision;
     edits_.emplace(row.revision, PastEdit{row.sequence, {std::string(row.file), row.line, row.column}});
   }
@@ -104,10 +86,12 @@ void requireWritable(const std::string& path, const AnchoredEdits& edits) {
 
 void write(const Connection& connection, const AnchoredSites& before, const AnchoredEdits& edits) {
   createAnchorTables(connection);
+  EditWriter editWriter(connection);
+  AnchorWriter anchorWriter(connection);
   for (const AnchoredEdits::Edit& edit : edits.edits) {
     std::int64_t revision = 0;
     if (edit.appends) {
-      revision = appendEdit(connection, rowOf(edit.site));
+      revision = editWriter.append(rowOf(edit.site));
     } else {
       const auto site =
           std::lower_bound(before.sites.begin(), before.sites.end(), edit.site.sequence,
@@ -118,10 +102,10 @@ void write(const Connection& connection, const AnchoredSites& before, const Anch
     AnchorRow anchor = *edit.anchor;
     anchor.sequence = edit.site.sequence;
     if (!edit.keepsRevision) anchor.revision = revision;
-    writeAnchor(connection, anchor);
+    anchorWriter.write(anchor);
   }
-  for (const SourceRow& source : edits.sources) writeSource(connection, source);
-  for (const std::string& file : edits.forgottenSources) forgetSource(connection, file);
+  for (const SourceRow& source : edits.sources) anchorWriter.write(source);
+  for (const std::string& file : edits.forgottenSources) anchorWriter.forget(file);
 }
 
 }  // namespace

@@ -15,28 +15,6 @@ namespace kelvar_platform {
 
 namespace {
 
-Site siteOf(const EditRow& row) {
-  return {.sequence = row.sequence,
-          .alive = row.alive,
-          .disabled = row.disabled,
-          .kind = row.kind,
-          .label = std::string(row.label),
-          .file = std::string(row.file),
-          .line = row.line,
-          .column = row.column};
-}
-
-EditRow rowOf(const Site& site) {
-  return {.sequence = site.sequence,
-          .alive = site.alive,
-          .disabled = site.disabled,
-          .kind = site.kind,
-          .label = site.label,
-          .file = site.file,
-          .line = site.line,
-          .column = site.column};
-}
-
 /// Reads the edits as a reader does, without the states.
 void readSites(const Connection& connection, const std::function<void(const EditRow&)>& take) {
   readDatabase(connection, take, [](const StateRow&) {});
@@ -77,7 +55,7 @@ struct AnnotationEditor::Impl {
     if (!site || !site->alive) database.refuse(placeOf(sequence), "a living site");
     change(*site);
     requireWritable(path, placeOf(sequence), rowOf(*site));
-    appendEdit(database, rowOf(*site));
+    EditWriter(database).append(rowOf(*site));
     transaction.commit();
   }
 
@@ -105,7 +83,7 @@ std::int64_t AnnotationEditor::add(sitenotes::annotation_t::kind_t kind, const s
   // Before the first write: a process that ends in this call leaves no journal to roll back.
   if (announce) announce(site.sequence);
   if (first) createTables(connection);
-  appendEdit(connection, rowOf(site));
+  EditWriter(connection).append(rowOf(site));
   transaction.commit();
   return site.sequence;
 }

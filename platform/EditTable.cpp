@@ -112,6 +112,28 @@ void readStates(const Connection& connection, const std::function<void(const Sta
 
 }  // namespace
 
+Site siteOf(const EditRow& row) {
+  return {.sequence = row.sequence,
+          .alive = row.alive,
+          .disabled = row.disabled,
+          .kind = row.kind,
+          .label = std::string(row.label),
+          .file = std::string(row.file),
+          .line = row.line,
+          .column = row.column};
+}
+
+EditRow rowOf(const Site& site) {
+  return {.sequence = site.sequence,
+          .alive = site.alive,
+          .disabled = site.disabled,
+          .kind = site.kind,
+          .label = site.label,
+          .file = site.file,
+          .line = site.line,
+          .column = site.column};
+}
+
 void createTables(const Connection& connection) {
   connection.run(kSchema);
 }
@@ -142,23 +164,26 @@ void readDatabase(const Connection& connection, const std::function<void(const E
   readStates(connection, takeState);
 }
 
-std::int64_t appendEdit(const Connection& connection, const EditRow& row) {
-  Statement statement(connection,
-                      "INSERT INTO edit (sequence, alive, disabled, kind, label, file, line, \"column\") "
-                      "VALUES (?, ?, ?, ?, ?, ?, ?, ?) RETURNING revision",
-                      "edit");
-  statement.bind(kSequence, row.sequence);
-  statement.bind(kAlive, std::int64_t{row.alive});
-  statement.bind(kDisabled, std::int64_t{row.disabled});
-  statement.bind(kKind, std::int64_t{row.kind});
-  statement.bind(kLabel, row.label);
-  statement.bind(kFile, row.file);
-  statement.bind(kLine, std::int64_t{row.line});
-  statement.bind(kColumn, std::int64_t{row.column});
+EditWriter::EditWriter(const Connection& connection)
+    : statement_(connection,
+                 "INSERT INTO edit (sequence, alive, disabled, kind, label, file, line, \"column\") "
+                 "VALUES (?, ?, ?, ?, ?, ?, ?, ?) RETURNING revision",
+                 "edit") {}
+
+std::int64_t EditWriter::append(const EditRow& row) {
+  statement_.bind(kSequence, row.sequence);
+  statement_.bind(kAlive, std::int64_t{row.alive});
+  statement_.bind(kDisabled, std::int64_t{row.disabled});
+  statement_.bind(kKind, std::int64_t{row.kind});
+  statement_.bind(kLabel, row.label);
+  statement_.bind(kFile, row.file);
+  statement_.bind(kLine, std::int64_t{row.line});
+  statement_.bind(kColumn, std::int64_t{row.column});
   // A copy of the table may have lost its primary key. A row without a revision would make the file unreadable.
-  if (!statement.step() || statement.type(0) != SQLITE_INTEGER) connection.refuse("edit", "revision as the key");
-  const std::int64_t revision = statement.integer(0);
-  while (statement.step()) continue;  // ends the statement now, not with the transaction
+  if (!statement_.step() || statement_.type(0) != SQLITE_INTEGER)
+    statement_.connection().refuse("edit", "revision as the key");
+  const std::int64_t revision = statement_.integer(0);
+  statement_.finish();
   return revision;
 }
 

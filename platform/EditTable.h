@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "Annotations.h"
 #include "Sqlite.h"
 #include "sitenotes.h"
 
@@ -22,6 +23,10 @@ struct EditRow {
   int line = 0;
   int column = 0;
 };
+
+[[nodiscard]] Site siteOf(const EditRow& row);
+/// Without a revision. The texts are those of the site.
+[[nodiscard]] EditRow rowOf(const Site& site);
 
 /// One row of the table `state`.
 struct StateRow {
@@ -45,7 +50,16 @@ void requireWritable(const std::string& path, const std::string& place, const Ed
 void readDatabase(const Connection& connection, const std::function<void(const EditRow&)>& takeEdit,
                   const std::function<void(const StateRow&)>& takeState);
 
-/// Appends the row; the database chooses its revision, which is returned.
-std::int64_t appendEdit(const Connection& connection, const EditRow& row);
+/// Appends rows within a transaction.
+class EditWriter {
+ public:
+  explicit EditWriter(const Connection& connection);
+
+  /// The database chooses the row's revision, which is returned.
+  std::int64_t append(const EditRow& row);
+
+ private:
+  Statement statement_;
+};
 
 }  // namespace kelvar_platform

@@ -11,15 +11,7 @@ std::vector<SiteEdit> siteHistory(const std::string& database, std::int64_t sequ
   std::vector<SiteEdit> edits;
   const auto take = [&](const EditRow& row) {
     if (row.sequence != sequence) return;
-    edits.push_back({.revision = row.revision,
-                     .site = {.sequence = row.sequence,
-                              .alive = row.alive,
-                              .disabled = row.disabled,
-                              .kind = row.kind,
-                              .label = std::string(row.label),
-                              .file = std::string(row.file),
-                              .line = row.line,
-                              .column = row.column}});
+    edits.push_back({.revision = row.revision, .site = siteOf(row)});
   };
   readDatabase(connection, take, [](const StateRow&) {});
   transaction.commit();

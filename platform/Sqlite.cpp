@@ -164,6 +164,11 @@ bool Statement::step() {
   return result == SQLITE_ROW;
 }
 
+void Statement::finish() {
+  while (step()) continue;
+  check(sqlite3_reset(statement_.get()));
+}
+
 std::string_view Statement::text(int column) const {
   const unsigned char* bytes = sqlite3_column_text(statement_.get(), column);
   if (bytes == nullptr) connection_.fail(place_);

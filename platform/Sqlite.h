@@ -58,6 +58,8 @@ class Statement {
   void bind(int parameter, std::string_view text);
   /// Whether there is another row.
   [[nodiscard]] bool step();
+  /// Runs it to its end, now and not with the transaction; then other values may be bound.
+  void finish();
 
   /// SQLITE_INTEGER, SQLITE_TEXT and so on. Must be called before the value is read.
   [[nodiscard]] int type(int column) const noexcept { return sqlite3_column_type(statement_.get(), column); }

@@ -33,9 +33,9 @@ class Brackets {
     std::uint32_t token = 0;
     std::uint32_t outer = kNone;     ///< the brace around it, as an index
     std::uint32_t function = kNone;  ///< the innermost function, as an index of braces
-    std::size_t declaration = 0;     ///< of an initialiser: where the declaration around it begins
+    std::uint32_t declaration = 0;   ///< of an initialiser: where the declaration around it begins
+    std::uint32_t name = kNone;      ///< as an index of names; most braces have none
     Role role = Role::block;
-    std::string name;
   };
   /// Where the walk is: all of it is taken back when another branch begins.
   struct State {
@@ -53,7 +53,8 @@ class Brackets {
   void takeConditional(char mark, std::size_t index);
   void open(std::size_t index, char mark);
   void close(std::size_t index, char mark);
-  [[nodiscard]] Brace described(std::size_t index) const;
+  [[nodiscard]] Brace described(std::size_t index);
+  [[nodiscard]] std::string nameOf(const Brace& brace) const;
   [[nodiscard]] bool inFunction() const noexcept;
 
   const TokenList& list_;
@@ -62,6 +63,7 @@ class Brackets {
   std::vector<std::uint32_t> brace_;
   std::vector<std::uint32_t> braceOfToken_;  // by token that is a `{`; else kNone
   std::vector<Brace> braces_;
+  std::vector<std::string> names_;
   std::vector<Group> groups_;
   State state_;
 };

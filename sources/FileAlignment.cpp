@@ -1,9 +1,13 @@
 #include "FileAlignment.h"
 
 #include <algorithm>
+#include <iterator>
+#include <map>
+#include <set>
 #include <unordered_map>
 
 #include "GapAlignment.h"
+#include "UniqueKeys.h"
 
 namespace kelvar_sources {
 
@@ -16,6 +20,14 @@ struct Pair {
   std::size_t known = 0;
   std::size_t seen = 0;
 };
+
+/// A line, with all that is around a site on it.
+using Place = std::pair<int, Key>;
+
+template <class Site>
+Place placeOf(const Site& site) {
+  return {site.line, keyOf(site.print, KeyLevel::full)};
+}
 
 /// The longest run of pairs that do not cross; `pairs` come in the order of their known sites.
 std::vector<Pair> longestRun(const std::vector<Pair>& pairs) {
@@ -46,23 +58,38 @@ void FileAlignment::decide(std::size_t knownIndex, std::size_t seenIndex, Step s
 }
 
 void FileAlignment::matchUnchanged(std::vector<std::size_t>& partnerOfSeen) {
-  std::size_t at = 0;
-  for (const std::size_t index : known) {
-    const KnownSite& site = allKnown_[index];
-    while (at < seen.size() && allSeen_[seen[at]].line < site.line) ++at;
-    for (std::size_t i = at; i < seen.size() && allSeen_[seen[i]].line == site.line; ++i) {
-      if (partnerOfSeen[seen[i]] != kNone || !(allSeen_[seen[i]].print == site.print)) continue;
-      decide(index, seen[i], Step::samePlace, partnerOfSeen);
-      break;
-    }
+  std::map<Place, std::vector<std::size_t>> atPlace;  // the first one last
+  for (auto index = seen.rbegin(); index != seen.rend(); ++index) {
+    if (partnerOfSeen[*index] == kNone) atPlace[placeOf(allSeen_[*index])].push_back(*index);
   }
+  std::vector<std::size_t> open;
   for (const std::size_t index : known) {
-    if (result_.known[index].seen != kNone) continue;
-    for (const std::size_t other : seen) {
-      if (partnerOfSeen[other] != kNone) continue;
-      if (likeness(allKnown_[index].print, allSeen_[other].print) < kLeastLikeness) continue;
+    const auto there = atPlace.find(placeOf(allKnown_[index]));
+    if (there == atPlace.end() || there->second.empty()) {
+      open.push_back(index);
+      continue;
+    }
+    decide(index, there->second.back(), Step::samePlace, partnerOfSeen);
+    there->second.pop_back();
+  }
+  std::vector<std::size_t> candidates;
+  std::copy_if(seen.begin(), seen.end(), std::back_inserter(candidates),
+               [&](std::size_t index) { return partnerOfSeen[index] == kNone; });
+  leaveAmbiguous(open, candidates);
+}
+
+/// Says of those that are left whether they may be any of the candidates. Of very many, all may.
+void FileAlignment::leaveAmbiguous(const std::vector<std::size_t>& open, const std::vector<std::size_t>& candidates) {
+  constexpr std::size_t kMostPairs = std::size_t{1} << 21U;
+  if (open.empty() || candidates.empty()) return;
+  const bool all = open.size() > kMostPairs / candidates.size();
+  for (const std::size_t other : candidates) result_.contested[other] = all;
+  for (const std::size_t index : open) {
+    result_.known[index].ambiguous = all;
+    for (std::size_t j = 0; !all && j < candidates.size(); ++j) {
+      if (likeness(allKnown_[index].print, allSeen_[candidates[j]].print) < kLeastLikeness) continue;
       result_.known[index].ambiguous = true;
-      result_.contested[other] = true;
+      result_.contested[candidates[j]] = true;
     }
   }
 }
@@ -89,16 +116,13 @@ bool FileAlignment::match(std::vector<std::size_t>& partnerOfSeen) {
 
 /// Whether an ambiguous site is on the line of one that it may be.
 bool FileAlignment::anyInPlace(const std::vector<std::size_t>& partnerOfSeen) const {
-  std::size_t at = 0;
+  std::set<Place> ambiguous;
   for (const std::size_t index : known) {
-    const KnownSite& site = allKnown_[index];
-    while (at < seen.size() && allSeen_[seen[at]].line < site.line) ++at;
-    if (!result_.known[index].ambiguous) continue;
-    for (std::size_t i = at; i < seen.size() && allSeen_[seen[i]].line == site.line; ++i) {
-      if (partnerOfSeen[seen[i]] == kNone && allSeen_[seen[i]].print == site.print) return true;
-    }
+    if (result_.known[index].ambiguous) ambiguous.insert(placeOf(allKnown_[index]));
   }
-  return false;
+  return !ambiguous.empty() && std::any_of(seen.begin(), seen.end(), [&](std::size_t index) {
+    return partnerOfSeen[index] == kNone && ambiguous.count(placeOf(allSeen_[index])) != 0;
+  });
 }
 
 /// Pairs that cross the longest run are taken back: what is in order around them decides first, and what then has no
@@ -132,34 +156,15 @@ std::vector<std::pair<std::size_t, std::size_t>> FileAlignment::cuts() const {
 }
 
 void FileAlignment::matchByKeys(KeyLevel level, Step step, std::vector<std::size_t>& partnerOfSeen) {
-  struct Holders {
-    std::size_t known = kNone;
-    std::size_t seen = kNone;
-    int knownCount = 0;
-    int seenCount = 0;
-  };
-  std::unordered_map<Key, Holders, KeyHash> byKey;
-  std::vector<Key> order;
+  UniqueKeys keys;
   for (const std::size_t index : known) {
-    if (result_.known[index].seen != kNone) continue;
-    const Key key = keyOf(allKnown_[index].print, level);
-    Holders& holders = byKey[key];
-    if (++holders.knownCount == 1) order.push_back(key);
-    holders.known = index;
+    if (result_.known[index].seen == kNone) keys.addKnown(keyOf(allKnown_[index].print, level), index);
   }
-  if (order.empty()) return;
+  if (keys.empty()) return;
   for (const std::size_t index : seen) {
-    if (partnerOfSeen[index] != kNone) continue;
-    const auto found = byKey.find(keyOf(allSeen_[index].print, level));
-    if (found == byKey.end()) continue;
-    ++found->second.seenCount;
-    found->second.seen = index;
+    if (partnerOfSeen[index] == kNone) keys.addSeen(keyOf(allSeen_[index].print, level), index);
   }
-  for (const Key& key : order) {
-    const Holders& holders = byKey[key];
-    if (holders.knownCount != 1 || holders.seenCount != 1) continue;
-    decide(holders.known, holders.seen, step, partnerOfSeen);
-  }
+  for (const auto& [one, other] : keys.pairs()) decide(one, other, step, partnerOfSeen);
 }
 
 bool FileAlignment::matchGaps(std::vector<std::size_t>& partnerOfSeen) {

@@ -24,6 +24,7 @@ class FileAlignment {
   bool match(std::vector<std::size_t>& partnerOfSeen);
 
  private:
+  void leaveAmbiguous(const std::vector<std::size_t>& open, const std::vector<std::size_t>& candidates);
   void matchByKeys(KeyLevel level, Step step, std::vector<std::size_t>& partnerOfSeen);
   bool keepLongestRun(std::vector<std::size_t>& partnerOfSeen);
   /// The longest run of pairs that do not cross, by their places in the two lists.

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <map>
-#include <unordered_map>
 
 #include "FileAlignment.h"
+#include "UniqueKeys.h"
 
 namespace kelvar_sources {
 
@@ -56,40 +56,24 @@ class Finder {
 
   /// Pairs what is unique on both sides among what is undecided, of the living or of the dead.
   bool matchAcross(bool alive, Step step) {
-    struct Holders {
-      std::size_t known = kNone;
-      std::size_t seen = kNone;
-      int knownCount = 0;
-      int seenCount = 0;
-    };
-    std::unordered_map<Key, Holders, KeyHash> byKey;
+    UniqueKeys keys;
     for (std::size_t i = 0; i < known_.size(); ++i) {
       if (known_[i].alive != alive || result_.known[i].seen != kNone || result_.known[i].ambiguous) continue;
       const Fingerprint& print = known_[i].print;
       if (print.function == 0 && print.after[0] == 0) continue;  // nothing is around it
-      Holders& holders = byKey[keyOf(print, KeyLevel::withoutBefore)];
-      ++holders.knownCount;
-      holders.known = i;
+      keys.addKnown(keyOf(print, KeyLevel::withoutBefore), i);
     }
-    if (byKey.empty()) return false;
-    std::vector<Key> order;
+    if (keys.empty()) return false;
     for (std::size_t i = 0; i < seen_.size(); ++i) {
-      if (partnerOfSeen_[i] != kNone || result_.contested[i]) continue;
-      const Key key = keyOf(seen_[i].print, KeyLevel::withoutBefore);
-      const auto found = byKey.find(key);
-      if (found == byKey.end()) continue;
-      if (++found->second.seenCount == 1) order.push_back(key);
-      found->second.seen = i;
+      if (partnerOfSeen_[i] == kNone && !result_.contested[i])
+        keys.addSeen(keyOf(seen_[i].print, KeyLevel::withoutBefore), i);
     }
-    bool any = false;
-    for (const Key& key : order) {
-      const Holders& holders = byKey[key];
-      if (holders.knownCount != 1 || holders.seenCount != 1) continue;
-      result_.known[holders.known] = {.seen = holders.seen, .step = step};
-      partnerOfSeen_[holders.seen] = holders.known;
-      any = true;
+    const auto pairs = keys.pairs();
+    for (const auto& [one, other] : pairs) {
+      result_.known[one] = {.seen = other, .step = step};
+      partnerOfSeen_[other] = one;
     }
-    return any;
+    return !pairs.empty();
   }
 
   const std::vector<KnownSite>& known_;

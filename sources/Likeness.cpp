@@ -1,6 +1,7 @@
 #include "Likeness.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "Directive.h"
 #include "Lines.h"
@@ -53,9 +54,12 @@ int commonLines(const std::array<std::uint32_t, Fingerprint::kLines>& a,
 }  // namespace
 
 std::uint32_t TextNumbers::of(std::string_view text) {
-  std::string key = withoutBlanks(text);
-  if (key.empty()) return 0;
-  return numbers_.try_emplace(std::move(key), static_cast<std::uint32_t>(numbers_.size() + 1)).first->second;
+  plain_.clear();
+  std::copy_if(text.begin(), text.end(), std::back_inserter(plain_), [](char c) { return !isBlank(c); });
+  if (plain_.empty()) return 0;
+  const auto found = numbers_.find(std::string_view(plain_));
+  if (found != numbers_.end()) return found->second;
+  return numbers_.emplace(plain_, static_cast<std::uint32_t>(numbers_.size() + 1)).first->second;
 }
 
 Fingerprint fingerprintOf(Kind kind, const Anchor& anchor, TextNumbers& numbers) {

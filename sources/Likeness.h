@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -16,7 +17,11 @@ class TextNumbers {
   [[nodiscard]] std::uint32_t of(std::string_view text);
 
  private:
-  std::unordered_map<std::string, std::uint32_t> numbers_;
+  struct Hash : std::hash<std::string_view> {
+    using is_transparent = void;
+  };
+  std::unordered_map<std::string, std::uint32_t, Hash, std::equal_to<>> numbers_;
+  std::string plain_;  // the text that was asked for last, without its blanks; its memory is used again
 };
 
 /// An anchor as numbers.

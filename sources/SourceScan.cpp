@@ -17,9 +17,13 @@ int lineCount(std::string_view source) {
 
 }  // namespace
 
+bool mayHaveMarkers(std::string_view source, Language language, const RuleSet& rules) {
+  return language != Language::c || rules.firstWords().anyIn(source);
+}
+
 FileSites scanSource(std::string_view source, Language language, const RuleSet& rules) {
   if (language != Language::c) return fortranMarkersIn(source, language == Language::fixedFortran, rules);
-  if (rules.firstWords().anyIn(source)) return markersIn(source, rules);
+  if (mayHaveMarkers(source, language, rules)) return markersIn(source, rules);
   FileSites none;
   none.lines = lineCount(source);
   return none;

@@ -42,6 +42,9 @@ struct FileSites {
   int lines = 0;
 };
 
+/// Whether a file may have markers: answered at memory speed, and a no is certain.
+[[nodiscard]] bool mayHaveMarkers(std::string_view source, Language language, const RuleSet& rules);
+
 /// Finds the markers of a file. Never fails: broken code yields what is found in it. Requires: fewer than 4 GiB.
 [[nodiscard]] FileSites scanSource(std::string_view source, Language language, const RuleSet& rules);
 

@@ -14,7 +14,7 @@
 #include "Options.h"
 #include "Output.h"
 #include "Place.h"
-#include "Scan.h"
+#include "scan/Scan.h"
 #include "SiteDoubts.h"
 
 namespace kelvar_tool {

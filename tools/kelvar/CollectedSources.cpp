@@ -9,7 +9,7 @@
 #include "Diagnosis.h"
 #include "Digest.h"
 #include "Messages.h"
-#include "ScannedSources.h"
+#include "scan/ScannedSources.h"
 
 namespace kelvar_tool {
 

@@ -8,7 +8,7 @@
 #include "Messages.h"
 #include "Place.h"
 #include "Rules.h"
-#include "ScannedSources.h"
+#include "scan/ScannedSources.h"
 
 namespace kelvar_tool {
 

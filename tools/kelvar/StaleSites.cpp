@@ -7,7 +7,7 @@
 
 #include "Messages.h"
 #include "Place.h"
-#include "ScanPlan.h"
+#include "scan/ScanPlan.h"
 
 namespace kelvar_tool {
 
@@ -102,7 +102,8 @@ class Look {
     const SourceTree tree(request);
     const kelvar_sources::RuleSet set(kelvar_sources::builtInRules());
     const std::vector<ScannedFile> read = scanned(tree.files(), set);
-    take(planOf({.tree = tree, .files = read, .rules = set}, sites_));
+    // Which files of rules a project has is said to a scan alone: what those found is on its line, or is not.
+    take(planOf({.tree = tree, .files = read, .rules = set, .makeNew = false, .findsOtherRules = true}, sites_));
   }
 
   void take(const ScanPlan& plan) {

@@ -22,5 +22,7 @@ struct ScannedFile {
 
 /// The bytes of a file. Throws kelvar_platform::ReadError where it is no file that can be read, or is too large.
 [[nodiscard]] std::string sourceBytes(const std::string& path);
+/// The same of one that is to be lexed, which takes many times its size: of fewer bytes.
+[[nodiscard]] std::string lexedBytes(const std::string& path);
 
 }  // namespace kelvar_tool

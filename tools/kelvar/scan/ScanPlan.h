@@ -38,6 +38,8 @@ struct ScanInput {
   const std::vector<ScannedFile>& files;  ///< by the tree's files
   const kelvar_sources::RuleSet& rules;
   bool makeNew = true;
+  /// Sites of rules that are not among `rules` are found by their lines; else they are left alone.
+  bool findsOtherRules = false;
 };
 
 /// Decides what becomes of every site of the database in the files of the tree. Changes nothing by itself. Asked again
