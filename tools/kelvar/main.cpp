@@ -13,6 +13,7 @@
 #include "Output.h"
 #include "ProcessMemory.h"
 #include "Report.h"
+#include "Runs.h"
 #include "Show.h"
 #include "Status.h"
 #include "Subcommand.h"
@@ -23,7 +24,8 @@ namespace kelvar_tool {
 
 namespace {
 
-constexpr AddSubcommand kSubcommands[] = {addReport, addShow, addView, addStatus, addAnnotate, addImport};
+constexpr AddSubcommand kSubcommands[] = {addReport, addShow, addView, addStatus, addRuns, addAnnotate,
+                                           addImport};
 
 constexpr const char* kExamples =
     "Examples:\n"

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "Names.h"
 #include "Options.h"
 #include "Request.h"
+#include "RunFolder.h"
 #include "StaleSites.h"
 
 namespace kelvar_tool {
@@ -41,6 +43,7 @@ constexpr const char* kExamples =
 /// What the command line says, before it is known to make sense.
 struct Line {
   std::string kind;
+  std::optional<std::string> run;
   bool withStale = false;
   Request request;
 };
@@ -113,6 +116,9 @@ void addOptions(CLI::App& app, Line& line) {
   for (const Source& source : kelvar_import::sources()) addSource(app, line, source);
   addPath(app, "--into", "PROJECT", "The project directory that gets the result", line.request.wishes.project)
       ->required();
+  addText(app, "--run", "Into PROJECT/runs/NAME, a run of its own with the project's annotations",
+          [&line](const std::string& text) { line.run = text; })
+      ->type_name("NAME");
   addTexts(app, "--binary", "FILE", "A program that ran, or its debug file, where the source does not lead there",
            [&line](const std::string& text) { line.request.binaries.push_back(text); });
   addText(app, "--event", "Of several that perf counted, the one that is meant", [&line](const std::string& text) {
@@ -163,7 +169,7 @@ void check(const Line& line) {
 /// Names the sites that are no longer on their lines, and leaves them out unless they are wanted: what ran on those
 /// lines is another region. Answers the sources as they are, to be kept with the result.
 std::vector<kelvar_platform::SourceRow> checkSources(Line& line) {
-  const std::string database = line.request.wishes.project + "/annotations.db";
+  const std::string database = kelvar_import::annotationsOf(line.request.wishes.project);
   std::error_code error;
   if (!std::filesystem::exists(database, error)) return {};
   const StaleSites stale = staleSites(database, line.request.paths.sourceRoot);
@@ -180,6 +186,7 @@ std::vector<kelvar_platform::SourceRow> checkSources(Line& line) {
 
 ExitStatus runLine(Line& line) {
   check(line);
+  if (line.run) line.request.wishes.project = kelvar_import::runDirectory(line.request.wishes.project, *line.run);
   const std::vector<kelvar_platform::SourceRow> sources = checkSources(line);
   Progress progress;
   const std::vector<std::string> remarks =

@@ -18,6 +18,7 @@
 #include "Diagnosis.h"
 #include "LineTimes.h"
 #include "ResultWriter.h"
+#include "RunFolder.h"
 #include "Sources.h"
 
 namespace kelvar_import {
@@ -215,7 +216,7 @@ std::string resultDirectory(const Request& request) {
 
 std::vector<std::string> runImport(const Request& request, const ShowProgress& showProgress) {
   const fs::path project = request.wishes.project;
-  const fs::path database = project / "annotations.db";
+  const fs::path database = annotationsOf(project.native());
   kelvar_platform::RunRecord run;
   run.finalizationStartTime = now();
   timeOfCollection(request.files, run);
