@@ -1,5 +1,7 @@
 #include "Runs.h"
 
+#include <array>
+#include <cstdint>
 #include <ctime>
 #include <memory>
 #include <string>
@@ -17,7 +19,6 @@
 #include "RunFolder.h"
 #include "Terminal.h"
 #include "TextTable.h"
-#include "names.h"
 
 namespace kelvar_tool {
 
@@ -30,9 +31,11 @@ struct Request {
   bool json = false;
 };
 
+/// An analysis, and how many annotated sites it matches exactly, approximately and not at all. Functions and loops match
+/// no annotation, and do not count.
 struct Analysis {
   SummaryDataKind kind;
-  kelvar::SummaryDataStatus match;
+  std::array<std::int64_t, kelvar::kSummaryDataStatusCount> counts{};
 };
 
 struct Run {
@@ -70,8 +73,15 @@ Run runIn(const std::string& directory, const std::string& name, bool& complete)
   for (const std::string& complaint : loaded.complaints) say(complaint);
   complete = complete && loaded.complaints.empty();
   for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
-    const auto match = loaded.data->summaryDataStatus(kind);
-    if (match != kelvar::kNotPresent) run.analyses.push_back({kind, match});
+    if (loaded.data->summaryDataStatus(kind) != kelvar::kNotPresent) run.analyses.push_back({.kind = kind});
+  }
+  for (int index = 0; index < loaded.data->num_items(); ++index) {
+    const kelvar::SummaryItem& item = *loaded.data->item(index);
+    if (!item.annotation()) continue;
+    for (Analysis& one : run.analyses) {
+      const auto match = static_cast<std::size_t>(item.summaryDataStatus(one.kind));
+      if (match < one.counts.size()) ++one.counts[match];
+    }
   }
   return run;
 }
@@ -84,11 +94,18 @@ std::string timeText(std::uint64_t seconds) {
   return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts)};
 }
 
-std::string matchesText(const Run& run) {
+/// `survey`, with what does not match exactly behind it: `survey (2 moved, 1 not found)`.
+std::string analysesText(const Run& run) {
   std::string text;
   for (const Analysis& one : run.analyses) {
-    text += (text.empty() ? "" : ", ") + dataKindName(one.kind) + ": " +
-            kelvar::kStatusNames[static_cast<std::size_t>(one.match)];
+    std::string doubts;
+    const auto add = [&](kelvar::SummaryDataStatus match, const char* what) {
+      const std::int64_t count = one.counts[match];
+      if (count > 0) doubts += (doubts.empty() ? "" : ", ") + std::to_string(count) + what;
+    };
+    add(kelvar::kApproximateMatchCurrent, " moved");
+    add(kelvar::kNoMatchCurrent, " without match");
+    text += (text.empty() ? "" : ", ") + dataKindName(one.kind) + (doubts.empty() ? "" : " (" + doubts + ")");
   }
   return text;
 }
@@ -107,7 +124,7 @@ void printTable(const std::vector<Run>& runs) {
                {visible(run.facts.hostName)},
                {visible(run.facts.revision)},
                {visible(run.facts.command)},
-               {matchesText(run)}});
+               {analysesText(run)}});
   }
   print(table.text(outputTerminal(Colour::automatic), {{4, 24}, {3, 12}, {4, 0}, {3, 0}}));
 }
@@ -131,7 +148,9 @@ void printJson(const std::vector<Run>& runs) {
     for (const Analysis& one : run.analyses) {
       out.beginObject("");
       out.value("kind", Cell(dataKindName(one.kind)));
-      out.value("match", Cell(std::string(kelvar::kStatusNames[static_cast<std::size_t>(one.match)])));
+      out.value("exact", Cell(one.counts[kelvar::kExactMatchCurrent]));
+      out.value("approximate", Cell(one.counts[kelvar::kApproximateMatchCurrent]));
+      out.value("none", Cell(one.counts[kelvar::kNoMatchCurrent]));
       out.endObject();
     }
     out.endList();

@@ -25,7 +25,7 @@ namespace kelvar_tool {
 namespace {
 
 constexpr AddSubcommand kSubcommands[] = {addReport, addShow, addView, addStatus, addRuns, addAnnotate,
-                                           addImport};
+                                          addImport};
 
 constexpr const char* kExamples =
     "Examples:\n"

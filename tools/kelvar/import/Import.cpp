@@ -116,9 +116,7 @@ void addOptions(CLI::App& app, Line& line) {
   for (const Source& source : kelvar_import::sources()) addSource(app, line, source);
   addPath(app, "--into", "PROJECT", "The project directory that gets the result", line.request.wishes.project)
       ->required();
-  addText(app, "--run", "Into PROJECT/runs/NAME, a run of its own with the project's annotations",
-          [&line](const std::string& text) { line.run = text; })
-      ->type_name("NAME");
+  addRun(app, "Into PROJECT/runs/NAME, a run of its own with the project's annotations", line.run);
   addTexts(app, "--binary", "FILE", "A program that ran, or its debug file, where the source does not lead there",
            [&line](const std::string& text) { line.request.binaries.push_back(text); });
   addText(app, "--event", "Of several that perf counted, the one that is meant", [&line](const std::string& text) {

@@ -26,6 +26,8 @@ constexpr auto kFields = std::to_array<kelvar_platform::JsonField<RunFacts>>({
     any<&RunFacts::exitStatus>("exitStatus"),
 });
 
+}  // namespace
+
 bool isRunName(const std::string& name) {
   const bool plain = std::all_of(name.begin(), name.end(), [](char one) {
     const auto byte = static_cast<unsigned char>(one);
@@ -35,15 +37,7 @@ bool isRunName(const std::string& name) {
   return plain && !name.empty() && name.size() <= kLongestName && name.front() != '.';
 }
 
-}  // namespace
-
 std::string runDirectory(const std::string& project, const std::string& name) {
-  if (!isRunName(name)) {
-    throw kelvar_platform::ReadError(
-        {.file = "--run",
-         .place = "",
-         .expected = "a name of at most 200 bytes without slashes, control characters or a dot at its beginning"});
-  }
   return (fs::path(project) / "runs" / name).native();
 }
 

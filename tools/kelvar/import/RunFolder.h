@@ -15,10 +15,17 @@ struct RunFacts {
   std::string revision;  ///< of the sources, git's; `+` at its end where they were changed since
   std::uint64_t startTime = 0;
   std::uint64_t endTime = 0;
-  std::int32_t exitStatus = 0;  ///< of the program
+  std::int32_t exitStatus = 0;  ///< of the program; 128 and the signal where one ended it
+
+  bool operator==(const RunFacts&) const = default;
 };
 
-/// The directory of a run. Throws a ReadError where `name` is no single component of a path that may name one.
+/// What a run may be called, for a refusal.
+inline constexpr const char* kRunNameRule =
+    "a name of at most 200 bytes without slashes, control characters or a dot at its beginning";
+[[nodiscard]] bool isRunName(const std::string& name);
+
+/// The directory of a run. `name` may name one.
 [[nodiscard]] std::string runDirectory(const std::string& project, const std::string& name);
 
 /// The annotations that count for a project's or a run's directory, which need not be there.
