@@ -18,6 +18,7 @@
 #include "Status.h"
 #include "Subcommand.h"
 #include "View.h"
+#include "collect/Collect.h"
 #include "import/Import.h"
 
 namespace kelvar_tool {
@@ -25,7 +26,7 @@ namespace kelvar_tool {
 namespace {
 
 constexpr AddSubcommand kSubcommands[] = {addReport, addShow, addView, addStatus, addRuns, addAnnotate,
-                                          addImport};
+                                          addImport, addCollect};
 
 constexpr const char* kExamples =
     "Examples:\n"

@@ -1,6 +1,7 @@
 #include "Import.h"
 
 #include <filesystem>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -126,6 +127,11 @@ void addOptions(CLI::App& app, Line& line) {
   addText(app, "--cores", "How many cores to model", [&line](const std::string& text) {
     takeCores(line, text);
   })->type_name("N");
+  addText(app, "--map-accesses", "Of a trace of memory, read so many accesses; 0: all", [&line](const std::string& text) {
+    const auto count = decimal(text, std::numeric_limits<std::int64_t>::max());
+    if (!count) throw UsageError("--map-accesses: expected a count, not " + inQuotes(text));
+    line.request.mapAccesses = static_cast<std::uint64_t>(*count);
+  })->type_name("N");
   addTexts(app, "--map-path", "OLD=NEW", "Paths below OLD are below NEW in the project",
            [&line](const std::string& text) { takeMapping(line, text); });
   addPath(app, "--source-root", "DIR", "Relative paths are below DIR; what is not below it is a library's",
@@ -159,6 +165,9 @@ void check(const Line& line) {
   }
   if (!line.request.event.empty() && std::string_view(source->option) != "--perf") {
     throw UsageError("--event: expected with --perf, and only there");
+  }
+  if (line.request.mapAccesses > 0 && std::string_view(source->option) != "--lackey") {
+    throw UsageError("--map-accesses: expected with --lackey, and only there");
   }
   const bool isModel = std::string_view(source->option) == "--model";
   if (isModel != (line.request.wishes.cores > 0)) throw UsageError("--cores: expected with --model, and only there");
