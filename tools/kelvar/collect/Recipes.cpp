@@ -1,5 +1,6 @@
 #include "Recipes.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <utility>
 
@@ -29,6 +30,12 @@ std::string noLines(const Circumstances& here) {
   return inQuotes(here.program) + " has no debug information: build with -g";
 }
 
+/// Of two options of one name, the last counts.
+std::string tsanOptions(const std::string& own) {
+  const char* const told = std::getenv("TSAN_OPTIONS");
+  return "TSAN_OPTIONS=" + (told ? std::string(told) + " " : std::string()) + own;
+}
+
 Recipe survey(const Circumstances& here) {
   Recipe recipe{.analysis = "survey", .obstacle = noLines(here), .option = "--perf"};
   recipe.runsProgram = true;
@@ -38,7 +45,10 @@ Recipe survey(const Circumstances& here) {
     recipe.output = "perf.data";
     recipe.how = std::string("by perf record, stacks by ") +
                  (pointers ? "frame pointers" : "DWARF (-fno-omit-frame-pointer would make them cheaper)");
-    if (here.facts.hasThreadSanitizer) recipe.how += "; its times are those of a build with ThreadSanitizer";
+    if (here.facts.hasThreadSanitizer) {
+      recipe.how += "; its times are those of a build with ThreadSanitizer";
+      recipe.environment = {tsanOptions("report_bugs=0 exitcode=0")};
+    }
     recipe.tool = {"perf", "record", "-q", "-N", "-e", "cpu-clock:u", "-F", pointers ? "499" : "199", "--call-graph",
                    pointers ? "fp" : "dwarf,8192", "-o", here.folder + "/perf.data", "--"};
     return recipe;
@@ -51,7 +61,7 @@ Recipe survey(const Circumstances& here) {
   }
   recipe.output = "callgrind.out.";
   recipe.how = "by valgrind's callgrind, which counts instructions: " + here.machine.noPerf;
-  recipe.tool = {"valgrind", "--quiet", "--tool=callgrind", "--dump-instr=yes",
+  recipe.tool = {"valgrind", "--quiet", "--vgdb=no", "--tool=callgrind", "--dump-instr=yes",
                  "--log-file=" + here.folder + "/callgrind.log",
                  "--callgrind-out-file=" + here.folder + "/callgrind.out.%p"};
   return recipe;
@@ -77,11 +87,9 @@ Recipe dependencies(const Circumstances& here) {
   Recipe recipe{.analysis = "dependencies", .option = "--tsan"};
   recipe.runsProgram = true;
   if (here.facts.hasThreadSanitizer) {
-    const char* const told = ::getenv("TSAN_OPTIONS");
     recipe.how = "by the program's own ThreadSanitizer";
     recipe.output = "tsan.";
-    recipe.environment = {"TSAN_OPTIONS=" + (told ? std::string(told) + " " : std::string()) +
-                          "verbosity=1 exitcode=0 log_path=" + here.folder + "/tsan"};
+    recipe.environment = {tsanOptions("verbosity=1 exitcode=0 log_path=" + here.folder + "/tsan")};
     return recipe;
   }
   recipe.option = "--helgrind";
@@ -90,7 +98,7 @@ Recipe dependencies(const Circumstances& here) {
     recipe.obstacle = std::string(kNoValgrind) + ", and the program was not built with -fsanitize=thread";
   }
   recipe.how = "by valgrind's helgrind (a build with -fsanitize=thread is faster, and knows more kinds of locks)";
-  recipe.tool = {"valgrind", "--quiet", "--tool=helgrind", "--xml=yes", "--child-silent-after-fork=yes",
+  recipe.tool = {"valgrind", "--quiet", "--vgdb=no", "--tool=helgrind", "--xml=yes", "--child-silent-after-fork=yes",
                  "--xml-file=" + here.folder + "/helgrind.xml.%p", "--log-file=" + here.folder + "/helgrind.log"};
   if (!here.commandIsProgram) recipe.tool.emplace_back("--trace-children=yes");
   return recipe;
@@ -103,7 +111,7 @@ Recipe map(const Circumstances& here) {
   recipe.how = "by valgrind's lackey, ";
   recipe.how += here.wanted.mapAccesses == 0 ? "all accesses" : "the first " + std::to_string(here.wanted.mapAccesses) +
                                                                     " accesses (--map-accesses)";
-  recipe.tool = {"valgrind", "--quiet", "--tool=lackey", "--trace-mem=yes", "--child-silent-after-fork=yes",
+  recipe.tool = {"valgrind", "--quiet", "--vgdb=no", "--tool=lackey", "--trace-mem=yes", "--child-silent-after-fork=yes",
                  "--log-fd=" + std::to_string(kPipe)};
   return recipe;
 }

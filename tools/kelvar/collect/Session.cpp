@@ -41,8 +41,8 @@ std::uint64_t secondsNow() {
   return static_cast<std::uint64_t>(std::time(nullptr));
 }
 
-ReadError cutOff(const Recipe& recipe, int signal) {
-  return ReadError({.file = recipe.analysis,
+ReadError cutOff(int signal) {
+  return ReadError({.file = "the program",
                     .place = "",
                     .expected = "a run to its end; signal " + std::to_string(signal) + " ended it"});
 }
@@ -102,7 +102,7 @@ ChildEnd Session::endOf(const Recipe& recipe, Child& child) {
     }
     programDied_ = end.signal != 0;
   }
-  if (end.signal != 0 || interrupts_.signal() != 0) throw cutOff(recipe, end.signal);
+  if (end.signal != 0 || interrupts_.signal() != 0) throw cutOff(end.signal);
   return end;
 }
 
