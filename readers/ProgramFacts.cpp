@@ -53,8 +53,11 @@ void readUnits(Dwarf* dwarf, ProgramFacts& facts) {
     if (producer.starts_with("GNU AS")) continue;
     ++compiled;
     if (producer.find("-fno-omit-frame-pointer") != std::string_view::npos) ++withPointers;
-    facts.units.insert(std::filesystem::path(textOf(die, DW_AT_name)).stem().native());
-    facts.folders.emplace(textOf(die, DW_AT_comp_dir));
+    const std::filesystem::path name = textOf(die, DW_AT_name);
+    const std::filesystem::path folder = textOf(die, DW_AT_comp_dir);
+    facts.units.insert(name.stem().native());
+    facts.folders.insert(folder.native());
+    facts.folders.insert((folder / name).lexically_normal().parent_path().native());
   }
   facts.hasFramePointers = compiled > 0 && withPointers == compiled;
 }

@@ -13,7 +13,7 @@ struct ProgramFacts {
   bool hasThreadSanitizer = false;
   bool hasProgressPoints = false;  ///< of coz
   std::set<std::string> units;     ///< the sources that were compiled, without folder and suffix
-  std::set<std::string> folders;   ///< where they were compiled
+  std::set<std::string> folders;   ///< where they lay and were compiled
 };
 
 /// Nothing is known of a file that cannot be read.

@@ -28,7 +28,7 @@ namespace kelvar_tool {
 namespace {
 
 constexpr int kMostCores = 1 << 20;
-constexpr std::uint64_t kMapAccesses = 5'000'000;
+constexpr std::uint64_t kMapAccesses = 2'000'000;
 constexpr std::array kAnalyses{"survey", "vectorization", "dependencies", "map", "suitability"};
 
 struct Line {
@@ -210,7 +210,7 @@ void addOptions(CLI::App& app, Line& line) {
             wanted.cores = static_cast<int>(countIn("--cores", text, 1, kMostCores));
           })
       ->type_name("N");
-  addText(app, "--map-accesses", "Stop the trace of memory after so many accesses (5000000); 0: never",
+  addText(app, "--map-accesses", "Stop the trace of memory after so many accesses (2000000); 0: never",
           [&wanted](const std::string& text) {
             wanted.mapAccesses = static_cast<std::uint64_t>(
                 countIn("--map-accesses", text, 0, std::numeric_limits<std::int64_t>::max()));

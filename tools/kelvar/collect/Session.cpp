@@ -15,6 +15,7 @@
 #include "CollectedSources.h"
 #include "Diagnosis.h"
 #include "Messages.h"
+#include "Project.h"
 #include "ShellText.h"
 
 namespace kelvar_tool {
@@ -79,7 +80,9 @@ kelvar_import::Request Session::requestFor(const Recipe& recipe) const {
   kelvar_import::Request request;
   request.source = &sourceOf(recipe);
   if (request.source->hasAddresses) request.binaries = setting_.wanted.binaries;
-  request.paths.sourceRoot = setting_.wanted.sourceRoot;
+  // The tools' paths are absolute, and those of remarks are made so by it.
+  const std::string& root = setting_.wanted.sourceRoot;
+  if (!root.empty()) request.paths.sourceRoot = normalPath(fs::absolute(root).native());
   request.leftOut = setting_.leftOut;
   request.wishes.project = setting_.directory;
   if (recipe.option == "--model") request.wishes.cores = setting_.wanted.cores;
@@ -176,7 +179,9 @@ std::string importText(const Recipe& recipe, const Wanted& wanted, const std::st
   if (recipe.isPiped && wanted.mapAccesses > 0) {
     words.insert(words.end(), {"--map-accesses", std::to_string(wanted.mapAccesses)});
   }
-  if (!wanted.sourceRoot.empty()) words.insert(words.end(), {"--source-root", wanted.sourceRoot});
+  if (!wanted.sourceRoot.empty()) {
+    words.insert(words.end(), {"--source-root", normalPath(fs::absolute(wanted.sourceRoot).native())});
+  }
   words.insert(words.end(), {"--into", wanted.project});
   if (wanted.run) words.insert(words.end(), {"--run", *wanted.run});
   return text + " " + shellText(words);
