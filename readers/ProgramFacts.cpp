@@ -34,7 +34,9 @@ void findNames(const std::string& program, ProgramFacts& facts) {
   while (file) {
     file.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
     text.append(chunk, 0, static_cast<std::size_t>(file.gcount()));
-    if (text.starts_with("\x7f" "ELF")) facts.isProgram = true;
+    if (text.starts_with("\x7f"
+                         "ELF"))
+      facts.isProgram = true;
     if (!facts.isProgram) return;
     if (text.find(kTsan) != std::string::npos) facts.hasThreadSanitizer = true;
     if (text.find(kCoz) != std::string::npos) facts.hasProgressPoints = true;

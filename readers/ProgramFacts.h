@@ -7,9 +7,9 @@ namespace kelvar_readers {
 
 /// What a program tells of how it was built, as far as it decides how it can be measured.
 struct ProgramFacts {
-  bool isProgram = false;          ///< an ELF file; false for a script
-  bool hasLines = false;           ///< debug information, in it or in a file that it leads to
-  bool hasFramePointers = false;   ///< its compilers recorded -fno-omit-frame-pointer for all units
+  bool isProgram = false;         ///< an ELF file; false for a script
+  bool hasLines = false;          ///< debug information, in it or in a file that it leads to
+  bool hasFramePointers = false;  ///< its compilers recorded -fno-omit-frame-pointer for all units
   bool hasThreadSanitizer = false;
   bool hasProgressPoints = false;  ///< of coz
   std::set<std::string> units;     ///< the sources that were compiled, without folder and suffix

@@ -31,8 +31,8 @@ struct Request {
   bool json = false;
 };
 
-/// An analysis, and how many annotated sites it matches exactly, approximately and not at all. Functions and loops match
-/// no annotation, and do not count.
+/// An analysis, and how many annotated sites it matches exactly, approximately and not at all. Functions and loops
+/// match no annotation, and do not count.
 struct Analysis {
   SummaryDataKind kind;
   std::array<std::int64_t, kelvar::kSummaryDataStatusCount> counts{};

@@ -25,8 +25,8 @@ namespace kelvar_tool {
 
 namespace {
 
-constexpr AddSubcommand kSubcommands[] = {addReport, addShow, addView, addStatus, addRuns, addAnnotate,
-                                          addImport, addCollect};
+constexpr AddSubcommand kSubcommands[] = {addReport, addShow,     addView,   addStatus,
+                                          addRuns,   addAnnotate, addImport, addCollect};
 
 constexpr const char* kExamples =
     "Examples:\n"

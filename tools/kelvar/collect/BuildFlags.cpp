@@ -14,7 +14,8 @@ std::string buildFlags(const std::string& compiler) {
          "-g" +
          record +
          " -fno-omit-frame-pointer -fsave-optimization-record\n"
-         "# another for dependencies, also to be linked with -fsanitize=thread; without it, valgrind checks the first:\n"
+         "# another for dependencies, also to be linked with -fsanitize=thread; without it, valgrind checks the "
+         "first:\n"
          "-g -O1 -fsanitize=thread\n";
 }
 

@@ -63,8 +63,7 @@ int become(const Child::Start& start, pid_t parent, char* const* arguments, char
 
 }  // namespace
 
-Child::Child(const Start& start, const Guard& guard, Interrupts& interrupts)
-    : guard_(guard), interrupts_(interrupts) {
+Child::Child(const Start& start, const Guard& guard, Interrupts& interrupts) : guard_(guard), interrupts_(interrupts) {
   std::vector<std::string> command = start.command;
   std::vector<std::string> environment = environmentWith(start.environment);
   const std::vector<char*> argumentPointers = pointers(command);
@@ -92,8 +91,9 @@ Child::Child(const Start& start, const Guard& guard, Interrupts& interrupts)
   while ((got = ::read(reading.get(), &error, sizeof error)) < 0 && errno == EINTR) continue;
   if (got == sizeof error) {
     wait();
-    throw kelvar_platform::ReadError(
-        {.file = command.front(), .place = "", .expected = std::string("a program that runs (") + strerror(error) + ")"});
+    throw kelvar_platform::ReadError({.file = command.front(),
+                                      .place = "",
+                                      .expected = std::string("a program that runs (") + strerror(error) + ")"});
   }
 }
 

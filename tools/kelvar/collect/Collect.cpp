@@ -125,8 +125,7 @@ ExitStatus makeAll(const std::vector<Recipe>& plan, Session::Setting setting, co
   facts.endTime = static_cast<std::uint64_t>(std::time(nullptr));
   facts.exitStatus = session.programStatus();
   if (session.made() > 0) writeRunFacts(directory, facts);
-  say(std::to_string(session.made()) + " of " + std::to_string(plan.size()) + " analyses are in " +
-      escaped(directory));
+  say(std::to_string(session.made()) + " of " + std::to_string(plan.size()) + " analyses are in " + escaped(directory));
   if (interrupts.signal() != 0) return static_cast<ExitStatus>(128 + interrupts.signal());
   if (session.programStatus() != 0) return static_cast<ExitStatus>(session.programStatus());
   return session.failed() > 0 || session.made() == 0 ? kUnreadable : kDone;
@@ -143,9 +142,13 @@ ExitStatus collect(Wanted wanted) {
   const Machine machine = thisMachine(temporary, guard, interrupts);
   const kelvar_readers::ProgramFacts facts = kelvar_readers::programFacts(program);
   const std::string folder = folderOf(wanted, temporary);
-  const std::vector<Recipe> plan = recipes(
-      {.wanted = wanted, .machine = machine, .facts = facts,
-       .commandIsProgram = kelvar_readers::programFacts(foundAs(wanted.command.front())).isProgram, .program = program, .folder = folder});
+  const std::vector<Recipe> plan =
+      recipes({.wanted = wanted,
+               .machine = machine,
+               .facts = facts,
+               .commandIsProgram = kelvar_readers::programFacts(foundAs(wanted.command.front())).isProgram,
+               .program = program,
+               .folder = folder});
   sayPlan(plan);
   if (wanted.dryRun) {
     printCommands(plan, wanted, program, folder);
@@ -187,11 +190,13 @@ void addOptions(CLI::App& app, Line& line) {
   wanted.mapAccesses = kMapAccesses;
   addText(app, "PROJECT", "Project directory, which is made where it is not there",
           [&wanted](const std::string& text) { wanted.project = normalPath(text); });
-  addTexts(app, "COMMAND", "The program and its arguments, behind --", [&wanted](const std::string& text) {
-    wanted.command.push_back(text);
-  })->type_name("")->expected(-1);
+  addTexts(app, "COMMAND", "The program and its arguments, behind --",
+           [&wanted](const std::string& text) { wanted.command.push_back(text); })
+      ->type_name("")
+      ->expected(-1);
   addRun(app, "Into PROJECT/runs/NAME, a run of its own with the project's annotations", wanted.run);
-  addTexts(app, "--only", "Make this analysis alone; may be repeated: survey, vectorization, dependencies, map,\nsuitability",
+  addTexts(app, "--only",
+           "Make this analysis alone; may be repeated: survey, vectorization, dependencies, map,\nsuitability",
            [&wanted](const std::string& text) { takeAnalysis(wanted, text); })
       ->type_name("ANALYSIS")
       ->expected(1);
@@ -205,10 +210,9 @@ void addOptions(CLI::App& app, Line& line) {
       ->expected(1);
   addPath(app, "--source-root", "DIR", "Relative paths are below DIR; what is not below it is a library's",
           wanted.sourceRoot);
-  addText(app, "--cores", "How many cores to model; those of this machine, if not given",
-          [&wanted](const std::string& text) {
-            wanted.cores = static_cast<int>(countIn("--cores", text, 1, kMostCores));
-          })
+  addText(
+      app, "--cores", "How many cores to model; those of this machine, if not given",
+      [&wanted](const std::string& text) { wanted.cores = static_cast<int>(countIn("--cores", text, 1, kMostCores)); })
       ->type_name("N");
   addText(app, "--map-accesses", "Stop the trace of memory after so many accesses (2000000); 0: never",
           [&wanted](const std::string& text) {
@@ -249,7 +253,8 @@ constexpr const char* kExamples =
 
 void addCollect(CLI::App& kelvar, Action& chosen) {
   const auto line = std::make_shared<Line>();
-  CLI::App& app = *kelvar.add_subcommand("collect", "Measure a program with the tools of this machine, and import that");
+  CLI::App& app =
+      *kelvar.add_subcommand("collect", "Measure a program with the tools of this machine, and import that");
   addOptions(app, *line);
   app.footer(kExamples);
   app.callback([line, &chosen] { chosen = [line] { return runLine(*line); }; });

@@ -9,8 +9,8 @@
 
 namespace kelvar_tool {
 
-/// Takes SIGINT, SIGTERM and SIGHUP as long as it lives, and ends the process group that is being waited for: by SIGTERM,
-/// and by SIGKILL if that does not end it. A signal that was ignored stays ignored.
+/// Takes SIGINT, SIGTERM and SIGHUP as long as it lives, and ends the process group that is being waited for: by
+/// SIGTERM, and by SIGKILL if that does not end it. A signal that was ignored stays ignored.
 class Interrupts {
  public:
   Interrupts();

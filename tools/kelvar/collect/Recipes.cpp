@@ -49,8 +49,19 @@ Recipe survey(const Circumstances& here) {
       recipe.how += "; its times are those of a build with ThreadSanitizer";
       recipe.environment = {tsanOptions("report_bugs=0 exitcode=0")};
     }
-    recipe.tool = {"perf", "record", "-q", "-N", "-e", "cpu-clock:u", "-F", pointers ? "499" : "199", "--call-graph",
-                   pointers ? "fp" : "dwarf,8192", "-o", here.folder + "/perf.data", "--"};
+    recipe.tool = {"perf",
+                   "record",
+                   "-q",
+                   "-N",
+                   "-e",
+                   "cpu-clock:u",
+                   "-F",
+                   pointers ? "499" : "199",
+                   "--call-graph",
+                   pointers ? "fp" : "dwarf,8192",
+                   "-o",
+                   here.folder + "/perf.data",
+                   "--"};
     return recipe;
   }
   recipe.option = "--callgrind";
@@ -61,7 +72,11 @@ Recipe survey(const Circumstances& here) {
   }
   recipe.output = "callgrind.out.";
   recipe.how = "by valgrind's callgrind, which counts instructions: " + here.machine.noPerf;
-  recipe.tool = {"valgrind", "--quiet", "--vgdb=no", "--tool=callgrind", "--dump-instr=yes",
+  recipe.tool = {"valgrind",
+                 "--quiet",
+                 "--vgdb=no",
+                 "--tool=callgrind",
+                 "--dump-instr=yes",
                  "--log-file=" + here.folder + "/callgrind.log",
                  "--callgrind-out-file=" + here.folder + "/callgrind.out.%p"};
   return recipe;
@@ -78,8 +93,8 @@ Recipe vectorization(const Circumstances& here) {
     recipe.obstacle = "no remarks beside " + inQuotes(here.program) +
                       ": build with -fsave-optimization-record, or name them by --remarks" + left;
   }
-  recipe.how = "from " + std::to_string(recipe.files.size()) +
-               (recipe.files.size() == 1 ? " file" : " files") + " of remarks" + left;
+  recipe.how = "from " + std::to_string(recipe.files.size()) + (recipe.files.size() == 1 ? " file" : " files") +
+               " of remarks" + left;
   return recipe;
 }
 
@@ -98,8 +113,14 @@ Recipe dependencies(const Circumstances& here) {
     recipe.obstacle = std::string(kNoValgrind) + ", and the program was not built with -fsanitize=thread";
   }
   recipe.how = "by valgrind's helgrind (a build with -fsanitize=thread is faster, and knows more kinds of locks)";
-  recipe.tool = {"valgrind", "--quiet", "--vgdb=no", "--tool=helgrind", "--xml=yes", "--child-silent-after-fork=yes",
-                 "--xml-file=" + here.folder + "/helgrind.xml.%p", "--log-file=" + here.folder + "/helgrind.log"};
+  recipe.tool = {"valgrind",
+                 "--quiet",
+                 "--vgdb=no",
+                 "--tool=helgrind",
+                 "--xml=yes",
+                 "--child-silent-after-fork=yes",
+                 "--xml-file=" + here.folder + "/helgrind.xml.%p",
+                 "--log-file=" + here.folder + "/helgrind.log"};
   if (!here.commandIsProgram) recipe.tool.emplace_back("--trace-children=yes");
   return recipe;
 }
@@ -109,9 +130,15 @@ Recipe map(const Circumstances& here) {
   recipe.runsProgram = recipe.isPiped = true;
   if (recipe.obstacle.empty()) recipe.obstacle = noLines(here);
   recipe.how = "by valgrind's lackey, ";
-  recipe.how += here.wanted.mapAccesses == 0 ? "all accesses" : "the first " + std::to_string(here.wanted.mapAccesses) +
-                                                                    " accesses (--map-accesses)";
-  recipe.tool = {"valgrind", "--quiet", "--vgdb=no", "--tool=lackey", "--trace-mem=yes", "--child-silent-after-fork=yes",
+  recipe.how += here.wanted.mapAccesses == 0
+                    ? "all accesses"
+                    : "the first " + std::to_string(here.wanted.mapAccesses) + " accesses (--map-accesses)";
+  recipe.tool = {"valgrind",
+                 "--quiet",
+                 "--vgdb=no",
+                 "--tool=lackey",
+                 "--trace-mem=yes",
+                 "--child-silent-after-fork=yes",
                  "--log-fd=" + std::to_string(kPipe)};
   return recipe;
 }
@@ -142,8 +169,9 @@ std::vector<Recipe> recipes(const Circumstances& here) {
   if (isWanted("survey")) all.push_back(survey(here));
   std::error_code error;
   const bool hasSurvey =
-      all.empty() ? std::filesystem::exists(std::filesystem::path(here.wanted.project) / kelvar_readers::kLineTimesFile, error)
-                  : all.front().obstacle.empty();
+      all.empty()
+          ? std::filesystem::exists(std::filesystem::path(here.wanted.project) / kelvar_readers::kLineTimesFile, error)
+          : all.front().obstacle.empty();
   if (isWanted("vectorization")) all.push_back(vectorization(here));
   if (isWanted("dependencies")) all.push_back(dependencies(here));
   if (isWanted("map")) all.push_back(map(here));

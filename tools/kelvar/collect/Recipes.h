@@ -12,13 +12,13 @@ namespace kelvar_tool {
 /// How one analysis is made on this machine.
 struct Recipe {
   std::string analysis = {};
-  std::string how = {};       ///< what is said of it
-  std::string obstacle = {};  ///< why it cannot be made, and what would make it possible; empty: it can
-  std::string option = {};    ///< of the import
+  std::string how = {};                       ///< what is said of it
+  std::string obstacle = {};                  ///< why it cannot be made, and what would make it possible; empty: it can
+  std::string option = {};                    ///< of the import
   std::vector<std::string> tool = {};         ///< the words in front of the program's command
   std::vector<std::string> environment = {};  ///< NAME=VALUE of the run
   bool runsProgram = false;
-  bool isPiped = false;            ///< the import reads it as it comes, from descriptor kPipe
+  bool isPiped = false;                 ///< the import reads it as it comes, from descriptor kPipe
   std::string output = {};              ///< in the folder of outputs: a file, or the beginning of the names of several
   std::vector<std::string> files = {};  ///< what is there already
 };
@@ -33,7 +33,7 @@ struct Circumstances {
   const kelvar_readers::ProgramFacts& facts;
   bool commandIsProgram = true;  ///< no script
   std::string program;           ///< of which the facts are
-  std::string folder;   ///< of outputs, absolute
+  std::string folder;            ///< of outputs, absolute
 };
 
 /// One for each analysis that is wanted, in the order in which they are made.

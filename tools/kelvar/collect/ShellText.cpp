@@ -5,8 +5,7 @@
 namespace kelvar_tool {
 
 std::string shellWord(const std::string& word) {
-  constexpr std::string_view kPlain =
-      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+=./,:@%^";
+  constexpr std::string_view kPlain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+=./,:@%^";
   // A word with `=` in front of a command would be a variable of its environment.
   if (!word.empty() && word.find_first_not_of(kPlain) == std::string::npos && word.find('=') == std::string::npos) {
     return word;

@@ -127,11 +127,13 @@ void addOptions(CLI::App& app, Line& line) {
   addText(app, "--cores", "How many cores to model", [&line](const std::string& text) {
     takeCores(line, text);
   })->type_name("N");
-  addText(app, "--map-accesses", "Of a trace of memory, read so many accesses; 0: all", [&line](const std::string& text) {
-    const auto count = decimal(text, std::numeric_limits<std::int64_t>::max());
-    if (!count) throw UsageError("--map-accesses: expected a count, not " + inQuotes(text));
-    line.request.mapAccesses = static_cast<std::uint64_t>(*count);
-  })->type_name("N");
+  addText(app, "--map-accesses", "Of a trace of memory, read so many accesses; 0: all",
+          [&line](const std::string& text) {
+            const auto count = decimal(text, std::numeric_limits<std::int64_t>::max());
+            if (!count) throw UsageError("--map-accesses: expected a count, not " + inQuotes(text));
+            line.request.mapAccesses = static_cast<std::uint64_t>(*count);
+          })
+      ->type_name("N");
   addTexts(app, "--map-path", "OLD=NEW", "Paths below OLD are below NEW in the project",
            [&line](const std::string& text) { takeMapping(line, text); });
   addPath(app, "--source-root", "DIR", "Relative paths are below DIR; what is not below it is a library's",

@@ -54,10 +54,10 @@ struct Request {
   kelvar_readers::PathRules paths;
   std::set<std::int64_t> leftOut;  ///< sites that no figure is to go to
   kelvar_readers::Wishes wishes;
-  std::uint64_t mapAccesses = 0;                          ///< of a trace of memory, how many are read; 0: all
-  std::optional<LiveInput> live = {};                     ///< read in place of files
-  std::optional<kelvar_platform::RunRecord> ran = {};     ///< where and when, where somebody was there
-  std::function<bool()> isCancelled = {};                 ///< asked again and again; may be empty
+  std::uint64_t mapAccesses = 0;                       ///< of a trace of memory, how many are read; 0: all
+  std::optional<LiveInput> live = {};                  ///< read in place of files
+  std::optional<kelvar_platform::RunRecord> ran = {};  ///< where and when, where somebody was there
+  std::function<bool()> isCancelled = {};              ///< asked again and again; may be empty
 };
 
 /// The directory of the result that this source makes, in its project.
