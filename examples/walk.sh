@@ -21,7 +21,7 @@ measure() {
   clang++ -std=c++17 -O2 $flags -pthread sample/pixels.cpp -o pixels
   "$kelvar" annotate project/annotations.db scan sample
   "$kelvar" collect project --run "$1" --only survey --only vectorization --only suitability -- ./pixels 1024 30
-  "$kelvar" collect project --run "$1" --only dependencies --only map --map-accesses 0 -- ./pixels 32 1
+  "$kelvar" collect project --run "$1" --only dependencies --only map -- ./pixels 32 1
 }
 
 # value NAME LABEL COLUMN: a figure of an annotated site.
