@@ -1,7 +1,6 @@
 #include "Collect.h"
 
-#include <signal.h>
-
+#include <algorithm>
 #include <array>
 #include <ctime>
 #include <filesystem>
@@ -115,7 +114,7 @@ ExitStatus makeAll(const std::vector<Recipe>& plan, Session::Setting setting, co
                                 .revision = revisionOf(setting.wanted.sourceRoot),
                                 .startTime = static_cast<std::uint64_t>(std::time(nullptr))};
   lookAtSources(setting);
-  const StandardInput input(folder);
+  const StandardInput input(folder, interrupts);
   const std::string directory = setting.directory;
   Session session(std::move(setting), input, guard, interrupts);
   for (const Recipe& recipe : plan) {

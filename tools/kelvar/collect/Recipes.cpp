@@ -30,6 +30,13 @@ std::string noLines(const Circumstances& here) {
   return inQuotes(here.program) + " has no debug information: build with -g";
 }
 
+/// A folder in an option of valgrind, where `%` begins a number of the process.
+std::string forValgrind(const std::string& folder) {
+  std::string text;
+  for (const char one : folder) text += one == '%' ? "%%" : std::string(1, one);
+  return text;
+}
+
 /// Of two options of one name, the last counts.
 std::string tsanOptions(const std::string& own) {
   const char* const told = std::getenv("TSAN_OPTIONS");
@@ -56,7 +63,7 @@ Recipe survey(const Circumstances& here) {
                    "-e",
                    "cpu-clock:u",
                    "-F",
-                   pointers ? "499" : "199",
+                   pointers ? "1999" : "199",
                    "--call-graph",
                    pointers ? "fp" : "dwarf,8192",
                    "-o",
@@ -77,8 +84,8 @@ Recipe survey(const Circumstances& here) {
                  "--vgdb=no",
                  "--tool=callgrind",
                  "--dump-instr=yes",
-                 "--log-file=" + here.folder + "/callgrind.log",
-                 "--callgrind-out-file=" + here.folder + "/callgrind.out.%p"};
+                 "--log-file=" + forValgrind(here.folder) + "/callgrind.log",
+                 "--callgrind-out-file=" + forValgrind(here.folder) + "/callgrind.out.%p"};
   return recipe;
 }
 
@@ -104,7 +111,7 @@ Recipe dependencies(const Circumstances& here) {
   if (here.facts.hasThreadSanitizer) {
     recipe.how = "by the program's own ThreadSanitizer";
     recipe.output = "tsan.";
-    recipe.environment = {tsanOptions("verbosity=1 exitcode=0 log_path=" + here.folder + "/tsan")};
+    recipe.environment = {tsanOptions("verbosity=1 exitcode=0 log_path='" + here.folder + "/tsan'")};
     return recipe;
   }
   recipe.option = "--helgrind";
@@ -119,8 +126,8 @@ Recipe dependencies(const Circumstances& here) {
                  "--tool=helgrind",
                  "--xml=yes",
                  "--child-silent-after-fork=yes",
-                 "--xml-file=" + here.folder + "/helgrind.xml.%p",
-                 "--log-file=" + here.folder + "/helgrind.log"};
+                 "--xml-file=" + forValgrind(here.folder) + "/helgrind.xml.%p",
+                 "--log-file=" + forValgrind(here.folder) + "/helgrind.log"};
   if (!here.commandIsProgram) recipe.tool.emplace_back("--trace-children=yes");
   return recipe;
 }

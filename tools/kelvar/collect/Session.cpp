@@ -26,6 +26,8 @@ namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 using kelvar_platform::ReadError;
 
+constexpr int kPerfFailed = 255;
+
 std::string secondsText(Clock::duration time) {
   char text[32];
   std::snprintf(text, sizeof text, "%.1f s", std::chrono::duration<double>(time).count());
@@ -115,12 +117,19 @@ void Session::importFiles(const Recipe& recipe) {
   request.ran->collectionStartTime = secondsNow();
   const Clock::time_point start = Clock::now();
   const kelvar_platform::FileDescriptor input = input_.open();
+  const std::set<std::string> before = outputsOf(recipe);
   Child child(startOf(recipe, input.get()), guard_, interrupts_);
   endOf(recipe, child);
   request.ran->collectionEndTime = secondsNow();
   say(recipe.analysis + ": ran for " + secondsText(Clock::now() - start));
-  request.files = outputsOf(recipe, child.process());
-  import(recipe, std::move(request));
+  request.files = filesOf(recipe, child.process(), before);
+  try {
+    import(recipe, std::move(request));
+  } catch (const ReadError&) {
+    // perf could not write, and did not tell how the program ended.
+    if (recipe.option == "--perf" && programStatus_ == kPerfFailed) programStatus_ = 0;
+    throw;
+  }
 }
 
 void Session::importPipe(const Recipe& recipe) {
@@ -143,18 +152,28 @@ void Session::importPipe(const Recipe& recipe) {
   import(recipe, std::move(request));
 }
 
-/// What callgrind counted in a process that the program forked is another thing; races are one thing wherever they are.
-std::vector<std::string> Session::outputsOf(const Recipe& recipe, pid_t process) const {
-  const fs::path folder = setting_.folder;
-  if (!recipe.output.ends_with('.')) return {(folder / recipe.output).native()};
-  if (recipe.option == "--callgrind") return {(folder / (recipe.output + std::to_string(process))).native()};
-  std::vector<std::string> files;
-  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
-    if (entry.path().filename().native().starts_with(recipe.output)) files.push_back(entry.path().native());
+/// Of a tool that writes a file for each process, what lies there.
+std::set<std::string> Session::outputsOf(const Recipe& recipe) const {
+  std::set<std::string> files;
+  for (const fs::directory_entry& entry : fs::directory_iterator(setting_.folder)) {
+    if (entry.path().filename().native().starts_with(recipe.output)) files.insert(entry.path().native());
   }
-  std::sort(files.begin(), files.end());
+  return files;
+}
+
+/// What callgrind counted in a process that the program forked is another thing; races are one thing wherever they are.
+/// A folder that is kept may have files of an earlier run.
+std::vector<std::string> Session::filesOf(const Recipe& recipe, pid_t process,
+                                          const std::set<std::string>& before) const {
+  const fs::path output = fs::path(setting_.folder) / recipe.output;
+  if (!recipe.output.ends_with('.')) return {output.native()};
+  if (recipe.option == "--callgrind") return {output.native() + std::to_string(process)};
+  std::vector<std::string> files;
+  for (const std::string& file : outputsOf(recipe)) {
+    if (before.count(file) == 0) files.push_back(file);
+  }
   if (!files.empty()) return files;
-  throw ReadError({.file = (folder / recipe.output).native() + "*", .place = "", .expected = "what the tool writes"});
+  throw ReadError({.file = output.native() + "*", .place = "", .expected = "what the tool writes"});
 }
 
 void Session::import(const Recipe& recipe, kelvar_import::Request request) {

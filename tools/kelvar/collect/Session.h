@@ -42,7 +42,9 @@ class Session {
   ChildEnd endOf(const Recipe& recipe, Child& child);
   void importFiles(const Recipe& recipe);
   void importPipe(const Recipe& recipe);
-  [[nodiscard]] std::vector<std::string> outputsOf(const Recipe& recipe, pid_t process) const;
+  [[nodiscard]] std::set<std::string> outputsOf(const Recipe& recipe) const;
+  [[nodiscard]] std::vector<std::string> filesOf(const Recipe& recipe, pid_t process,
+                                                 const std::set<std::string>& before) const;
 
   Setting setting_;
   const StandardInput& input_;

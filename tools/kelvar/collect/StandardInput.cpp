@@ -1,9 +1,11 @@
 #include "StandardInput.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <string_view>
@@ -24,11 +26,14 @@ using kelvar_platform::FileDescriptor;
       {.file = file, .place = "", .expected = std::string(expected) + " (" + strerror(error) + ")"});
 }
 
-void copyInto(const std::string& file) {
+void copyInto(const std::string& file, const Interrupts& interrupts) {
   const FileDescriptor out(::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
   if (!out) refuse(file, "a file to write to", errno);
   std::vector<char> buffer(1U << 16U);
-  for (;;) {
+  constexpr int kLook = 100;  // milliseconds
+  while (interrupts.signal() == 0) {
+    pollfd input{.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
+    if (::poll(&input, 1, kLook) == 0) continue;
     const ssize_t got = ::read(STDIN_FILENO, buffer.data(), buffer.size());
     if (got == 0) return;
     if (got < 0 && errno == EINTR) continue;
@@ -40,7 +45,7 @@ void copyInto(const std::string& file) {
 
 }  // namespace
 
-StandardInput::StandardInput(const std::string& folder) : file_("/dev/null") {
+StandardInput::StandardInput(const std::string& folder, const Interrupts& interrupts) : file_("/dev/null") {
   struct stat status {};
   if (::isatty(STDIN_FILENO) == 1) {
     say("the program gets no standard input, since every run must get the same: give it a file or a pipe");
@@ -50,7 +55,7 @@ StandardInput::StandardInput(const std::string& folder) : file_("/dev/null") {
   } else if (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode)) {
     say("reading the standard input to its end, since every run must get the same (</dev/null: none)");
     file_ = folder + "/standard-input";
-    copyInto(file_);
+    copyInto(file_, interrupts);
   }
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "FileDescriptor.h"
+#include "Interrupts.h"
 
 namespace kelvar_tool {
 
@@ -12,8 +13,8 @@ namespace kelvar_tool {
 /// a file until then.
 class StandardInput {
  public:
-  /// `folder` gets the file. Throws a ReadError where it cannot be written.
-  explicit StandardInput(const std::string& folder);
+  /// `folder` gets the file. Returns at a signal, too. Throws a ReadError where the file cannot be written.
+  StandardInput(const std::string& folder, const Interrupts& interrupts);
 
   /// For one run.
   [[nodiscard]] kelvar_platform::FileDescriptor open() const;
