@@ -99,7 +99,15 @@ class LackeyReader {
   LackeyReader(Input& input, Reading& reading, const Sink& sink) : input_(input), reading_(reading), sink_(sink) {}
 
   void read() {
-    while (const auto line = input_.nextLine()) readLine(*line);
+    while (const auto line = input_.nextLine()) {
+      readLine(*line);
+      if (reading_.mapAccesses > 0 && accesses_ == reading_.mapAccesses) {
+        reading_.endedEarly = true;
+        reading_.remark("the trace was read up to " + std::to_string(accesses_) +
+                        " accesses, by --map-accesses: what the program did later is not in it");
+        break;
+      }
+    }
     if (!any_) input_.refuse("line 1", "the trace of valgrind --tool=lackey --trace-mem=yes");
     for (Line& line : lines_) {
       sink_({.stack = {line.frame}, .weights = line.accesses, .steps = line.steps.commonest()});
@@ -165,6 +173,7 @@ class LackeyReader {
     const auto taken = take(text);
     if (!taken) return;
     const auto [address, size] = *taken;
+    ++accesses_;
     if (!walk_) {
       ++elsewhere_;
       return;
@@ -199,6 +208,7 @@ class LackeyReader {
   std::vector<Group> groups_;
   Walk* walk_ = nullptr;  // of the instruction read last; nodes of a map stay where they are
   double elsewhere_ = 0;
+  std::uint64_t accesses_ = 0;
   bool any_ = false;
 };
 

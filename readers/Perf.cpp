@@ -1,6 +1,8 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <fstream>
 #include <map>
 #include <unordered_map>
 #include <vector>
@@ -235,11 +237,22 @@ class PerfReader {
   bool sawLine_ = false;
 };
 
+/// perf record writes at its end how much it wrote. perf script reads what lacks that, too, with a warning alone.
+bool wasCutOff(const std::string& path) {
+  constexpr std::streamoff kDataSize = 48;  // in the header: behind the magic, two sizes, and three fields of sections
+  std::ifstream file(path, std::ios::binary);
+  std::uint64_t size = 0;
+  file.seekg(kDataSize);
+  file.read(reinterpret_cast<char*>(&size), sizeof size);
+  return !file || size == 0;
+}
+
 void readData(Input& input, Reading& reading, const Sink& sink) {
   struct stat status {};
   if (stat(input.path().c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
     input.refuse("", std::string("a perf.data that lies in a file, or the text of ") + kCommand);
   }
+  if (wasCutOff(input.path())) input.refuse("", "a perf.data whose perf record ended well; this one was cut off");
   Tool perf({"perf", "script", "-f", "-i", input.path(), "--no-inline", "--show-mmap-events", "--show-task-events",
              "-F", "+pid"});
   if (!perf.isRunning()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <set>
 #include <string>
 #include <vector>
@@ -20,6 +21,8 @@ struct Reading {
   bool hasStacks = false;                 ///< some record told who called its place
   bool hasCalls = false;                  ///< what calls cost came as records of their own
   bool isThorough = true;                 ///< false where a format that can tell inlined calls did not
+  std::uint64_t mapAccesses = 0;          ///< of a trace of memory, how many are read; 0: all
+  bool endedEarly = false;                ///< those were read, and there was more
   std::vector<std::string> remarks = {};  ///< sentences about what is lost, each once
   std::set<std::string> seen = {};        ///< what makes two files the same run, as the formats have it
 

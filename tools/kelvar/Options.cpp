@@ -4,6 +4,7 @@
 
 #include "Messages.h"
 #include "Project.h"
+#include "RunFolder.h"
 
 namespace kelvar_tool {
 
@@ -25,6 +26,15 @@ CLI::Option* addPath(CLI::App& app, const std::string& name, const std::string& 
                    path = normalPath(text);
                  })
       ->type_name(value);
+}
+
+void addRun(CLI::App& app, const std::string& help, std::optional<std::string>& run) {
+  addText(app, "--run", help, [&run](const std::string& text) {
+    if (!kelvar_import::isRunName(text)) {
+      throw UsageError(std::string("--run: expected ") + kelvar_import::kRunNameRule + ", not " + inQuotes(text));
+    }
+    run = text;
+  })->type_name("NAME");
 }
 
 }  // namespace kelvar_tool

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace kelvar_tool {
@@ -14,5 +15,8 @@ CLI::Option* addText(CLI::App& app, const std::string& name, const std::string& 
 /// The same for a path, which is stored normalised. An empty one is a usage error.
 CLI::Option* addPath(CLI::App& app, const std::string& name, const std::string& value, const std::string& help,
                      std::string& path);
+
+/// Adds `--run NAME`, which `run` then holds. What may not name a run is a usage error.
+void addRun(CLI::App& app, const std::string& help, std::optional<std::string>& run);
 
 }  // namespace kelvar_tool

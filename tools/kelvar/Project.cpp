@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "RunFolder.h"
+
 namespace kelvar_tool {
 
 namespace {
@@ -42,7 +44,7 @@ Pieces piecesIn(const std::string& project) {
   const fs::path survey = root / "survey";
   const fs::path vectorization = survey / "surveyvectorization";
   Pieces pieces;
-  pieces.annotations = pathIfExists(root / "annotations.db");
+  pieces.annotations = pathIfExists(kelvar_import::annotationsOf(project));
   pieces.results[digestio::kSurvey] = pathIfExists(survey);
   pieces.results[digestio::kSurveyVectorization] = pathIfExists(vectorization);
   pieces.results[digestio::kSuitability] = pathIfExists(root / "suitability");

@@ -13,17 +13,20 @@
 #include "Output.h"
 #include "ProcessMemory.h"
 #include "Report.h"
+#include "Runs.h"
 #include "Show.h"
 #include "Status.h"
 #include "Subcommand.h"
 #include "View.h"
+#include "collect/Collect.h"
 #include "import/Import.h"
 
 namespace kelvar_tool {
 
 namespace {
 
-constexpr AddSubcommand kSubcommands[] = {addReport, addShow, addView, addStatus, addAnnotate, addImport};
+constexpr AddSubcommand kSubcommands[] = {addReport, addShow,     addView,   addStatus,
+                                          addRuns,   addAnnotate, addImport, addCollect};
 
 constexpr const char* kExamples =
     "Examples:\n"

@@ -1,7 +1,9 @@
 #include "Import.h"
 
 #include <filesystem>
+#include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,6 +13,7 @@
 #include "Names.h"
 #include "Options.h"
 #include "Request.h"
+#include "RunFolder.h"
 #include "StaleSites.h"
 
 namespace kelvar_tool {
@@ -41,6 +44,7 @@ constexpr const char* kExamples =
 /// What the command line says, before it is known to make sense.
 struct Line {
   std::string kind;
+  std::optional<std::string> run;
   bool withStale = false;
   Request request;
 };
@@ -113,6 +117,7 @@ void addOptions(CLI::App& app, Line& line) {
   for (const Source& source : kelvar_import::sources()) addSource(app, line, source);
   addPath(app, "--into", "PROJECT", "The project directory that gets the result", line.request.wishes.project)
       ->required();
+  addRun(app, "Into PROJECT/runs/NAME, a run of its own with the project's annotations", line.run);
   addTexts(app, "--binary", "FILE", "A program that ran, or its debug file, where the source does not lead there",
            [&line](const std::string& text) { line.request.binaries.push_back(text); });
   addText(app, "--event", "Of several that perf counted, the one that is meant", [&line](const std::string& text) {
@@ -122,6 +127,13 @@ void addOptions(CLI::App& app, Line& line) {
   addText(app, "--cores", "How many cores to model", [&line](const std::string& text) {
     takeCores(line, text);
   })->type_name("N");
+  addText(app, "--map-accesses", "Of a trace of memory, read so many accesses; 0: all",
+          [&line](const std::string& text) {
+            const auto count = decimal(text, std::numeric_limits<std::int64_t>::max());
+            if (!count) throw UsageError("--map-accesses: expected a count, not " + inQuotes(text));
+            line.request.mapAccesses = static_cast<std::uint64_t>(*count);
+          })
+      ->type_name("N");
   addTexts(app, "--map-path", "OLD=NEW", "Paths below OLD are below NEW in the project",
            [&line](const std::string& text) { takeMapping(line, text); });
   addPath(app, "--source-root", "DIR", "Relative paths are below DIR; what is not below it is a library's",
@@ -156,6 +168,9 @@ void check(const Line& line) {
   if (!line.request.event.empty() && std::string_view(source->option) != "--perf") {
     throw UsageError("--event: expected with --perf, and only there");
   }
+  if (line.request.mapAccesses > 0 && std::string_view(source->option) != "--lackey") {
+    throw UsageError("--map-accesses: expected with --lackey, and only there");
+  }
   const bool isModel = std::string_view(source->option) == "--model";
   if (isModel != (line.request.wishes.cores > 0)) throw UsageError("--cores: expected with --model, and only there");
 }
@@ -163,7 +178,7 @@ void check(const Line& line) {
 /// Names the sites that are no longer on their lines, and leaves them out unless they are wanted: what ran on those
 /// lines is another region. Answers the sources as they are, to be kept with the result.
 std::vector<kelvar_platform::SourceRow> checkSources(Line& line) {
-  const std::string database = line.request.wishes.project + "/annotations.db";
+  const std::string database = kelvar_import::annotationsOf(line.request.wishes.project);
   std::error_code error;
   if (!std::filesystem::exists(database, error)) return {};
   const StaleSites stale = staleSites(database, line.request.paths.sourceRoot);
@@ -180,6 +195,7 @@ std::vector<kelvar_platform::SourceRow> checkSources(Line& line) {
 
 ExitStatus runLine(Line& line) {
   check(line);
+  if (line.run) line.request.wishes.project = kelvar_import::runDirectory(line.request.wishes.project, *line.run);
   const std::vector<kelvar_platform::SourceRow> sources = checkSources(line);
   Progress progress;
   const std::vector<std::string> remarks =

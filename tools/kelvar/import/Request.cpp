@@ -18,6 +18,7 @@
 #include "Diagnosis.h"
 #include "LineTimes.h"
 #include "ResultWriter.h"
+#include "RunFolder.h"
 #include "Sources.h"
 
 namespace kelvar_import {
@@ -144,9 +145,16 @@ void readFiles(const Request& request, const ShowProgress& showProgress, Reading
     analysis.add(renumbered);
   };
   const Sink counting = [&](const Record& record) {
+    if (request.isCancelled && request.isCancelled()) throw Cancelled();
     greatest = std::max(greatest, record.report);
     sink(record);
   };
+  if (request.live) {
+    Input input(request.live->descriptor, request.live->name);
+    request.source->read(input, reading, counting);
+    if (!reading.endedEarly) request.live->finish();
+    return;
+  }
   for (const std::string& file : request.files) {
     if (isUnitWithoutRemarks(request, file)) continue;
     Input input(file, showProgress);
@@ -215,17 +223,17 @@ std::string resultDirectory(const Request& request) {
 
 std::vector<std::string> runImport(const Request& request, const ShowProgress& showProgress) {
   const fs::path project = request.wishes.project;
-  const fs::path database = project / "annotations.db";
-  kelvar_platform::RunRecord run;
+  const fs::path database = annotationsOf(project.native());
+  kelvar_platform::RunRecord run = request.ran.value_or(kelvar_platform::RunRecord());
   run.finalizationStartTime = now();
-  timeOfCollection(request.files, run);
+  if (run.collectionStartTime == 0) timeOfCollection(request.files, run);
   requireEachOnce(request.files);
   std::vector<kelvar_platform::Site> sites = annotatedSites(database);
   std::erase_if(sites, [&](const kelvar_platform::Site& site) { return request.leftOut.count(site.sequence) > 0; });
   Places places(sites, request.paths);
   Frames frames;
   Binaries binaries(request.binaries, frames);
-  Reading reading{.binaries = binaries, .event = request.event};
+  Reading reading{.binaries = binaries, .event = request.event, .mapAccesses = request.mapAccesses};
   const std::unique_ptr<Analysis> analysis = request.source->analyse(places, request.wishes);
   readFiles(request, showProgress, reading, *analysis);
   Outcome outcome = analysis->finish(reading);
@@ -233,6 +241,7 @@ std::vector<std::string> runImport(const Request& request, const ShowProgress& s
   outcome.remarks.insert(outcome.remarks.end(), reading.remarks.begin(), reading.remarks.end());
   const std::vector<std::string> open = unclosed(places);
   outcome.remarks.insert(outcome.remarks.end(), open.begin(), open.end());
+  if (request.isCancelled && request.isCancelled()) throw Cancelled();
   const fs::path directory = project / standingOf(*request.source).path;
   write(request, outcome, run, directory);
   if (fs::exists(database)) {

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <set>
 #include <span>
 #include <string>
@@ -10,6 +13,7 @@
 #include "Analysis.h"
 #include "Input.h"
 #include "Places.h"
+#include "ResultRecords.h"
 
 namespace kelvar_import {
 
@@ -28,6 +32,18 @@ struct Source {
 /// All formats there are.
 [[nodiscard]] std::span<const Source> sources();
 
+/// What a tool that still runs writes.
+struct LiveInput {
+  int descriptor = -1;
+  std::string name;              ///< stands for it in refusals
+  std::function<void()> finish;  ///< called at its end; throws a ReadError where the tool was cut off
+};
+
+/// Thrown by runImport where it was told to stop; nothing was written.
+struct Cancelled : std::exception {
+  [[nodiscard]] const char* what() const noexcept override { return "interrupted"; }
+};
+
 /// One run of the import, whole.
 struct Request {
   const Source* source = nullptr;
@@ -38,6 +54,10 @@ struct Request {
   kelvar_readers::PathRules paths;
   std::set<std::int64_t> leftOut;  ///< sites that no figure is to go to
   kelvar_readers::Wishes wishes;
+  std::uint64_t mapAccesses = 0;                       ///< of a trace of memory, how many are read; 0: all
+  std::optional<LiveInput> live = {};                  ///< read in place of files
+  std::optional<kelvar_platform::RunRecord> ran = {};  ///< where and when, where somebody was there
+  std::function<bool()> isCancelled = {};              ///< asked again and again; may be empty
 };
 
 /// The directory of the result that this source makes, in its project.

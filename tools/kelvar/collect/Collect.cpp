@@ -1,0 +1,262 @@
+#include "Collect.h"
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <filesystem>
+#include <limits>
+#include <memory>
+#include <thread>
+
+#include "BuildFlags.h"
+#include "Diagnosis.h"
+#include "Messages.h"
+#include "Names.h"
+#include "Options.h"
+#include "Output.h"
+#include "Project.h"
+#include "Revision.h"
+#include "RunFolder.h"
+#include "Session.h"
+#include "ShellText.h"
+#include "StagedDirectory.h"
+#include "StaleSites.h"
+
+namespace kelvar_tool {
+
+namespace {
+
+constexpr int kMostCores = 1 << 20;
+constexpr std::uint64_t kMapAccesses = 2'000'000;
+constexpr std::array kAnalyses{"survey", "vectorization", "dependencies", "map", "suitability"};
+
+struct Line {
+  Wanted wanted;
+  std::string flagsFor;
+};
+
+/// The program whose debug information tells the places: the first that was named, else what is run.
+std::string programOf(const Wanted& wanted) {
+  const std::string found = foundAs(wanted.command.front());
+  if (found.empty()) {
+    throw UsageError("COMMAND: expected a program that can be run, not " + inQuotes(wanted.command.front()));
+  }
+  std::error_code error;
+  for (const std::string& binary : wanted.binaries) {
+    if (!std::filesystem::exists(binary, error)) throw UsageError("--binary: no file " + inQuotes(binary));
+  }
+  return wanted.binaries.empty() ? found : wanted.binaries.front();
+}
+
+/// Where an analysis runs no program, its recipe says so.
+void sayPlan(const std::vector<Recipe>& plan) {
+  for (const Recipe& recipe : plan) {
+    say(recipe.analysis + ": " + (recipe.obstacle.empty() ? recipe.how : "not possible: " + recipe.obstacle));
+  }
+}
+
+void printCommands(const std::vector<Recipe>& plan, const Wanted& wanted, const std::string& program,
+                   const std::string& folder) {
+  std::string text = "mkdir -p " + shellWord(folder) + "\n";
+  for (const Recipe& recipe : plan) {
+    if (!recipe.obstacle.empty()) continue;
+    std::vector<std::string> words = recipe.tool;
+    words.insert(words.end(), wanted.command.begin(), wanted.command.end());
+    std::string command;
+    for (const std::string& variable : recipe.environment) {
+      const std::size_t value = variable.find('=') + 1;
+      command += variable.substr(0, value) + shellWord(variable.substr(value)) + " ";
+    }
+    command += shellText(words);
+    if (recipe.isPiped) {
+      const std::string pipe = std::to_string(kPipe);
+      text += command + " " + pipe + ">&1 >/dev/null 2>&1 | " + importText(recipe, wanted, program, "-") + "\n";
+      continue;
+    }
+    if (recipe.runsProgram) text += command + "\n";
+    std::string files = shellText(recipe.files);
+    if (!recipe.output.empty()) {
+      files = shellWord(folder + "/" + recipe.output) + (recipe.output.ends_with('.') ? "*" : "");
+    }
+    text += importText(recipe, wanted, program, files) + "\n";
+  }
+  print(text);
+}
+
+/// Names the sites that are no longer on their lines; those get no figure.
+void lookAtSources(Session::Setting& setting) {
+  const std::string database = kelvar_import::annotationsOf(setting.directory);
+  std::error_code error;
+  if (!std::filesystem::exists(database, error)) {
+    say("no annotations: results will name functions alone; 'kelvar annotate " + shellWord(database) +
+        " scan SOURCE...' makes sites of the markers in sources");
+    return;
+  }
+  const StaleSites stale = staleSites(database, setting.wanted.sourceRoot);
+  if (stale.sources.empty()) return;  // the sources are elsewhere, and say nothing
+  for (const std::string& sentence : sentences(stale, database)) say(sentence);
+  for (const StaleSites::Stale& site : stale.sites) setting.leftOut.insert(site.sequence);
+  if (!setting.leftOut.empty()) {
+    say("these " + std::to_string(setting.leftOut.size()) + " sites get no figures until the scan is made");
+  }
+  setting.sources = stale.sources;
+}
+
+std::string folderOf(const Wanted& wanted, const std::string& temporary) {
+  if (wanted.keep.empty()) return wanted.dryRun ? std::filesystem::absolute("kelvar-tools").native() : temporary;
+  return std::filesystem::absolute(wanted.keep).native();
+}
+
+ExitStatus makeAll(const std::vector<Recipe>& plan, Session::Setting setting, const std::string& folder,
+                   const Guard& guard, Interrupts& interrupts) {
+  kelvar_import::RunFacts facts{.command = shellText(setting.wanted.command),
+                                .hostName = hostRecord().hostName.value_or(""),
+                                .revision = revisionOf(setting.wanted.sourceRoot),
+                                .startTime = static_cast<std::uint64_t>(std::time(nullptr))};
+  lookAtSources(setting);
+  const StandardInput input(folder, interrupts);
+  const std::string directory = setting.directory;
+  Session session(std::move(setting), input, guard, interrupts);
+  for (const Recipe& recipe : plan) {
+    if (interrupts.signal() != 0) break;
+    if (recipe.obstacle.empty() && !session.make(recipe)) break;
+  }
+  facts.endTime = static_cast<std::uint64_t>(std::time(nullptr));
+  facts.exitStatus = session.programStatus();
+  if (session.made() > 0) writeRunFacts(directory, facts);
+  say(std::to_string(session.made()) + " of " + std::to_string(plan.size()) + " analyses are in " + escaped(directory));
+  if (interrupts.signal() != 0) return static_cast<ExitStatus>(128 + interrupts.signal());
+  if (session.programStatus() != 0) return static_cast<ExitStatus>(session.programStatus());
+  return session.failed() > 0 || session.made() == 0 ? kUnreadable : kDone;
+}
+
+ExitStatus collect(Wanted wanted) {
+  const std::string program = programOf(wanted);
+  if (wanted.cores == 0) wanted.cores = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
+  std::string directory = wanted.project;
+  if (wanted.run) directory = kelvar_import::runDirectory(wanted.project, *wanted.run);
+  const std::string temporary = makeTemporaryFolder();
+  const Guard guard(temporary);
+  Interrupts interrupts;
+  const Machine machine = thisMachine(temporary, guard, interrupts);
+  const kelvar_readers::ProgramFacts facts = kelvar_readers::programFacts(program);
+  const std::string folder = folderOf(wanted, temporary);
+  const std::vector<Recipe> plan =
+      recipes({.wanted = wanted,
+               .machine = machine,
+               .facts = facts,
+               .commandIsProgram = kelvar_readers::programFacts(foundAs(wanted.command.front())).isProgram,
+               .program = program,
+               .folder = folder});
+  sayPlan(plan);
+  if (wanted.dryRun) {
+    printCommands(plan, wanted, program, folder);
+    return kDone;
+  }
+  if (!wanted.keep.empty()) kelvar_platform::makeDirectories(folder);
+  // The trace of lackey leads to no program by itself.
+  if (wanted.binaries.empty() && facts.hasLines) wanted.binaries.push_back(program);
+  return makeAll(plan, {.wanted = wanted, .directory = directory, .folder = folder, .leftOut = {}, .sources = {}},
+                 temporary, guard, interrupts);
+}
+
+void takeAnalysis(Wanted& wanted, const std::string& text) {
+  const std::vector<std::string> names(kAnalyses.begin(), kAnalyses.end());
+  if (std::find(names.begin(), names.end(), text) == names.end()) {
+    throw UsageError("--only: unknown analysis " + inQuotes(text) + proposal(text, names));
+  }
+  wanted.only.insert(text);
+}
+
+CLI::Option* addTexts(CLI::App& app, const char* name, const char* help, std::function<void(const std::string&)> take) {
+  return app
+      .add_option(name, CLI::callback_t([take = std::move(take)](const CLI::results_t& texts) {
+                    for (const std::string& text : texts) take(text);
+                    return true;
+                  }),
+                  help)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+std::int64_t countIn(const char* option, const std::string& text, std::int64_t least, std::int64_t most) {
+  const auto count = decimal(text, most);
+  if (!count || *count < least) throw UsageError(std::string(option) + ": expected a count, not " + inQuotes(text));
+  return *count;
+}
+
+void addOptions(CLI::App& app, Line& line) {
+  Wanted& wanted = line.wanted;
+  wanted.mapAccesses = kMapAccesses;
+  addText(app, "PROJECT", "Project directory, which is made where it is not there",
+          [&wanted](const std::string& text) { wanted.project = normalPath(text); });
+  addTexts(app, "COMMAND", "The program and its arguments, behind --",
+           [&wanted](const std::string& text) { wanted.command.push_back(text); })
+      ->type_name("")
+      ->expected(-1);
+  addRun(app, "Into PROJECT/runs/NAME, a run of its own with the project's annotations", wanted.run);
+  addTexts(app, "--only",
+           "Make this analysis alone; may be repeated: survey, vectorization, dependencies, map,\nsuitability",
+           [&wanted](const std::string& text) { takeAnalysis(wanted, text); })
+      ->type_name("ANALYSIS")
+      ->expected(1);
+  addTexts(app, "--binary", "The program, or its debug file, where COMMAND is a script that starts it",
+           [&wanted](const std::string& text) { wanted.binaries.push_back(text); })
+      ->type_name("FILE")
+      ->expected(1);
+  addTexts(app, "--remarks", "Remarks of the compiler, a file or a folder, where they are not beside the program",
+           [&wanted](const std::string& text) { wanted.remarks.push_back(text); })
+      ->type_name("PATH")
+      ->expected(1);
+  addPath(app, "--source-root", "DIR", "Relative paths are below DIR; what is not below it is a library's",
+          wanted.sourceRoot);
+  addText(
+      app, "--cores", "How many cores to model; those of this machine, if not given",
+      [&wanted](const std::string& text) { wanted.cores = static_cast<int>(countIn("--cores", text, 1, kMostCores)); })
+      ->type_name("N");
+  addText(app, "--map-accesses", "Stop the trace of memory after so many accesses (2000000); 0: never",
+          [&wanted](const std::string& text) {
+            wanted.mapAccesses = static_cast<std::uint64_t>(
+                countIn("--map-accesses", text, 0, std::numeric_limits<std::int64_t>::max()));
+          })
+      ->type_name("N");
+  addPath(app, "--keep", "DIR", "Keep the files of the tools in DIR", wanted.keep);
+  app.add_flag("--dry-run", wanted.dryRun, "Print the commands, ready to paste, and run nothing");
+  addText(app, "--flags", "Print the build flags that the analyses want, for gcc or clang",
+          [&line](const std::string& text) { line.flagsFor = text; })
+      ->type_name("COMPILER");
+}
+
+ExitStatus runLine(const Line& line) {
+  if (!line.flagsFor.empty()) {
+    print(buildFlags(line.flagsFor));
+    return kDone;
+  }
+  if (line.wanted.project.empty()) throw UsageError("PROJECT: expected a project directory");
+  if (line.wanted.command.empty()) throw UsageError("COMMAND: expected the program and its arguments behind --");
+  return collect(line.wanted);
+}
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  kelvar collect --flags clang\n"
+    "  kelvar collect my-project -- build/app --size 100\n"
+    "  kelvar collect my-project --run monday --only survey --only suitability -- build/app\n"
+    "  kelvar collect my-project --dry-run -- build/app\n"
+    "\n"
+    "The program runs once for each of survey, dependencies and map. The output of its first run is passed on.\n"
+    "Exit status: that of the program's first run unless it is 0; else 0 done, 1 an analysis that was possible\n"
+    "failed or none was possible, 2 a usage error, 3 out of memory, or the system failed; 128 and the signal where\n"
+    "one interrupted it.";
+
+}  // namespace
+
+void addCollect(CLI::App& kelvar, Action& chosen) {
+  const auto line = std::make_shared<Line>();
+  CLI::App& app =
+      *kelvar.add_subcommand("collect", "Measure a program with the tools of this machine, and import that");
+  addOptions(app, *line);
+  app.footer(kExamples);
+  app.callback([line, &chosen] { chosen = [line] { return runLine(*line); }; });
+}
+
+}  // namespace kelvar_tool

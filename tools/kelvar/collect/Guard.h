@@ -1,0 +1,33 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+
+#include "FileDescriptor.h"
+
+namespace kelvar_tool {
+
+/// A process that does nothing until this one has ended, however it ended. Then it kills what is still running and
+/// removes the folder of temporary files. So not even SIGKILL leaves a child.
+class Guard {
+ public:
+  /// To be made while there is one thread. An empty `folder`: nothing is removed.
+  explicit Guard(const std::string& folder);
+  /// Returns when all is removed.
+  ~Guard();
+  Guard(const Guard&) = delete;  // owns the process
+  Guard& operator=(const Guard&) = delete;
+
+  /// The process group that is to end with this process; 0: none.
+  void watch(pid_t group) const noexcept;
+
+ private:
+  kelvar_platform::FileDescriptor pipe_;
+  pid_t process_ = 0;
+};
+
+/// A new folder for temporary files, below TMPDIR or /tmp. Throws a ReadError where none can be made.
+[[nodiscard]] std::string makeTemporaryFolder();
+
+}  // namespace kelvar_tool

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Machine.h"
+#include "ProgramFacts.h"
+#include "Wanted.h"
+
+namespace kelvar_tool {
+
+/// How one analysis is made on this machine.
+struct Recipe {
+  std::string analysis = {};
+  std::string how = {};                       ///< what is said of it
+  std::string obstacle = {};                  ///< why it cannot be made, and what would make it possible; empty: it can
+  std::string option = {};                    ///< of the import
+  std::vector<std::string> tool = {};         ///< the words in front of the program's command
+  std::vector<std::string> environment = {};  ///< NAME=VALUE of the run
+  bool runsProgram = false;
+  bool isPiped = false;                 ///< the import reads it as it comes, from descriptor kPipe
+  std::string output = {};              ///< in the folder of outputs: a file, or the beginning of the names of several
+  std::vector<std::string> files = {};  ///< what is there already
+};
+
+/// The number under which a tool finds the pipe. Below those that tools take for themselves, above those of programs.
+inline constexpr int kPipe = 9;
+
+/// What decides.
+struct Circumstances {
+  const Wanted& wanted;
+  const Machine& machine;
+  const kelvar_readers::ProgramFacts& facts;
+  bool commandIsProgram = true;  ///< no script
+  std::string program;           ///< of which the facts are
+  std::string folder;            ///< of outputs, absolute
+};
+
+/// One for each analysis that is wanted, in the order in which they are made.
+[[nodiscard]] std::vector<Recipe> recipes(const Circumstances& here);
+
+}  // namespace kelvar_tool
