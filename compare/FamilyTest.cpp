@@ -18,7 +18,7 @@ namespace kelvar_compare {
 namespace {
 
 constexpr std::size_t kMostSplits = 10'000;
-constexpr std::size_t kLeastCommon = 5;   // of fewer sites, one may be most of what they have in common
+constexpr std::size_t kLeastCommon = 5;    // of fewer sites, one may be most of what they have in common
 constexpr double kMostCommon = 0.1397619;  // log 1.15
 constexpr double kLeastTime = 1e-4;        // of the site's greatest time; a smaller one was hardly sampled
 
@@ -55,18 +55,37 @@ double meanOf(const std::vector<double>& values) {
   return count > 0 ? sum / count : 0;
 }
 
-/// Takes off what each run has in common over all sites.
+/// Takes off what each run has in common over the sites that every run timed.
 void takeOffCommon(std::vector<std::vector<double>>& sites) {
-  if (sites.size() < kLeastCommon) return;
+  std::vector<std::size_t> complete;
+  for (std::size_t at = 0; at < sites.size(); ++at) {
+    if (std::none_of(sites[at].begin(), sites[at].end(), [](double one) { return std::isnan(one); })) {
+      complete.push_back(at);
+    }
+  }
+  if (complete.size() < kLeastCommon) return;
   std::vector<double> means;
-  for (const std::vector<double>& site : sites) means.push_back(meanOf(site));
+  for (const std::size_t at : complete) means.push_back(meanOf(sites[at]));
   for (std::size_t run = 0; run < sites.front().size(); ++run) {
     std::vector<double> offsets;
-    for (std::size_t at = 0; at < sites.size(); ++at) {
-      if (!std::isnan(sites[at][run])) offsets.push_back(sites[at][run] - means[at]);
-    }
+    for (std::size_t i = 0; i < complete.size(); ++i) offsets.push_back(sites[complete[i]][run] - means[i]);
     const double common = std::clamp(medianOf(std::move(offsets)), -kMostCommon, kMostCommon);
     for (std::vector<double>& site : sites) site[run] -= common;
+  }
+}
+
+/// Draws values far from the site's median in, so that one bad run does not hide a change of the others.
+void drawIn(std::vector<double>& site) {
+  constexpr double kFar = 2.5;  // in median deviations
+  std::vector<double> known;
+  for (const double one : site) {
+    if (!std::isnan(one)) known.push_back(one);
+  }
+  const double median = medianOf(known);
+  for (double& one : known) one = std::abs(one - median);
+  const double reach = kFar * medianOf(std::move(known));
+  for (double& one : site) {
+    if (!std::isnan(one)) one = std::clamp(one, median - reach, median + reach);
   }
 }
 
@@ -81,6 +100,7 @@ class Statistic {
  public:
   explicit Statistic(const std::vector<std::vector<double>>& sites) : sites_(sites) {
     for (std::vector<double>& site : sites_) {
+      drawIn(site);
       const double mean = meanOf(site);
       for (double& one : site) one -= mean;  // so that squares lose no digits
     }
@@ -193,15 +213,32 @@ std::vector<double> familyPs(const Statistic& statistic, std::size_t before, std
   return ps;
 }
 
-double rankOf(const std::vector<double>& seconds, std::size_t before) {
-  std::vector<double> sides[2];
-  for (std::size_t run = 0; run < seconds.size(); ++run) {
-    if (!std::isnan(seconds[run])) sides[run < before ? 0 : 1].push_back(seconds[run]);
+struct Timed {
+  std::vector<double> before;
+  std::vector<double> after;
+};
+
+/// The values of a site, without those that are missing.
+Timed timedIn(const std::vector<double>& values, std::size_t before) {
+  Timed timed;
+  for (std::size_t run = 0; run < values.size(); ++run) {
+    if (!std::isnan(values[run])) (run < before ? timed.before : timed.after).push_back(values[run]);
   }
-  return rankTest(sides[0], sides[1]);
+  return timed;
+}
+
+double changeOf(const Timed& timed) {
+  const double base = medianOf(timed.before);
+  return base > 0 && !timed.after.empty() ? medianOf(timed.after) / base - 1 : std::nan("");
 }
 
 }  // namespace
+
+bool isCall(const Verdict& verdict, const Family& family, double threshold) {
+  return verdict.p <= levelFor(family.before, family.after) &&
+         verdict.familyP <= familyLevelFor(family.before, family.after) && std::abs(verdict.change) >= threshold &&
+         verdict.change * verdict.apart > 0;
+}
 
 std::vector<Verdict> judge(const Family& family) {
   if (family.seconds.empty()) return {};
@@ -214,9 +251,11 @@ std::vector<Verdict> judge(const Family& family) {
   sides.insert(sides.end(), family.after, 1);
   std::vector<Verdict> verdicts;
   for (std::size_t site = 0; site < ps.size(); ++site) {
-    verdicts.push_back({.p = rankOf(family.seconds[site], family.before),
+    const Timed apart = timedIn(logs[site], family.before);
+    verdicts.push_back({.p = rankTest(apart.before, apart.after),
                         .familyP = ps[site],
-                        .apart = std::expm1(statistic.difference(site, sides))});
+                        .apart = std::expm1(statistic.difference(site, sides)),
+                        .change = changeOf(timedIn(family.seconds[site], family.before))});
   }
   return verdicts;
 }

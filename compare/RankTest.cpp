@@ -4,7 +4,6 @@
 #include "RankTest.h"
 
 #include <algorithm>
-#include <cmath>
 #include <numeric>
 
 namespace kelvar_compare {
@@ -54,7 +53,8 @@ double rankTest(const std::vector<double>& before, const std::vector<double>& af
     const std::size_t mean = total * chosen;
     return scaled > mean ? scaled - mean : mean - scaled;
   };
-  const std::size_t observed = std::accumulate(ranks.begin(), ranks.begin() + static_cast<std::ptrdiff_t>(chosen), std::size_t{0});
+  const std::size_t observed =
+      std::accumulate(ranks.begin(), ranks.begin() + static_cast<std::ptrdiff_t>(chosen), std::size_t{0});
   double asFar = 0;
   double all = 0;
   for (std::size_t sum = 0; sum <= total; ++sum) {
@@ -81,6 +81,11 @@ double smallestP(std::size_t before, std::size_t after) {
 
 double levelFor(std::size_t before, std::size_t after) {
   constexpr double kLevel = 0.05;
+  return std::max(kLevel, smallestP(before, after));
+}
+
+double familyLevelFor(std::size_t before, std::size_t after) {
+  constexpr double kLevel = 0.025;
   return std::max(kLevel, smallestP(before, after));
 }
 

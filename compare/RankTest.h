@@ -20,6 +20,10 @@ inline constexpr std::size_t kLeastRuns = 3;
 /// A call is made from this p down: 0.05, or the smallest that can be had where even that is greater.
 [[nodiscard]] double levelFor(std::size_t before, std::size_t after);
 
+/// The same for a family of sites that are judged together: 0.025, so that of 40 comparisons of a program with itself
+/// one calls a site.
+[[nodiscard]] double familyLevelFor(std::size_t before, std::size_t after);
+
 /// Splits of `before` + `after` runs into two such sides; stops counting past `most`.
 [[nodiscard]] std::size_t splitsOf(std::size_t before, std::size_t after, std::size_t most);
 
