@@ -234,13 +234,13 @@ double changeOf(const Timed& timed) {
 
 }  // namespace
 
-bool isCall(const Verdict& verdict, const Family& family, double threshold) {
+bool isCall(const SiteVerdict& verdict, const Family& family, double threshold) {
   return verdict.p <= levelFor(family.before, family.after) &&
          verdict.familyP <= familyLevelFor(family.before, family.after) && std::abs(verdict.change) >= threshold &&
          verdict.change * verdict.apart > 0;
 }
 
-std::vector<Verdict> judge(const Family& family) {
+std::vector<SiteVerdict> judge(const Family& family) {
   if (family.seconds.empty()) return {};
   std::vector<std::vector<double>> logs;
   for (const std::vector<double>& site : family.seconds) logs.push_back(logarithms(site));
@@ -249,7 +249,7 @@ std::vector<Verdict> judge(const Family& family) {
   const std::vector<double> ps = familyPs(statistic, family.before, family.after);
   Sides sides(family.before, 0);
   sides.insert(sides.end(), family.after, 1);
-  std::vector<Verdict> verdicts;
+  std::vector<SiteVerdict> verdicts;
   for (std::size_t site = 0; site < ps.size(); ++site) {
     const Timed apart = timedIn(logs[site], family.before);
     verdicts.push_back({.p = rankTest(apart.before, apart.after),

@@ -13,7 +13,7 @@ struct Family {
   std::vector<std::vector<double>> seconds;
 };
 
-struct Verdict {
+struct SiteVerdict {
   double p = 1;        ///< of the rank test of this site alone
   double familyP = 1;  ///< how often chance makes any site of the family differ as clearly as this one
   double apart = 0;    ///< AFTER over BEFORE less 1, without what all sites have in common
@@ -22,13 +22,13 @@ struct Verdict {
 
 /// Whether the site is slower or faster: more than noise by both tests, and by `threshold` or more (0.05: 5 %) as it
 /// was measured, in the direction that is left without what all sites have in common.
-[[nodiscard]] bool isCall(const Verdict& verdict, const Family& family, double threshold);
+[[nodiscard]] bool isCall(const SiteVerdict& verdict, const Family& family, double threshold);
 
 /// Judges each site. Of many sites, some differ by chance, and with five runs a side no correction of single p-values
 /// leaves any to call: the smallest is 2/252. So the runs are split anew in every way, all sites at once, and of each
 /// split the clearest difference of any site is kept (the max-T of Westfall and Young, "Resampling-Based Multiple
 /// Testing", 1993): exact for any number of sites, however they depend on each other. Of more than 10,000 splits, that
 /// many are drawn, always the same ones.
-[[nodiscard]] std::vector<Verdict> judge(const Family& family);
+[[nodiscard]] std::vector<SiteVerdict> judge(const Family& family);
 
 }  // namespace kelvar_compare

@@ -112,7 +112,7 @@ class Measured {
 std::vector<int> callsOf(const Family& family) {
   constexpr double kThreshold = 0.03;
   std::vector<int> calls;
-  for (const Verdict& verdict : judge(family)) {
+  for (const SiteVerdict& verdict : judge(family)) {
     calls.push_back(!isCall(verdict, family, kThreshold) ? 0 : verdict.change > 0 ? 1 : -1);
   }
   return calls;

@@ -22,7 +22,7 @@ SEES = {
     "readers": ["platform", "src/vocabulary"],
     "sources": ["src/vocabulary"],
     "page": ["include", "platform", "src/vocabulary"],
-    "compare": [],
+    "compare": ["sources", "src/vocabulary"],
     "tools": ["compare", "page", "include", "readers", "sources", "platform", "src/vocabulary"],
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)

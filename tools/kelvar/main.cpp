@@ -8,6 +8,7 @@
 
 #include "Annotate.h"
 #include "CommandLine.h"
+#include "Compare.h"
 #include "Diagnosis.h"
 #include "Messages.h"
 #include "Output.h"
@@ -24,7 +25,7 @@ namespace kelvar_tool {
 
 namespace {
 
-constexpr AddSubcommand kSubcommands[] = {addReport, addShow, addView, addStatus, addRuns, addAnnotate,
+constexpr AddSubcommand kSubcommands[] = {addReport, addShow, addView, addCompare, addStatus, addRuns, addAnnotate,
                                           addImport};
 
 constexpr const char* kExamples =
