@@ -29,11 +29,11 @@ enum class Turn : std::uint8_t { none, came, went };
 
 struct TimeChange {
   Verdict verdict = Verdict::untimed;
-  double before = kUnknown;   ///< the median of BEFORE's runs, in seconds
-  double after = kUnknown;    ///< the same of AFTER
-  double change = kUnknown;   ///< AFTER over BEFORE less 1
-  double p = kUnknown;        ///< of the site's rank test; NaN where it was not tested
-  double amongAll = kUnknown; ///< how often chance makes any of the sites differ as clearly
+  double before = kUnknown;    ///< the median of BEFORE's runs, in seconds
+  double after = kUnknown;     ///< the same of AFTER
+  double change = kUnknown;    ///< AFTER over BEFORE less 1
+  double p = kUnknown;         ///< of the site's rank test; NaN where it was not tested
+  double amongAll = kUnknown;  ///< how often chance makes any of the sites differ as clearly
 
   [[nodiscard]] double seconds() const noexcept { return after - before; }
   [[nodiscard]] bool called() const noexcept { return verdict == Verdict::slower || verdict == Verdict::faster; }
@@ -67,9 +67,9 @@ struct Settings {
 };
 
 struct Comparison {
-  bool tested = false;    ///< there are runs enough
-  double threshold = 0;   ///< that was used
-  TimeChange whole;       ///< of the program
+  bool tested = false;            ///< there are runs enough
+  double threshold = 0;           ///< that was used
+  TimeChange whole;               ///< of the program
   std::vector<SiteChange> sites;  ///< what changed first, of each state the greatest difference first
 
   [[nodiscard]] std::size_t count(const std::function<bool(const SiteChange&)>& is) const;

@@ -54,8 +54,7 @@ std::optional<Key> labelKey(const Identity& site) {
 
 std::optional<Key> labelInFileKey(const Identity& site) {
   if (site.label.empty()) return std::nullopt;
-  return Key{
-      .hash = mixed(site.label, 0), .label = site.label, .leaf = site.file.get_leaf(), .kind = kindOf(site)};
+  return Key{.hash = mixed(site.label, 0), .label = site.label, .leaf = site.file.get_leaf(), .kind = kindOf(site)};
 }
 
 std::optional<Key> placeKey(const Identity& site) {

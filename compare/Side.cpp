@@ -78,9 +78,7 @@ Vectorised Side::vectorised(std::size_t site) const {
 
 int Side::stride(std::size_t site) const {
   constexpr double kMatters = 0.25;
-  const auto steps = [&](std::size_t sort) {
-    return std::max(0.0, static_cast<double>(sites_[site].strides[sort]));
-  };
+  const auto steps = [&](std::size_t sort) { return std::max(0.0, static_cast<double>(sites_[site].strides[sort])); };
   const double all = steps(0) + steps(1) + steps(2);
   if (all <= 0) return -1;
   if (steps(1) + steps(2) < kMatters * all) return 0;

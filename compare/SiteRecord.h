@@ -31,9 +31,9 @@ struct Identity {
 /// What one run says of one site.
 struct SiteRecord {
   Identity identity;
-  double time = kUnknown;  ///< seconds with all that runs within
-  double gain = kUnknown;  ///< of the program, as a factor
-  std::int64_t races = -1;  ///< -1: nobody looked
+  double time = kUnknown;                 ///< seconds with all that runs within
+  double gain = kUnknown;                 ///< of the program, as a factor
+  std::int64_t races = -1;                ///< -1: nobody looked
   std::array<std::int64_t, 3> strides{};  ///< steps of unit, constant and varying stride
   Vectorised vectorised = Vectorised::unknown;
   Match match = Match::absent;

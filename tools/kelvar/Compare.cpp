@@ -67,8 +67,8 @@ double thresholdIn(const std::string& text) {
 
 /// A time is called slower by the test, or by a threshold that somebody chose.
 void requireJudgeable(const Request& request) {
-  const bool slower = std::any_of(request.gates.begin(), request.gates.end(),
-                                  [](const Gate* gate) { return gate->name == "slower"; });
+  const bool slower =
+      std::any_of(request.gates.begin(), request.gates.end(), [](const Gate* gate) { return gate->name == "slower"; });
   const std::size_t least = std::min(request.before.size(), request.after.size());
   if (!slower || request.threshold || least >= kelvar_compare::kLeastRuns) return;
   throw UsageError("--fail-on slower: expected " + std::to_string(kelvar_compare::kLeastRuns) +
@@ -89,8 +89,8 @@ void sayFallen(const GateResult& result, const ComparedSides& sides) {
   if (result.whole) sentence += "the program as a whole is slower";
   if (result.whole && result.sites > 0) sentence += "; ";
   if (result.sites > 0) {
-    sentence += std::to_string(result.sites) + (result.sites == 1 ? " site is " : " sites are ") +
-                std::string(result.gate->what);
+    sentence += std::string(result.gate->what) + " at " + std::to_string(result.sites) +
+                (result.sites == 1 ? " site" : " sites");
     std::size_t count = 0;
     for (const SiteChange& site : sides.comparison.sites) {
       if (!result.gate->falls(site)) continue;

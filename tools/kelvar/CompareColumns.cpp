@@ -90,10 +90,11 @@ std::vector<CompareColumn> makeColumns() {
   std::vector<CompareColumn> columns{
       {"state", [](const ComparedSides&, const SiteChange& site) { return textCell(nameOf(site.state)); }},
       {"label", [](const ComparedSides& sides, const SiteChange& site) { return Cell(identityOf(sides, site).label); }},
-      {"kind",
-       [](const ComparedSides& sides, const SiteChange& site) { return Cell(compareKindName(identityOf(sides, site))); }},
+      {"kind", [](const ComparedSides& sides,
+                  const SiteChange& site) { return Cell(compareKindName(identityOf(sides, site))); }},
       {"pairedBy", [](const ComparedSides&, const SiteChange& site) { return textCell(nameOf(site.by)); }},
-      {"time.verdict", [](const ComparedSides&, const SiteChange& site) { return textCell(nameOf(site.time.verdict)); }},
+      {"time.verdict",
+       [](const ComparedSides&, const SiteChange& site) { return textCell(nameOf(site.time.verdict)); }},
       {"time.changePercent",
        [](const ComparedSides&, const SiteChange& site) { return numberCell(100 * site.time.change); }},
       {"time.p", [](const ComparedSides&, const SiteChange& site) { return numberCell(site.time.p); }},
@@ -108,17 +109,28 @@ std::vector<CompareColumn> makeColumns() {
       {"annotationGone", [](const ComparedSides&, const SiteChange& site) { return Cell(site.lost); }},
   };
   const std::vector<CompareColumn> ofSides{
-      {"before.sequence", before<sequence>},     {"before.file", before<file>},
-      {"before.line", before<line>},             {"before.runs", before<runs>},
-      {"before.time", before<time>},             {"before.vectorized", before<vectorised>},
-      {"before.races", before<races>},           {"before.stride", before<stride>},
-      {"before.strideShare", before<strideShare>}, {"before.gain", before<gain>},
-      {"before.match", before<match>},           {"after.sequence", after<sequence>},
-      {"after.file", after<file>},               {"after.line", after<line>},
-      {"after.runs", after<runs>},               {"after.time", after<time>},
-      {"after.vectorized", after<vectorised>},   {"after.races", after<races>},
-      {"after.stride", after<stride>},           {"after.strideShare", after<strideShare>},
-      {"after.gain", after<gain>},               {"after.match", after<match>},
+      {"before.sequence", before<sequence>},
+      {"before.file", before<file>},
+      {"before.line", before<line>},
+      {"before.runs", before<runs>},
+      {"before.time", before<time>},
+      {"before.vectorized", before<vectorised>},
+      {"before.races", before<races>},
+      {"before.stride", before<stride>},
+      {"before.strideShare", before<strideShare>},
+      {"before.gain", before<gain>},
+      {"before.match", before<match>},
+      {"after.sequence", after<sequence>},
+      {"after.file", after<file>},
+      {"after.line", after<line>},
+      {"after.runs", after<runs>},
+      {"after.time", after<time>},
+      {"after.vectorized", after<vectorised>},
+      {"after.races", after<races>},
+      {"after.stride", after<stride>},
+      {"after.strideShare", after<strideShare>},
+      {"after.gain", after<gain>},
+      {"after.match", after<match>},
   };
   columns.insert(columns.end(), ofSides.begin(), ofSides.end());
   return columns;
@@ -149,13 +161,13 @@ const Identity& identityOf(const ComparedSides& sides, const SiteChange& site) {
 
 const std::vector<Gate>& gates() {
   static const std::vector<Gate> all{
-      {"slower", "slower",
+      {"slower", "a longer time",
        [](const SiteChange& site) { return site.time.verdict == kelvar_compare::Verdict::slower; }},
-      {"race", "with races that BEFORE did not have", [](const SiteChange& site) { return site.races == Turn::came; }},
+      {"race", "a race that BEFORE does not have", [](const SiteChange& site) { return site.races == Turn::came; }},
       {"vectorization", "no longer vectorized",
        [](const SiteChange& site) { return site.vectorisation == Turn::went; }},
-      {"stale", "matching the annotations less well than before", [](const SiteChange& site) { return site.stale; }},
-      {"gone", "gone with their annotations", [](const SiteChange& site) { return site.lost; }},
+      {"stale", "a worse match with the annotations", [](const SiteChange& site) { return site.stale; }},
+      {"gone", "no annotation any more", [](const SiteChange& site) { return site.lost; }},
   };
   return all;
 }

@@ -26,7 +26,7 @@ struct CompareColumn {
 /// What `--fail-on` can name.
 struct Gate {
   std::string_view name;
-  std::string_view what;  ///< behind a count: `sites are slower`
+  std::string_view what;  ///< before `at 2 sites`
   bool (*falls)(const kelvar_compare::SiteChange& site);
 };
 [[nodiscard]] const std::vector<Gate>& gates();

@@ -76,6 +76,15 @@ std::string withoutLinks(const std::string& path) {
   return error ? path : resolved.native();
 }
 
+void requireReadable(const char* argument, const std::vector<std::string>& directories) {
+  for (const std::string& directory : directories) {
+    if (!isDirectory(directory)) {
+      throw UsageError(std::string(argument) + ": expected a directory, not " + inQuotes(directory));
+    }
+    if (piecesIn(directory).none()) throw UsageError("no annotations or results in " + inQuotes(directory));
+  }
+}
+
 }  // namespace
 
 /// What is asked of an annotation database beyond the rows of a run, and only where sites are left over.
@@ -119,11 +128,7 @@ kelvar_compare::RunRecord ComparedRuns::runIn(const std::string& directory) {
   return run;
 }
 
-kelvar_compare::Side ComparedRuns::read(const std::string& argument, const std::vector<std::string>& directories) {
-  for (const std::string& directory : directories) {
-    if (!isDirectory(directory)) throw UsageError(argument + ": expected a directory, not " + inQuotes(directory));
-    if (piecesIn(directory).none()) throw UsageError("no annotations or results in " + inQuotes(directory));
-  }
+kelvar_compare::Side ComparedRuns::read(const std::vector<std::string>& directories) {
   kelvar_compare::Side side;
   ofSide_.clear();
   for (const std::string& directory : directories) side.add(runIn(directory), anchors());
@@ -167,9 +172,11 @@ bool ComparedRuns::lives(const kelvar_compare::Identity& site) {
 
 ComparedSides compareRuns(const std::vector<std::string>& before, const std::vector<std::string>& after,
                           std::optional<double> threshold) {
+  requireReadable("BEFORE", before);
+  requireReadable("--with", after);
   ComparedRuns runs;
-  ComparedSides sides{.before = runs.read("BEFORE", before), .after = {}, .comparison = {}, .complaints = {}};
-  sides.after = runs.read("--with", after);
+  ComparedSides sides{.before = runs.read(before), .after = {}, .comparison = {}, .complaints = {}};
+  sides.after = runs.read(after);
   sides.comparison = kelvar_compare::compared(
       sides.before, sides.after, runs.anchors(),
       {.threshold = threshold, .lives = [&](const kelvar_compare::Identity& site) { return runs.lives(site); }});

@@ -21,9 +21,8 @@ class ComparedRuns {
   ComparedRuns(const ComparedRuns&) = delete;  // what it hands out refers to it
   ComparedRuns& operator=(const ComparedRuns&) = delete;
 
-  /// The runs in these directories as one side. What could not be read is said, and is among the complaints. Throws
-  /// UsageError where one of them, which `argument` names, is no directory or has nothing to compare.
-  [[nodiscard]] kelvar_compare::Side read(const std::string& argument, const std::vector<std::string>& directories);
+  /// The runs in these directories as one side. What could not be read is said, and is among the complaints.
+  [[nodiscard]] kelvar_compare::Side read(const std::vector<std::string>& directories);
 
   [[nodiscard]] kelvar_compare::AnchorsOf anchors();
   /// Whether the annotation lives, disabled or not, in a database that the side which was read last has too.
@@ -51,6 +50,7 @@ struct ComparedSides {
   kelvar_compare::Comparison comparison;
   std::vector<std::string> complaints;
 };
+/// Throws UsageError where one is no directory or has nothing to compare.
 [[nodiscard]] ComparedSides compareRuns(const std::vector<std::string>& before, const std::vector<std::string>& after,
                                         std::optional<double> threshold);
 

@@ -29,7 +29,8 @@ std::string percentText(double change) {
   if (std::isnan(change)) return {};
   std::array<char, 32> text{};
   const double percent = 100 * change;
-  static_cast<void>(std::snprintf(text.data(), text.size(), std::abs(percent) < 99.95 ? "%+.1f%%" : "%+.0f%%", percent));
+  static_cast<void>(
+      std::snprintf(text.data(), text.size(), std::abs(percent) < 99.95 ? "%+.1f%%" : "%+.0f%%", percent));
   return text.data();
 }
 
@@ -53,7 +54,8 @@ Paint paintOf(Verdict verdict) {
 }
 
 std::string sideText(const char* name, const Side& side) {
-  std::string text = std::string(name) + ": " + kelvar_page::counted(static_cast<std::int64_t>(side.runs()), "run", "runs");
+  std::string text =
+      std::string(name) + ": " + kelvar_page::counted(static_cast<std::int64_t>(side.runs()), "run", "runs");
   text += " (" + visible(side.names().front());
   if (side.runs() > 2) text += " ...";
   if (side.runs() > 1) text += " " + visible(side.names().back());
@@ -62,8 +64,8 @@ std::string sideText(const char* name, const Side& side) {
 
 std::string wholeText(const TimeChange& whole, const Terminal& terminal) {
   if (whole.verdict == Verdict::untimed) return "In all: not timed on both sides\n";
-  std::string text = "In all: " + kelvar_page::timeText(whole.before) + " to " + kelvar_page::timeText(whole.after) + ", " +
-                     percentText(whole.change) + " of BEFORE";
+  std::string text = "In all: " + kelvar_page::timeText(whole.before) + " to " + kelvar_page::timeText(whole.after) +
+                     ", " + percentText(whole.change) + " of BEFORE";
   if (whole.called()) text += ", " + painted(terminal, paintOf(whole.verdict), nameOf(whole.verdict));
   if (whole.verdict == Verdict::same && !std::isnan(whole.p)) text += ", no more than noise";
   if (!std::isnan(whole.p)) text += " (" + pText(whole.p) + ")";
@@ -85,8 +87,8 @@ std::string noteText(const ComparedSides& sides) {
   const kelvar_compare::Comparison& comparison = sides.comparison;
   if (comparison.tested) return {};
   const std::string least = std::to_string(kelvar_compare::kLeastRuns);
-  std::string text = "A test against noise takes " + least + " runs a side: with " + std::to_string(sides.before.runs()) +
-                     " and " + std::to_string(sides.after.runs());
+  std::string text = "A test against noise takes " + least + " runs a side: with " +
+                     std::to_string(sides.before.runs()) + " and " + std::to_string(sides.after.runs());
   if (comparison.whole.verdict == Verdict::untested) return text + ", no time is called slower or faster.\n";
   return text + ", the threshold of " + percentText(comparison.threshold).substr(1) + " alone decides.\n";
 }
@@ -154,7 +156,7 @@ std::string changedTable(const ComparedSides& sides, std::size_t rows, const Ter
                    {.heading = "Before", .right = true},
                    {.heading = "After", .right = true},
                    {.heading = "Change", .right = true},
-                   {.heading = "Time"},
+                   {.heading = "Verdict"},
                    {.heading = "Vector"},
                    {.heading = "Races"},
                    {.heading = "Stride"},
