@@ -19,28 +19,36 @@ std::vector<const Column*> everyColumn() {
 
 }  // namespace
 
-void printCsv(const Loaded& loaded, const Selection& selection) {
-  const std::vector<const Column*> columns = selection.columns.empty() ? everyColumn() : selection.columns;
-  PrintedPieces pieces;
-  std::string& out = pieces.text();
-  const char* separator = "";
-  for (const Column* const column : columns) {
-    out += separator;
-    appendField(out, column->name);
-    separator = ",";
-  }
-  out += kCsvLineEnd;
+std::vector<const Column*> csvColumns(const Selection& selection) {
+  return selection.columns.empty() ? everyColumn() : selection.columns;
+}
 
+void printCsvRows(PrintedPieces& pieces, const Loaded& loaded, const Selection& selection, std::string_view before) {
+  const std::vector<const Column*> columns = csvColumns(selection);
+  std::string& out = pieces.text();
   forEachRow(*loaded.data, selection.rows, [&](const Row& row) {
+    out += before;
     const std::size_t start = out.size();
     for (const Column* const column : columns) {
       if (column != columns.front()) out += ',';
       appendField(out, column->value(row, column->kind));
     }
-    if (out.size() == start) out += "\"\"";  // most readers skip an empty line
+    if (before.empty() && out.size() == start) out += "\"\"";  // most readers skip an empty line
     out += kCsvLineEnd;
     pieces.pass();
   });
+}
+
+void printCsv(const Loaded& loaded, const Selection& selection) {
+  PrintedPieces pieces;
+  const char* separator = "";
+  for (const Column* const column : csvColumns(selection)) {
+    pieces.text() += separator;
+    appendField(pieces.text(), column->name);
+    separator = ",";
+  }
+  pieces.text() += kCsvLineEnd;
+  printCsvRows(pieces, loaded, selection, {});
   pieces.finish();
 }
 
