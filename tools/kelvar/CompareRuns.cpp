@@ -14,6 +14,7 @@
 #include "Loading.h"
 #include "Messages.h"
 #include "Overview.h"
+#include "ProcessMemory.h"
 #include "Project.h"
 
 namespace kelvar_tool {
@@ -115,6 +116,7 @@ kelvar_compare::RunRecord ComparedRuns::runIn(const std::string& directory) {
   const std::uint32_t database = databaseNumber(pieces.annotations);
   ofSide_.insert(database);
   const Loaded loaded = load(pieces);
+  kelvar_platform::returnFreedMemory();  // of reading
   for (const std::string& complaint : loaded.complaints) {
     say(complaint);
     complaints_.push_back(complaint);
@@ -131,7 +133,11 @@ kelvar_compare::RunRecord ComparedRuns::runIn(const std::string& directory) {
 kelvar_compare::Side ComparedRuns::read(const std::vector<std::string>& directories) {
   kelvar_compare::Side side;
   ofSide_.clear();
-  for (const std::string& directory : directories) side.add(runIn(directory), anchors());
+  for (const std::string& directory : directories) {
+    kelvar_compare::RunRecord run = runIn(directory);
+    kelvar_platform::returnFreedMemory();  // of a run of a million sites, most is free now
+    side.add(std::move(run), anchors());
+  }
   return side;
 }
 
