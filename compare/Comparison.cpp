@@ -17,6 +17,7 @@ class Comparer {
   Comparer(const Side& before, const Side& after, const Settings& settings)
       : before_(before), after_(after), settings_(settings) {
     result_.tested = before.runs() >= kLeastRuns && after.runs() >= kLeastRuns;
+    result_.judged = result_.tested || settings.threshold;
     result_.threshold = settings.threshold.value_or(Settings::kUsualThreshold);
   }
 

@@ -68,6 +68,7 @@ struct Settings {
 
 struct Comparison {
   bool tested = false;            ///< there are runs enough
+  bool judged = false;            ///< by the test or by a threshold that somebody chose
   double threshold = 0;           ///< that was used
   TimeChange whole;               ///< of the program
   std::vector<SiteChange> sites;  ///< what changed first, of each state the greatest difference first

@@ -19,7 +19,8 @@ namespace {
 using kelvar_import::RunFacts;
 
 struct Run {
-  std::string name;  ///< empty: the project's own results
+  std::string project;  ///< as it was named
+  std::string name;     ///< empty: the project's own results
   std::string directory;
 };
 
@@ -37,6 +38,7 @@ Cell momentCell(std::uint64_t seconds) {
 }
 
 constexpr RunColumn kRunColumns[] = {
+    {"project", [](const Run& run, const RunFacts&) { return textCell(run.project); }},
     {"name", [](const Run& run, const RunFacts&) { return textCell(run.name); }},
     {"startTime", [](const Run&, const RunFacts& facts) { return momentCell(facts.startTime); }},
     {"endTime", [](const Run&, const RunFacts& facts) { return momentCell(facts.endTime); }},
@@ -55,9 +57,9 @@ bool hasResults(const Pieces& pieces) {
 
 std::vector<Run> runsOf(const std::string& project) {
   std::vector<Run> runs;
-  if (hasResults(piecesIn(project))) runs.push_back({.name = {}, .directory = project});
+  if (hasResults(piecesIn(project))) runs.push_back({.project = project, .name = {}, .directory = project});
   for (const std::string& name : kelvar_import::runNames(project)) {
-    runs.push_back({.name = name, .directory = kelvar_import::runDirectory(project, name)});
+    runs.push_back({.project = project, .name = name, .directory = kelvar_import::runDirectory(project, name)});
   }
   return runs;
 }

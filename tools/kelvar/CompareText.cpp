@@ -1,13 +1,8 @@
-#include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstdio>
 #include <string>
 
 #include "CompareFormats.h"
-#include "Figures.h"
+#include "CompareRows.h"
 #include "Output.h"
-#include "RankTest.h"
 #include "Terminal.h"
 #include "TextTable.h"
 
@@ -15,233 +10,36 @@ namespace kelvar_tool {
 
 namespace {
 
-using kelvar_compare::Side;
-using kelvar_compare::SiteChange;
-using kelvar_compare::State;
-using kelvar_compare::TimeChange;
-using kelvar_compare::Turn;
-using kelvar_compare::Verdict;
-using Cell = TextTable::Cell;
-
-constexpr std::size_t kMostRows = 40;  // of either table; programs get all
-
-std::string percentText(double change) {
-  if (std::isnan(change)) return {};
-  std::array<char, 32> text{};
-  const double percent = 100 * change;
-  static_cast<void>(
-      std::snprintf(text.data(), text.size(), std::abs(percent) < 99.95 ? "%+.1f%%" : "%+.0f%%", percent));
-  return text.data();
-}
-
-std::string timeOrDash(double seconds) {
-  return std::isnan(seconds) ? "-" : kelvar_page::timeText(seconds);
-}
-
-std::string pText(double p) {
-  std::array<char, 32> text{};
-  static_cast<void>(std::snprintf(text.data(), text.size(), p < 0.001 ? "p < 0.001" : "p = %.3f", p));
-  return text.data();
-}
-
-std::string arrow(const std::string& before, const std::string& after) {
-  if (before == after) return before;
-  return (before.empty() ? "-" : before) + " to " + (after.empty() ? "-" : after);
-}
-
-Paint paintOf(Verdict verdict) {
-  return verdict == Verdict::slower ? Paint::bad : verdict == Verdict::faster ? Paint::good : Paint::plain;
-}
-
-std::string sideText(const char* name, const Side& side) {
-  std::string text =
-      std::string(name) + ": " + kelvar_page::counted(static_cast<std::int64_t>(side.runs()), "run", "runs");
-  text += " (" + visible(side.names().front());
-  if (side.runs() > 2) text += " ...";
-  if (side.runs() > 1) text += " " + visible(side.names().back());
-  return text + ")\n";
-}
-
-std::string wholeText(const TimeChange& whole, const Terminal& terminal) {
-  if (whole.verdict == Verdict::untimed) return "In all: not timed on both sides\n";
-  std::string text = "In all: " + kelvar_page::timeText(whole.before) + " to " + kelvar_page::timeText(whole.after) +
-                     ", " + percentText(whole.change) + " of BEFORE";
-  if (whole.called()) text += ", " + painted(terminal, paintOf(whole.verdict), nameOf(whole.verdict));
-  if (whole.verdict == Verdict::same && !std::isnan(whole.p)) text += ", no more than noise";
-  if (!std::isnan(whole.p)) text += " (" + pText(whole.p) + ")";
-  return text + '\n';
-}
-
-std::string countsText(const ComparedSides& sides) {
-  std::string text = "Sites: ";
-  for (const State state : {State::changed, State::added, State::gone, State::unchanged}) {
-    const auto count = sides.comparison.count([&](const SiteChange& site) { return site.state == state; });
-    if (state != State::changed) text += ", ";
-    text += kelvar_page::countText(static_cast<std::int64_t>(count)) + " " + std::string(nameOf(state));
-  }
-  return text + '\n';
-}
-
-/// What the figures cannot tell.
-std::string noteText(const ComparedSides& sides) {
-  const kelvar_compare::Comparison& comparison = sides.comparison;
-  if (comparison.tested) return {};
-  const std::string least = std::to_string(kelvar_compare::kLeastRuns);
-  std::string text = "A test against noise takes " + least + " runs a side: with " +
-                     std::to_string(sides.before.runs()) + " and " + std::to_string(sides.after.runs());
-  if (comparison.whole.verdict == Verdict::untested) return text + ", no time is called slower or faster.\n";
-  return text + ", the threshold of " + percentText(comparison.threshold).substr(1) + " alone decides.\n";
-}
-
-std::string whereText(const kelvar_compare::Identity& site) {
-  if (site.file.empty()) return "?";
-  return visible(site.file.get_leaf()) + ":" + std::to_string(site.line);
-}
-
-Cell siteCell(const kelvar_compare::Identity& site) {
-  const bool annotated = site.sort == kelvar_compare::Sort::annotated;
-  return {visible(site.label.empty() ? "(no label)" : site.label), annotated ? Paint::bold : Paint::plain};
-}
-
-Cell verdictCell(const TimeChange& time) {
-  if (time.called()) return {std::string(nameOf(time.verdict)), paintOf(time.verdict)};
-  if (time.verdict == Verdict::untested) return {"?", Paint::dim};
-  return {time.verdict == Verdict::same ? "as before" : "", Paint::dim};
-}
-
-Cell vectorCell(const ComparedSides& sides, const SiteChange& site) {
-  if (site.vectorisation == Turn::none && !site.otherVectorisation) return {};
-  const auto name = [](kelvar_compare::Vectorised vectorised) { return std::string(vectorisedName(vectorised)); };
-  return {arrow(name(sides.before.vectorised(site.before)), name(sides.after.vectorised(site.after))),
-          site.vectorisation == Turn::came   ? Paint::good
-          : site.vectorisation == Turn::went ? Paint::bad
-                                             : Paint::plain};
-}
-
-Cell racesCell(const ComparedSides& sides, const SiteChange& site) {
-  if (site.races == Turn::none) return {};
-  const auto count = [](const Side& side, std::size_t index) {
-    const std::int64_t races = index == SiteChange::kNone ? -1 : side.sites()[index].races;
-    return races < 0 ? std::string() : kelvar_page::countText(races);
-  };
-  return {arrow(count(sides.before, site.before), count(sides.after, site.after)),
-          site.races == Turn::came ? Paint::bad : Paint::good};
-}
-
-std::string strideText(const ComparedSides& sides, const SiteChange& site) {
-  static constexpr std::array kNames{"", "unit", "constant", "varying"};
-  if (!site.stride) return {};
-  return arrow(kNames[static_cast<std::size_t>(sides.before.stride(site.before) + 1)],
-               kNames[static_cast<std::size_t>(sides.after.stride(site.after) + 1)]);
-}
-
-std::string gainText(const ComparedSides& sides, const SiteChange& site) {
-  const double before = sides.before.gain(site.before);
-  const double after = sides.after.gain(site.after);
-  if (std::isnan(before) || std::isnan(after)) return {};
-  return arrow(kelvar_page::gainText(before), kelvar_page::gainText(after));
-}
-
-std::string matchText(const ComparedSides& sides, const SiteChange& site) {
-  static constexpr std::array kNames{"", "none", "approximate", "exact"};
-  if (!site.stale) return {};
-  return arrow(kNames[static_cast<std::size_t>(sides.before.sites()[site.before].match)],
-               kNames[static_cast<std::size_t>(sides.after.sites()[site.after].match)]);
-}
-
-std::string changedTable(const ComparedSides& sides, std::size_t rows, const Terminal& terminal) {
-  TextTable table({{.heading = "Site"},
-                   {.heading = "Kind"},
-                   {.heading = "Where", .keepEnd = true},
-                   {.heading = "Before", .right = true},
-                   {.heading = "After", .right = true},
-                   {.heading = "Change", .right = true},
-                   {.heading = "Verdict"},
-                   {.heading = "Vector"},
-                   {.heading = "Races"},
-                   {.heading = "Stride"},
-                   {.heading = "Gain"},
-                   {.heading = "Match"},
-                   {.heading = "Paired by"}});
-  for (std::size_t at = 0; at < rows; ++at) {
-    const SiteChange& site = sides.comparison.sites[at];
-    const kelvar_compare::Identity& identity = identityOf(sides, site);
-    const bool timed = site.time.verdict != Verdict::untimed;
-    table.add({siteCell(identity),
-               {compareKindName(identity)},
-               {whereText(identity), Paint::dim},
-               {timed ? timeOrDash(site.time.before) : ""},
-               {timed ? timeOrDash(site.time.after) : ""},
-               {percentText(site.time.change), paintOf(site.time.verdict)},
-               verdictCell(site.time),
-               vectorCell(sides, site),
-               racesCell(sides, site),
-               {strideText(sides, site)},
-               {gainText(sides, site)},
-               {matchText(sides, site)},
-               {std::string(nameOf(site.by)), Paint::dim}});
-  }
-  return table.text(terminal, {{10, 0}, {12, 0}, {1, 0}, {2, 16}, {0, 24}, {9, 8}, {2, 0}, {0, 12}});
-}
-
-std::string alonesTable(const ComparedSides& sides, const std::vector<const SiteChange*>& sites,
-                        const Terminal& terminal) {
-  TextTable table({{.heading = ""},
-                   {.heading = "Site"},
-                   {.heading = "Kind"},
-                   {.heading = "Where", .keepEnd = true},
-                   {.heading = "Time", .right = true},
-                   {.heading = "Races"}});
-  for (const SiteChange* const site : sites) {
-    const kelvar_compare::Identity& identity = identityOf(sides, *site);
-    const double time = site->state == State::gone ? site->time.before : site->time.after;
-    table.add({{std::string(nameOf(site->state)), Paint::dim},
-               siteCell(identity),
-               {compareKindName(identity)},
-               {whereText(identity), Paint::dim},
-               {std::isnan(time) ? "" : kelvar_page::timeText(time)},
-               racesCell(sides, *site)});
-  }
-  return table.text(terminal, {{2, 0}, {3, 16}, {1, 24}, {3, 0}, {1, 12}});
-}
-
-std::string moreText(std::size_t all, std::size_t shown) {
-  if (all <= shown) return {};
-  return "... and " + kelvar_page::countText(static_cast<std::int64_t>(all - shown)) +
-         " more: --format csv and json have all of them.\n";
+std::string line(const std::string& text) {
+  return text.empty() ? text : text + '\n';
 }
 
 }  // namespace
 
 void printCompareText(const ComparedSides& sides, const std::vector<GateResult>&) {
+  constexpr std::size_t kMostRows = 40;  // of either table; programs get all
   const Terminal terminal = outputTerminal(Colour::automatic);
-  const std::vector<SiteChange>& sites = sides.comparison.sites;
-  print(sideText("BEFORE", sides.before) + sideText("AFTER", sides.after) + "\n" +
-        wholeText(sides.comparison.whole, terminal) + countsText(sides) + noteText(sides));
-
-  const auto end = std::find_if_not(sites.begin(), sites.end(), [&](const SiteChange& site) {
-    return kelvar_compare::isNotable(site, sides.comparison);
-  });
-  const auto notable = static_cast<std::size_t>(end - sites.begin());
-  if (notable > 0) {
-    const std::size_t rows = std::min(notable, kMostRows);
-    print("\n" + changedTable(sides, rows, terminal) + moreText(notable, rows));
+  std::string text;
+  std::size_t lines = 0;
+  for (const std::string& one : compareHead(sides, terminal)) {
+    if (lines++ == 2) text += '\n';  // behind the two sides
+    text += line(one);
   }
-
-  std::vector<const SiteChange*> alone;
-  std::size_t all = 0;
-  for (const State state : {State::gone, State::added}) {
-    std::size_t ofState = 0;
-    for (const SiteChange& site : sites) {
-      if (site.state != state) continue;
-      ++all;
-      if (++ofState <= kMostRows / 2) alone.push_back(&site);
-    }
+  const ShownSites shown = shownSites(sides, kMostRows);
+  if (!shown.changed.empty()) {
+    TextTable table(changedColumns());
+    for (const kelvar_compare::SiteChange* const site : shown.changed) table.add(changedCells(sides, *site));
+    text += '\n' + table.text(terminal, {{10, 0}, {12, 0}, {1, 0}, {2, 16}, {0, 24}, {9, 8}, {2, 0}, {0, 12}}) +
+            line(leftOutText(shown.allChanged, shown.changed.size()));
   }
-  if (!alone.empty()) {
-    print("\n" + painted(terminal, Paint::bold, "On one side only:") + "\n" + alonesTable(sides, alone, terminal) +
-          moreText(all, alone.size()));
+  if (!shown.alone.empty()) {
+    TextTable table(aloneColumns());
+    for (const kelvar_compare::SiteChange* const site : shown.alone) table.add(aloneCells(sides, *site));
+    text += '\n' + painted(terminal, Paint::bold, "On one side only:") + '\n' +
+            table.text(terminal, {{2, 0}, {3, 16}, {1, 24}, {3, 0}, {1, 12}}) +
+            line(leftOutText(shown.allAlone, shown.alone.size()));
   }
+  print(text);
 }
 
 }  // namespace kelvar_tool
