@@ -38,7 +38,8 @@ constexpr const char* kExamples =
     "  kelvar view my-project                       opens the page in the browser; Ctrl-C ends it\n"
     "  kelvar view my-project --source-root ~/code  with the sources below ~/code\n"
     "  kelvar view my-project --no-open --port 8080 prints the address alone\n"
-    "  kelvar view p/runs/monday --with p/runs/tuesday  and what changed from one run to the other\n"
+    "  kelvar view p/runs/monday --with p/runs/tuesday\n"
+    "                                               and what changed from one run to the other\n"
     "\n"
     "Only who knows the address is answered, and only on this machine. The page follows when results change.";
 
