@@ -133,7 +133,7 @@ Answer ViewPages::answer(const Request& request) {
     return answered(json);
   }
   if (target.path == "/data/program") return {.body = program_};
-  if (target.path == "/data/comparison" && !comparison_.empty()) return {.body = comparison_};
+  if (target.path == "/data/comparison") return {.body = comparison_.empty() ? "null" : comparison_};
   if (target.path == "/data/rows") return rows(target);
   if (target.path == "/data/row" || target.path == "/data/site") return one(target);
   if (target.path == "/data/source") return source(target);
