@@ -95,6 +95,7 @@ ViewPages::ViewPages(Source source, std::uint16_t port, std::string token)
       version_(source_.version()),
       model_(source_.load()),
       view_(std::make_unique<RowView>(*model_->data)),
+      comparison_(compared()),
       program_(programOf(*model_)) {}
 
 ViewPages::~ViewPages() = default;
@@ -132,6 +133,7 @@ Answer ViewPages::answer(const Request& request) {
     return answered(json);
   }
   if (target.path == "/data/program") return {.body = program_};
+  if (target.path == "/data/comparison") return {.body = comparison_.empty() ? "null" : comparison_};
   if (target.path == "/data/rows") return rows(target);
   if (target.path == "/data/row" || target.path == "/data/site") return one(target);
   if (target.path == "/data/source") return source(target);
@@ -179,11 +181,16 @@ std::string ViewPages::programOf(const Model& model) const {
   return json.json();
 }
 
+std::string ViewPages::compared() const {
+  return source_.comparison ? source_.comparison() : std::string();
+}
+
 void ViewPages::reloadIfChanged() {
   const std::uint64_t now = source_.version();
   if (now == version_) return;
   std::unique_ptr<Model> fresh = source_.load();
   std::string program = programOf(*fresh);
+  comparison_ = compared();
   view_ = std::make_unique<RowView>(*fresh->data);
   program_ = std::move(program);
   model_ = std::move(fresh);

@@ -44,6 +44,7 @@ class ViewPages {
     std::function<std::uint64_t()> version;        ///< another number where what is on the disk has changed
     std::string project;                           ///< what the page is called
     std::string annotations;                       ///< the database; may be empty
+    std::function<std::string()> comparison = {};  ///< with another project, as JSON; empty: the page shows none
   };
 
   /// Loads once. `port` is the one that requests name.
@@ -57,6 +58,7 @@ class ViewPages {
   [[nodiscard]] Answer rows(const Target& target);
   [[nodiscard]] Answer one(const Target& target) const;
   [[nodiscard]] Answer source(const Target& target) const;
+  [[nodiscard]] std::string compared() const;
   void reloadIfChanged();
   [[nodiscard]] std::string programOf(const Model& model) const;
 
@@ -66,6 +68,7 @@ class ViewPages {
   std::uint64_t version_;
   std::unique_ptr<Model> model_;
   std::unique_ptr<RowView> view_;
+  std::string comparison_;
   std::string program_;  // asked for by every page that opens, and a walk over all rows
 };
 

@@ -79,4 +79,10 @@ void expectLargeLists() noexcept {
 #endif
 }
 
+void returnFreedMemory() noexcept {
+#ifdef __GLIBC__
+  static_cast<void>(::malloc_trim(0));
+#endif
+}
+
 }  // namespace kelvar_platform

@@ -9,4 +9,7 @@ namespace kelvar_platform {
 /// it.
 PLATFORM_EXPORT void expectLargeLists() noexcept;
 
+/// Returns to the kernel what the process has freed, for programs that free most of what they have and go on.
+PLATFORM_EXPORT void returnFreedMemory() noexcept;
+
 }  // namespace kelvar_platform

@@ -60,6 +60,10 @@ class Embedded {
   async source(file) {
     return this.program.sources[file] ?? null;
   }
+
+  async comparison() {
+    return null;
+  }
 }
 
 /** What `kelvar view` answers. */
@@ -102,5 +106,10 @@ class Served {
   async source(file) {
     if (file.length > 4000) return null;  // no file has such a name
     return this.ask("data/source", { file });
+  }
+
+  /** What changed to the project that it is compared with; null where there is none. */
+  async comparison() {
+    return this.ask("data/comparison");
   }
 }

@@ -10,10 +10,12 @@ class Page {
     this.table = new Table(source, (row) => this.chose(row));
     this.detail = new Detail(source);
     this.pictures = new Pictures((key) => this.go({ site: key }));
+    this.comparison = new Comparison((key) => this.go({ site: key }));
   }
 
-  start() {
+  async start() {
     this.fill();
+    this.comparison.show(await this.source.comparison());
     this.bind();
     addEventListener("hashchange", () => this.follow());
     return this.follow();
@@ -166,6 +168,7 @@ class Page {
         known = version;
         await this.source.open();
         this.fill();
+        this.comparison.show(await this.source.comparison());
         this.table.query = null;
         this.stale = true;
         await this.follow();

@@ -4,6 +4,7 @@
 import contextlib
 import json
 import os
+import shutil
 import signal
 import socket
 import subprocess
@@ -48,8 +49,8 @@ def run(*arguments, **options):
 
 
 @contextlib.contextmanager
-def serving(folder):
-    server = subprocess.Popen([KELVAR, "view", folder, "--no-open"], stdout=subprocess.PIPE, text=True)
+def serving(folder, *more):
+    server = subprocess.Popen([KELVAR, "view", folder, "--no-open", *more], stdout=subprocess.PIPE, text=True)
     try:
         yield server
     finally:
@@ -185,6 +186,37 @@ class PageTest(unittest.TestCase):
             self.browser.until(f"{ROWS}.join() === 'first'")
             run("annotate", database, "relabel", "1", "second")
             self.browser.until(f"{ROWS}.join() === 'second'")
+
+
+    def test_shows_what_changed_to_another_project_as_text(self):
+        after = Path(self.folder.name, "after")
+        shutil.copytree(SAMPLE, after)
+        collection = after / "dependencies" / "collection.json"
+        found = json.loads(collection.read_text())
+        for detail in found["details"]:
+            detail["dependencies"]["errors"] = 0 if detail["dependencies"]["errors"] else 3
+        found["details"].append({"label": HOSTILE[0], "file": "x.cpp", "line": 3, "dependencies": {"errors": 1, "warnings": [0, 0]}})
+        collection.write_text(json.dumps(found))
+        with serving(SAMPLE, "--with", str(after), "--source-root", SOURCES) as server:
+            address = server.stdout.readline().strip()
+            self.browser.open(address)
+            self.assertFalse(self.browser.js("return document.getElementById('compare').hidden"))
+            text = self.browser.js("return document.getElementById('compare-alone').textContent")
+            self.assertIn(HOSTILE[0], text)
+            self.assertNotEqual(self.browser.js("return document.title"), "owned")
+            self.assertIn("3", self.browser.js("return document.querySelector('#compare-changed .bad').textContent"))
+            label = self.browser.js("const link = document.querySelector('#compare-changed button'); link.click(); return link.textContent")
+            self.browser.until("document.getElementById('detail-title').textContent === arguments[0]", label)
+            for scheme in ("light", "dark"):
+                self.browser.colours(scheme)
+                self.browser.open(address)
+                self.assertEqual(self.browser.js(CONTRAST), [], scheme)
+                if SHOTS:
+                    self.browser.screenshot(f"{SHOTS}/compare-{scheme}.png")
+            self.browser.colours("")
+            self.assertEqual(self.browser.complaints(), [])
+        self.browser.open(self.served)
+        self.assertTrue(self.browser.js("return document.getElementById('compare').hidden"))
 
 
 if __name__ == "__main__":

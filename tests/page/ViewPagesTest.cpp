@@ -37,10 +37,12 @@ class Served : public testing::Test {
   kelvar_platform::AnnotationEditor editor{database, kelvar_platform::AnnotationEditor::Open::createIfMissing};
   bool added = addSites();  // before the pages read them
   std::uint64_t version = 1;
+  std::string comparison;
   ViewPages pages{{.load = [this] { return load(); },
                    .version = [this] { return version; },
                    .project = "p",
-                   .annotations = database},
+                   .annotations = database,
+                   .comparison = [this] { return comparison; }},
                   8080,
                   kToken};
 };
@@ -118,6 +120,15 @@ TEST(Target, IsTakenApart) {
   EXPECT_EQ(target.path, "/a");
   EXPECT_EQ(target.values, (std::map<std::string, std::string>{{"", "z"}, {"x", "2&"}, {"y", ""}}));
   EXPECT_EQ(targetIn("/a?x=%4").path, "");
+}
+
+TEST_F(Served, AComparisonIsThereIfOneWasAskedForAndFollowsTheProject) {
+  EXPECT_EQ(get("/data/comparison"), "200 null");
+  comparison = "{}";
+  EXPECT_EQ(get("/data/comparison"), "200 null");
+  version = 2;
+  static_cast<void>(get("/data/version"));
+  EXPECT_EQ(get("/data/comparison"), "200 {}");
 }
 
 }  // namespace

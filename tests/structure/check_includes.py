@@ -22,7 +22,8 @@ SEES = {
     "readers": ["platform", "src/vocabulary"],
     "sources": ["src/vocabulary"],
     "page": ["include", "platform", "src/vocabulary"],
-    "tools": ["page", "include", "readers", "sources", "platform", "src/vocabulary"],
+    "compare": ["sources", "src/vocabulary"],
+    "tools": ["compare", "page", "include", "readers", "sources", "platform", "src/vocabulary"],
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Columns.h"
+#include "JsonText.h"
 #include "Loading.h"
 #include "Model.h"
+#include "Output.h"
 #include "ReportEvidence.h"
 #include "Rows.h"
 #include "kelvar/SummaryData.h"
@@ -32,8 +35,13 @@ void printWide(const Loaded& loaded, const Selection& selection);
 /// A header and a line for each row, after RFC 4180, in UTF-8. A text is quoted if it must be or is empty; a missing
 /// value is an empty field.
 void printCsv(const Loaded& loaded, const Selection& selection);
+/// The columns of that, and its rows behind the header, each behind the text `before`, which ends with a comma.
+[[nodiscard]] std::vector<const Column*> csvColumns(const Selection& selection);
+void printCsvRows(PrintedPieces& pieces, const Loaded& loaded, const Selection& selection, std::string_view before);
 /// One object, as docs/report.schema.json describes it.
 void printJson(const Loaded& loaded, const Selection& selection);
+/// What is in that object for one project, but for its version and the evidence.
+void writeReport(JsonText& json, PrintedPieces& pieces, const Loaded& loaded, const Selection& selection);
 /// A page of its own: one file that needs nothing else. Holds the first 20,000 rows.
 void printHtml(const Loaded& loaded, const Selection& selection);
 /// SARIF 2.1.0: races, lock orders, hot loops that are not vectorised and stale sites, for editors and code hosts.

@@ -212,12 +212,8 @@ void writeUnits(JsonText& json) {
 
 }  // namespace
 
-void printJson(const Loaded& loaded, const Selection& selection) {
+void writeReport(JsonText& json, PrintedPieces& pieces, const Loaded& loaded, const Selection& selection) {
   kelvar::SummaryData& data = *loaded.data;
-  PrintedPieces pieces;
-  JsonText json(pieces.text());
-  json.beginObject({});
-  json.value("schemaVersion", kSchemaVersion);
   json.beginList("unreadable");
   for (const std::string& complaint : loaded.complaints) json.value({}, complaint);
   json.endList();
@@ -228,6 +224,14 @@ void printJson(const Loaded& loaded, const Selection& selection) {
   writeResults(json, *data.aggregateResult());
   writeView(json, data, selection);
   writeItems(json, pieces, loaded, selection);
+}
+
+void printJson(const Loaded& loaded, const Selection& selection) {
+  PrintedPieces pieces;
+  JsonText json(pieces.text());
+  json.beginObject({});
+  json.value("schemaVersion", kSchemaVersion);
+  writeReport(json, pieces, loaded, selection);
   if (selection.evidence) writeEvidence(json, *selection.evidence);
   json.endObject();
   pieces.text() += '\n';

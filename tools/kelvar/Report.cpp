@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "AllRuns.h"
 #include "Formats.h"
 #include "Messages.h"
 #include "Names.h"
@@ -36,6 +37,7 @@ struct Request {
   const Format* format = &kText;
   bool wide = false;
   bool evidence = false;
+  bool allRuns = false;
   std::string sourceRoot = ".";
 };
 
@@ -57,6 +59,7 @@ constexpr const char* kExamples =
     "  kelvar report my-project --wide --match '^src/.*solver' --sort survey-cpu-time --top 10\n"
     "  kelvar report my-project --columns label,currentPlace,survey.cpuTime\n"
     "  kelvar report my-project --format csv >sites.csv\n"
+    "  kelvar report my-project --format csv --all-runs >runs.csv\n"
     "  kelvar report my-project --format json | jq '.items[] | select(.survey.cpuTime > 1) | .label'\n"
     "\n"
     "The report goes to standard output, and everything else to standard error.\n"
@@ -97,6 +100,8 @@ void addRows(CLI::App& report, Request& request) {
   addPath(report, "--source-root", "DIR", "For html: where the sources are; the working directory if not given",
           request.sourceRoot);
   report.add_flag("--evidence", request.evidence, "As json, also what the figures rest on, as the tools said it");
+  report.add_flag("--all-runs", request.allRuns,
+                  "As json or csv: every run of the project, one after the other, with what is known of the run");
   report.add_flag("--wide", request.wide, "Text format: only the rows, with no value cut");
   addText(report, "--match", "Only the rows whose label or file matches this regular expression (RE2)",
           [&](const std::string& text) { selection.rows.pattern.emplace("--match", text); })
@@ -121,11 +126,19 @@ PrintFormat printing(const Request& request) {
   return request.wide || chosen ? printWide : printText;
 }
 
+ExitStatus reportAll(const Request& request) {
+  const bool json = request.format->print == printJson;
+  if (!json && request.format->print != printCsv) throw UsageError("--all-runs: expected with --format json or csv");
+  if (request.evidence) throw UsageError("--evidence: expected without --all-runs");
+  return reportAllRuns(request.project, request.selection, json);
+}
+
 ExitStatus report(const Request& request) {
   const PrintFormat printReport = printing(request);
   if (request.evidence && request.format->print != printJson) {
     throw UsageError("--evidence: expected with --format json only");
   }
+  if (request.allRuns) return reportAll(request);
   Selection selection = request.selection;
   selection.project = request.project.project.value_or("project");
   const Pieces pieces = piecesOf(request.project);

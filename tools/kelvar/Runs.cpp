@@ -44,7 +44,8 @@ struct Run {
   std::vector<Analysis> analyses;
 };
 
-/// What was not written for the run as a whole, its results tell of themselves.
+}  // namespace
+
 void askResults(const Pieces& pieces, kelvar_import::RunFacts& facts) {
   for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
     if (pieces.results[kind].empty() || kind == digestio::kSurveyVectorization) continue;
@@ -58,6 +59,8 @@ void askResults(const Pieces& pieces, kelvar_import::RunFacts& facts) {
     }
   }
 }
+
+namespace {
 
 Run runIn(const std::string& directory, const std::string& name, bool& complete) {
   Run run{.name = name, .facts = {}, .analyses = {}};

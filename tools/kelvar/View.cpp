@@ -9,6 +9,8 @@
 #include <system_error>
 
 #include "Browser.h"
+#include "ComparePage.h"
+#include "CompareRuns.h"
 #include "Loading.h"
 #include "Messages.h"
 #include "Names.h"
@@ -27,6 +29,7 @@ struct Request {
   ProjectRequest project;
   std::uint16_t port = 0;
   std::string sourceRoot = ".";
+  std::string with;
   bool noOpen = false;
 };
 
@@ -35,6 +38,8 @@ constexpr const char* kExamples =
     "  kelvar view my-project                       opens the page in the browser; Ctrl-C ends it\n"
     "  kelvar view my-project --source-root ~/code  with the sources below ~/code\n"
     "  kelvar view my-project --no-open --port 8080 prints the address alone\n"
+    "  kelvar view p/runs/monday --with p/runs/tuesday\n"
+    "                                               and what changed from one run to the other\n"
     "\n"
     "Only who knows the address is answered, and only on this machine. The page follows when results change.";
 
@@ -65,8 +70,18 @@ std::uint64_t versionOf(const Pieces& pieces) {
   return version;
 }
 
+void requireComparable(const Request& request) {
+  if (!request.project.project || !request.project.named.none()) {
+    throw UsageError("--with: expected a PROJECT, and no option that gives a piece another path");
+  }
+  if (!isDirectory(request.with)) throw UsageError("--with: expected a directory, not " + inQuotes(request.with));
+  if (piecesIn(request.with).none()) throw UsageError("no annotations or results in " + inQuotes(request.with));
+}
+
 ExitStatus view(const Request& request) {
   const Pieces pieces = piecesOf(request.project);
+  const bool compares = !request.with.empty();
+  if (compares) requireComparable(request);
   std::optional<kelvar_page::ViewServer> server;
   try {
     server.emplace(request.port);
@@ -84,10 +99,20 @@ ExitStatus view(const Request& request) {
     complete = model->complaints.empty();
     return model;
   };
+  const auto compare = [&] {
+    const ComparedSides sides = compareRuns({*request.project.project}, {request.with}, std::nullopt);
+    complete = complete && sides.complaints.empty();
+    return comparePage(sides);
+  };
+  const auto version = [&] {
+    const std::uint64_t own = versionOf(piecesOf(request.project));
+    return compares ? own * 31 + versionOf(piecesIn(request.with)) : own;
+  };
   kelvar_page::ViewPages pages({.load = loadModel,
-                                .version = [&] { return versionOf(piecesOf(request.project)); },
+                                .version = version,
                                 .project = request.project.project.value_or("project"),
-                                .annotations = pieces.annotations},
+                                .annotations = pieces.annotations,
+                                .comparison = compares ? compare : std::function<std::string()>()},
                                server->port(), token);
   const std::string address = "http://127.0.0.1:" + std::to_string(server->port()) + "/?token=" + token;
   print(address + "\n");
@@ -108,6 +133,8 @@ void addView(CLI::App& kelvar, Action& chosen) {
   })->type_name("N");
   addPath(app, "--source-root", "DIR", "Where the sources are; the working directory if not given",
           request->sourceRoot);
+  addPath(app, "--with", "OTHER", "Another project or run: the page also shows what changed from PROJECT to it",
+          request->with);
   app.add_flag("--no-open", request->noOpen, "Print the address alone");
   app.footer(kExamples);
   app.callback([request, &chosen] { chosen = [request] { return view(*request); }; });

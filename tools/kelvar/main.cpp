@@ -8,6 +8,7 @@
 
 #include "Annotate.h"
 #include "CommandLine.h"
+#include "Compare.h"
 #include "Diagnosis.h"
 #include "Messages.h"
 #include "Output.h"
@@ -25,7 +26,7 @@ namespace kelvar_tool {
 
 namespace {
 
-constexpr AddSubcommand kSubcommands[] = {addReport, addShow,     addView,   addStatus,
+constexpr AddSubcommand kSubcommands[] = {addReport, addShow,     addView,   addCompare, addStatus,
                                           addRuns,   addAnnotate, addImport, addCollect};
 
 constexpr const char* kExamples =

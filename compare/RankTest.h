@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+namespace kelvar_compare {
+
+/// The fewest values a side with which a rank test can say anything of use.
+inline constexpr std::size_t kLeastRuns = 3;
+
+/// The two-sided p of the rank-sum test (Wilcoxon 1945; Mann and Whitney 1947): how often a random split of all values
+/// into two sides of these sizes has a rank sum as far from its mean as this one. Exact: every split counts, and equal
+/// values share the mean of their ranks (Hollander, Wolfe and Chicken, "Nonparametric Statistical Methods", 4.1).
+/// 1 where a side is empty. No value may be NaN. O(n^2 m) for n values in all and m on the smaller side.
+[[nodiscard]] double rankTest(const std::vector<double>& before, const std::vector<double>& after);
+
+/// The smallest p that two sides of these sizes can have.
+[[nodiscard]] double smallestP(std::size_t before, std::size_t after);
+
+/// A call is made from this p down: 0.05, or the smallest that can be had where even that is greater.
+[[nodiscard]] double levelFor(std::size_t before, std::size_t after);
+
+/// The same for a family of sites that are judged together: 0.025, so that of 40 comparisons of a program with itself
+/// one calls a site.
+[[nodiscard]] double familyLevelFor(std::size_t before, std::size_t after);
+
+/// Splits of `before` + `after` runs into two such sides; stops counting past `most`.
+[[nodiscard]] std::size_t splitsOf(std::size_t before, std::size_t after, std::size_t most);
+
+}  // namespace kelvar_compare

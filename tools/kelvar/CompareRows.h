@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "CompareColumns.h"
+#include "Terminal.h"
+#include "TextTable.h"
+
+namespace kelvar_tool {
+
+/// A comparison as people read it, in texts: for the terminal and for the page.
+/// What was compared, the time in all, how many sites changed, and what cannot be told; a line each.
+[[nodiscard]] std::vector<std::string> compareHead(const ComparedSides& sides, const Terminal& terminal);
+
+/// The table of what changed.
+[[nodiscard]] std::vector<TextTable::Column> changedColumns();
+[[nodiscard]] std::vector<TextTable::Cell> changedCells(const ComparedSides& sides,
+                                                        const kelvar_compare::SiteChange& site);
+/// The table of what is on one side only.
+[[nodiscard]] std::vector<TextTable::Column> aloneColumns();
+[[nodiscard]] std::vector<TextTable::Cell> aloneCells(const ComparedSides& sides,
+                                                      const kelvar_compare::SiteChange& site);
+
+/// The sites of both tables, at most `most` each, the greatest differences first.
+struct ShownSites {
+  std::vector<const kelvar_compare::SiteChange*> changed;
+  std::vector<const kelvar_compare::SiteChange*> alone;  ///< what is gone, then what is new
+  std::size_t allChanged = 0;
+  std::size_t allAlone = 0;
+};
+[[nodiscard]] ShownSites shownSites(const ComparedSides& sides, std::size_t most);
+/// How many more there are; empty where all are shown.
+[[nodiscard]] std::string leftOutText(std::size_t all, std::size_t shown);
+
+}  // namespace kelvar_tool
