@@ -59,8 +59,9 @@ void FileAlignment::decide(std::size_t knownIndex, std::size_t seenIndex, Step s
 
 void FileAlignment::matchUnchanged(std::vector<std::size_t>& partnerOfSeen) {
   std::map<Place, std::vector<std::size_t>> atPlace;  // the first one last
-  for (auto index = seen.rbegin(); index != seen.rend(); ++index) {
-    if (partnerOfSeen[*index] == kNone) atPlace[placeOf(allSeen_[*index])].push_back(*index);
+  const std::vector<std::size_t> backwards(seen.rbegin(), seen.rend());
+  for (const std::size_t index : backwards) {
+    if (partnerOfSeen[index] == kNone) atPlace[placeOf(allSeen_[index])].push_back(index);
   }
   std::vector<std::size_t> open;
   for (const std::size_t index : known) {

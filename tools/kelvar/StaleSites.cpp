@@ -117,15 +117,17 @@ class Look {
           {event.sequence, event.label, placeText(event.oldFile, event.oldLine),
            known ? placeText(event.newFile, event.newLine) : std::string()});
     }
+    std::set<std::string> renamed;
     for (auto& [from, targets] : byFile) {
-      const bool vanished = std::find(stale_.gone.begin(), stale_.gone.end(), from) != stale_.gone.end();
+      const bool vanished = std::binary_search(stale_.gone.begin(), stale_.gone.end(), from);
       if (vanished && targets.size() == 1 && !targets.begin()->first.empty()) {
         stale_.renamed.push_back({from, targets.begin()->first, targets.begin()->second.size()});
-        std::erase(stale_.gone, from);
+        renamed.insert(from);
         continue;
       }
       for (auto& [to, sites] : targets) stale_.sites.insert(stale_.sites.end(), sites.begin(), sites.end());
     }
+    std::erase_if(stale_.gone, [&](const std::string& file) { return renamed.count(file) != 0; });
     std::sort(stale_.sites.begin(), stale_.sites.end(),
               [](const auto& a, const auto& b) { return a.sequence < b.sequence; });
   }
@@ -146,7 +148,9 @@ std::size_t StaleSites::count() const noexcept {
 }
 
 bool StaleSites::holds(std::int64_t sequence) const noexcept {
-  return std::any_of(sites.begin(), sites.end(), [&](const Stale& site) { return site.sequence == sequence; });
+  return std::binary_search(sites.begin(), sites.end(),
+                            Stale{.sequence = sequence, .label = {}, .place = {}, .now = {}},
+                            [](const Stale& a, const Stale& b) { return a.sequence < b.sequence; });
 }
 
 StaleSites staleSites(const std::string& database, const std::string& sourceRoot) {

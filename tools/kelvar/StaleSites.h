@@ -22,7 +22,7 @@ struct StaleSites {
     std::size_t sites = 0;
   };
 
-  std::vector<Stale> sites;                         ///< not on their lines; those of renamed files are not among them
+  std::vector<Stale> sites;                         ///< by sequence: not on their lines, without those of renamed files
   std::vector<std::string> edited;                  ///< files with sites that are not as they were at the last scan
   std::vector<std::string> gone;                    ///< files with sites that are not there
   std::vector<Renamed> renamed;                     ///< files all of whose sites moved along

@@ -25,9 +25,10 @@ class MarkersByLine {
     for (std::size_t file = 0; file < wanted.size(); ++file) {
       if (!wanted[file]) continue;
       const std::vector<std::size_t>& markers = plan.files.at(file).markers;
-      for (auto marker = markers.rbegin(); marker != markers.rend(); ++marker) {
-        const FoundSite& found = *plan.files.markers()[*marker].found;
-        markers_[{file, found.line, found.kind}].push_back(*marker);
+      const std::vector<std::size_t> backwards(markers.rbegin(), markers.rend());
+      for (const std::size_t marker : backwards) {
+        const FoundSite& found = *plan.files.markers()[marker].found;
+        markers_[{file, found.line, found.kind}].push_back(marker);
       }
     }
   }
