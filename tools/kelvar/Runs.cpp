@@ -83,7 +83,7 @@ Run runIn(const std::string& directory, const std::string& name, bool& complete)
     if (!item.annotation()) continue;
     for (Analysis& one : run.analyses) {
       const auto match = static_cast<std::size_t>(item.summaryDataStatus(one.kind));
-      if (match < one.counts.size()) ++one.counts[match];
+      if (match < one.counts.size()) ++one.counts[static_cast<std::size_t>(match)];
     }
   }
   return run;
@@ -103,7 +103,7 @@ std::string analysesText(const Run& run) {
   for (const Analysis& one : run.analyses) {
     std::string doubts;
     const auto add = [&](kelvar::SummaryDataStatus match, const char* what) {
-      const std::int64_t count = one.counts[match];
+      const std::int64_t count = one.counts[static_cast<std::size_t>(match)];
       if (count > 0) doubts += (doubts.empty() ? "" : ", ") + std::to_string(count) + what;
     };
     add(kelvar::kApproximateMatchCurrent, " moved");

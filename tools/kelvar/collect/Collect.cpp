@@ -10,6 +10,7 @@
 
 #include "BuildFlags.h"
 #include "Diagnosis.h"
+#include "DryRun.h"
 #include "Messages.h"
 #include "Names.h"
 #include "Options.h"
@@ -48,39 +49,10 @@ std::string programOf(const Wanted& wanted) {
   return wanted.binaries.empty() ? found : wanted.binaries.front();
 }
 
-/// Where an analysis runs no program, its recipe says so.
 void sayPlan(const std::vector<Recipe>& plan) {
   for (const Recipe& recipe : plan) {
     say(recipe.analysis + ": " + (recipe.obstacle.empty() ? recipe.how : "not possible: " + recipe.obstacle));
   }
-}
-
-void printCommands(const std::vector<Recipe>& plan, const Wanted& wanted, const std::string& program,
-                   const std::string& folder) {
-  std::string text = "mkdir -p " + shellWord(folder) + "\n";
-  for (const Recipe& recipe : plan) {
-    if (!recipe.obstacle.empty()) continue;
-    std::vector<std::string> words = recipe.tool;
-    words.insert(words.end(), wanted.command.begin(), wanted.command.end());
-    std::string command;
-    for (const std::string& variable : recipe.environment) {
-      const std::size_t value = variable.find('=') + 1;
-      command += variable.substr(0, value) + shellWord(variable.substr(value)) + " ";
-    }
-    command += shellText(words);
-    if (recipe.isPiped) {
-      const std::string pipe = std::to_string(kPipe);
-      text += command + " " + pipe + ">&1 >/dev/null 2>&1 | " + importText(recipe, wanted, program, "-") + "\n";
-      continue;
-    }
-    if (recipe.runsProgram) text += command + "\n";
-    std::string files = shellText(recipe.files);
-    if (!recipe.output.empty()) {
-      files = shellWord(folder + "/" + recipe.output) + (recipe.output.ends_with('.') ? "*" : "");
-    }
-    text += importText(recipe, wanted, program, files) + "\n";
-  }
-  print(text);
 }
 
 /// Names the sites that are no longer on their lines; those get no figure.
@@ -150,7 +122,7 @@ ExitStatus collect(Wanted wanted) {
                .folder = folder});
   sayPlan(plan);
   if (wanted.dryRun) {
-    printCommands(plan, wanted, program, folder);
+    print(commandText(plan, wanted, program, folder));
     return kDone;
   }
   if (!wanted.keep.empty()) kelvar_platform::makeDirectories(folder);

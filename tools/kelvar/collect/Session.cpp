@@ -16,7 +16,6 @@
 #include "Diagnosis.h"
 #include "Messages.h"
 #include "Project.h"
-#include "ShellText.h"
 
 namespace kelvar_tool {
 
@@ -183,27 +182,6 @@ void Session::import(const Recipe& recipe, kelvar_import::Request request) {
   for (const std::string& remark : remarks) say(recipe.analysis + ": " + escaped(remark));
   say(recipe.analysis + ": " + (recipe.isPiped ? "ran and imported in " : "imported in ") +
       secondsText(Clock::now() - start));
-}
-
-std::string importText(const Recipe& recipe, const Wanted& wanted, const std::string& program,
-                       const std::string& files) {
-  std::vector<std::string> words{"kelvar", "import", recipe.analysis, recipe.option};
-  std::string text = shellText(words) + (files.empty() ? "" : " " + files);
-  words.clear();
-  if (recipe.option == "--model") words.insert(words.end(), {"--cores", std::to_string(wanted.cores)});
-  if (sourceOf(recipe).hasAddresses) {
-    for (const std::string& binary : wanted.binaries) words.insert(words.end(), {"--binary", binary});
-    if (recipe.isPiped && wanted.binaries.empty()) words.insert(words.end(), {"--binary", program});
-  }
-  if (recipe.isPiped && wanted.mapAccesses > 0) {
-    words.insert(words.end(), {"--map-accesses", std::to_string(wanted.mapAccesses)});
-  }
-  if (!wanted.sourceRoot.empty()) {
-    words.insert(words.end(), {"--source-root", normalPath(fs::absolute(wanted.sourceRoot).native())});
-  }
-  words.insert(words.end(), {"--into", wanted.project});
-  if (wanted.run) words.insert(words.end(), {"--run", *wanted.run});
-  return text + " " + shellText(words);
 }
 
 }  // namespace kelvar_tool

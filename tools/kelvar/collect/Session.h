@@ -57,8 +57,4 @@ class Session {
   std::size_t failed_ = 0;
 };
 
-/// The binaries that an import of this analysis is told, and the rest of the import's words, for a shell.
-[[nodiscard]] std::string importText(const Recipe& recipe, const Wanted& wanted, const std::string& program,
-                                     const std::string& files);
-
 }  // namespace kelvar_tool
