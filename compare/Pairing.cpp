@@ -26,6 +26,7 @@ struct Key {
   std::string_view leaf = {};
   int line = 0;
   int kind = 0;
+  int analyses = 0;
 
   auto operator<=>(const Key&) const = default;
 };
@@ -57,6 +58,19 @@ std::optional<Key> labelInFileKey(const Identity& site) {
   return Key{.hash = mixed(site.label, 0), .label = site.label, .leaf = site.file.get_leaf(), .kind = kindOf(site)};
 }
 
+std::optional<Key> labelOfAnalysesKey(const Identity& site) {
+  std::optional<Key> key = labelInFileKey(site);
+  if (key) key->analyses = site.analyses;
+  return key;
+}
+
+std::optional<Key> labelAtPlaceKey(const Identity& site) {
+  if (site.file.empty() || site.line == 0) return std::nullopt;
+  std::optional<Key> key = labelOfAnalysesKey(site);
+  if (key) key->line = site.line;
+  return key;
+}
+
 std::optional<Key> placeKey(const Identity& site) {
   if (site.file.empty() || site.line == 0) return std::nullopt;
   const std::string_view leaf = site.file.get_leaf();
@@ -73,7 +87,9 @@ class Pairer {
     byKey(sequenceKey, PairedBy::sequence, false);
     byKey(labelKey, PairedBy::label, true);
     byKey(labelInFileKey, PairedBy::label, true);
+    byKey(labelOfAnalysesKey, PairedBy::label, true);
     byAnchors(anchorsOf);
+    byKey(labelAtPlaceKey, PairedBy::place, false);
     byKey(placeKey, PairedBy::place, true);
     return std::move(partners_);
   }

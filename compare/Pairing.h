@@ -29,7 +29,8 @@ struct Partner {
 
 /// Answers for each site of `after` which one of `before` it is. Each step takes what the steps before it left: the
 /// sequence, within one database; label and kind where only one site on either side has them, then together with the
-/// file's leaf; what was around the sites, as a scan finds them again; leaf and line. No site is taken twice.
+/// file's leaf, then with the analyses that report it; what was around the sites, as a scan finds them again; leaf and
+/// line, first with the label, where several sites that agree in all are taken in their order. No site is taken twice.
 /// O(n log n).
 [[nodiscard]] std::vector<Partner> pairSites(const std::vector<const Identity*>& before,
                                              const std::vector<const Identity*>& after, const AnchorsOf& anchorsOf);

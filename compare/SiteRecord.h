@@ -26,6 +26,7 @@ struct Identity {
   Sort sort = Sort::annotated;
   std::uint32_t database = 0;  ///< which annotation database `sequence` is of
   unsigned long sequence = 0;  ///< 0: it has no annotation
+  std::uint8_t analyses = 0;   ///< a bit for each that reports it: one function may be a row of each
 };
 
 /// What one run says of one site.

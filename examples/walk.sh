@@ -49,4 +49,15 @@ expect "the loop is scalar" before "column mean" surveyVectorization.state -eq 0
 expect "the loop is vectorised" after "column mean" surveyVectorization.state -gt 0
 expect "no unit stride" before "column mean" map.strides.0 -lt 100
 expect "unit stride" after "column mean" map.strides.0 -gt 100
+
+# gate STATUS BEFORE AFTER OPTION...: compares two runs as a build would that guards its loops.
+gate() {
+  want=$1 before=$2 after=$3
+  shift 3
+  status=0
+  "$kelvar" compare "project/runs/$before" --with "project/runs/$after" --fail-on race --fail-on vectorization "$@" || status=$?
+  test "$status" -eq "$want" || { echo "walk.sh: expected status $want, not $status" >&2 && failed=1; }
+}
+gate 0 before after
+gate 4 after before --fail-on slower --threshold 50
 exit "$failed"

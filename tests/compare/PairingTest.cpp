@@ -57,6 +57,15 @@ TEST(Pairing, LabelsHaveToBeUniqueOnBothSides) {
   EXPECT_EQ(paired({site("", "x.cpp", 1)}, {site("", "y.cpp", 8)}), "-");
 }
 
+TEST(Pairing, RowsOfOneFunctionAreToldApartByWhatReportsThem) {
+  Identity timed = site("work", "x.cpp", 10, Sort::function);
+  timed.analyses = 1;
+  Identity walked = timed;
+  walked.analyses = 16;
+  EXPECT_EQ(paired({timed, walked}, {walked, timed}), "1:label 0:label");
+  EXPECT_EQ(paired({timed, timed, walked}, {timed, walked, timed}), "0:place 2:label 1:place");
+}
+
 TEST(Pairing, PlacesComeLastAndByTheirLeaf) {
   EXPECT_EQ(paired({site("old", "/a/x.cpp", 4, Sort::loop)}, {site("new", "/b/x.cpp", 4, Sort::loop)}), "0:place");
   EXPECT_EQ(paired({site("old", "x.cpp", 4, Sort::loop), site("moved", "x.cpp", 9, Sort::loop)},

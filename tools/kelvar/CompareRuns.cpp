@@ -62,6 +62,9 @@ SiteRecord recordOf(const Site& site, std::uint32_t database) {
                                                                          : kelvar_compare::Sort::annotated,
                                  .database = database,
                                  .sequence = site.handle}};
+  for (const digestio::SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
+    if (site.details[kind]) record.identity.analyses |= static_cast<std::uint8_t>(1U << static_cast<unsigned>(kind));
+  }
   record.time = site.time.value_or(kelvar_compare::kUnknown);
   record.gain = site.gain.value_or(kelvar_compare::kUnknown);
   record.races = site.races.value_or(-1);
