@@ -22,13 +22,12 @@ std::unique_ptr<kelvar_page::Model> emptyModel() {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static ViewPages pages(
-      {.load = emptyModel,
-       .version = [] { return std::uint64_t{1}; },
-       .project = "p",
-       .annotations = "",
-       .comparison = [] { return std::string("{}"); }},
-      8080, "token");
+  static ViewPages pages({.load = emptyModel,
+                          .version = [] { return std::uint64_t{1}; },
+                          .project = "p",
+                          .annotations = "",
+                          .comparison = [] { return std::string("{}"); }},
+                         8080, "token");
   http::request_parser<http::empty_body> parser;
   parser.header_limit(16384);
   parser.body_limit(0);

@@ -53,7 +53,8 @@ class KELVAR_EXPORT SummaryData {
   void addSummaryData(std::string path, boost::shared_ptr<sitenotes::database_t> database);
 
   /// How well the latest result that has data of `kind` matched, of all kinds that it has: the match of its worst item,
-  /// from kNoMatchCurrent to kExactMatchCurrent. kExactMatchCurrent for a result without items; kNotPresent if there is no such result.
+  /// from kNoMatchCurrent to kExactMatchCurrent. kExactMatchCurrent for a result without items; kNotPresent if there is
+  /// no such result.
   [[nodiscard]] SummaryDataStatus summaryDataStatus(digestio::SummaryDataKind kind) const;
 
   /// Enables or disables a kind; all are enabled at first. While any kind is disabled, the view shows only items for

@@ -14,8 +14,8 @@
 #include "Options.h"
 #include "Output.h"
 #include "Place.h"
-#include "scan/Scan.h"
 #include "SiteDoubts.h"
+#include "scan/Scan.h"
 
 namespace kelvar_tool {
 
