@@ -35,7 +35,8 @@ Lines wantedLines(const Planning& plan, kelvar_sources::TextNumbers& numbers) {
   for (std::size_t i = 0; i < plan.sites.size(); ++i) {
     if (plan.sites.group(i) != Group::line || followers[i]) continue;
     const AnchoredSite& one = plan.database.sites[i];
-    std::vector<std::size_t>& there = firsts[{plan.files.of(i), one.site.line}];
+    const std::pair<std::size_t, int> line(plan.files.of(i), one.site.line);
+    std::vector<std::size_t>& there = firsts[line];
     const auto first = std::find_if(there.begin(), there.end(), [&](std::size_t other) {
       return haveSameAnchor(*one.anchor, *plan.database.sites[other].anchor);
     });
@@ -44,8 +45,8 @@ Lines wantedLines(const Planning& plan, kelvar_sources::TextNumbers& numbers) {
       continue;
     }
     there.push_back(i);
-    lines.wanted.known.push_back({plan.files.of(i), one.site.line, true,
-                                  kelvar_sources::fingerprintOf(kAnyKind, anchorOf(*one.anchor), numbers)});
+    lines.wanted.known.push_back(
+        {line.first, line.second, true, kelvar_sources::fingerprintOf(kAnyKind, anchorOf(*one.anchor), numbers)});
     lines.wanted.sites.push_back(i);
   }
   return lines;
