@@ -254,7 +254,7 @@ class Run {
     }
   }
   void order() {
-    mapping_ = static_cast<SummaryMapping>(bytes_.below(16));  // the last is none
+    mapping_ = static_cast<SummaryMapping>(bytes_.below(kSummaryMappingCount + 1));  // the last is none
     reverse_ = bytes_.flag();
     data_->setMapping(mapping_, reverse_);
     plain_->order(mapping_, reverse_);

@@ -23,7 +23,7 @@ TEST(Concurrency, TwoObjectsShareADatabaseInTwoThreads) {
   const auto use = [&](std::string& seen) {
     kelvar_2_1_7::SummaryData data(database);
     for (const char* result : {"absurd/survey", "project/survey"}) data.addSummaryData(scratch.path(result), {});
-    for (int mapping = 0; mapping < 15; ++mapping) {
+    for (int mapping = 0; mapping < kelvar_2_1_7::kSummaryMappingCount; ++mapping) {
       data.setMapping(static_cast<kelvar_2_1_7::SummaryMapping>(mapping), mapping % 2 != 0);
       seen += rows(data) + data.asString(true);
       sitenotes::locator_t place = data.item(0)->locator();

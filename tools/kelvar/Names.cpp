@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <iterator>
 #include <numeric>
 #include <system_error>
 
@@ -77,21 +78,23 @@ std::size_t slips(std::string_view typed, std::string_view meant) {
 }  // namespace
 
 const std::vector<std::string>& orderingNames() {
-  static const std::vector<std::string> names{"locator",
-                                              "kind",
-                                              "label",
-                                              "survey-cpu-time",
-                                              "survey-priority",
-                                              "survey-id",
-                                              "survey-vectorization-self-time",
-                                              "survey-vectorization-total-time",
-                                              "survey-vectorization-priority",
-                                              "suitability-self-time",
-                                              "suitability-self-max-gain",
-                                              "suitability-total-max-gain",
-                                              "dependencies-errors",
-                                              "dependencies-warnings",
-                                              "general-kind-locator"};
+  static constexpr const char* kNames[] = {"locator",
+                                           "kind",
+                                           "label",
+                                           "survey-cpu-time",
+                                           "survey-priority",
+                                           "survey-id",
+                                           "survey-vectorization-self-time",
+                                           "survey-vectorization-total-time",
+                                           "survey-vectorization-priority",
+                                           "suitability-self-time",
+                                           "suitability-self-max-gain",
+                                           "suitability-total-max-gain",
+                                           "dependencies-errors",
+                                           "dependencies-warnings",
+                                           "general-kind-locator"};
+  static_assert(std::size(kNames) == kelvar::kSummaryMappingCount, "a name for each ordering");
+  static const std::vector<std::string> names(std::begin(kNames), std::end(kNames));
   return names;
 }
 
@@ -112,7 +115,9 @@ const std::string& dataKindName(digestio::SummaryDataKind kind) {
 
 kelvar::SummaryMapping orderingNamed(std::string_view option, const std::string& text) {
   if (const auto ordering = indexOrNumber(text, orderingNames())) return static_cast<kelvar::SummaryMapping>(*ordering);
-  refuse(option, text, "the name of an ordering or its number, 0 to 14", orderingNames());
+  refuse(option, text,
+         "the name of an ordering or its number, 0 to " + std::to_string(kelvar::kSummaryMappingCount - 1),
+         orderingNames());
 }
 
 digestio::SummaryDataKind dataKindNamed(std::string_view option, const std::string& text) {

@@ -14,7 +14,7 @@
 /// `option` and proposes the nearest name.
 namespace kelvar_tool {
 
-/// By name or by number, 0 to 14.
+/// By name or by number.
 [[nodiscard]] kelvar::SummaryMapping orderingNamed(std::string_view option, const std::string& text);
 [[nodiscard]] digestio::SummaryDataKind dataKindNamed(std::string_view option, const std::string& text);
 /// Hot spots or loops, by number. (Annotated sites are hidden by annotation kind.)
