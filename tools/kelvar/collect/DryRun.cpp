@@ -59,7 +59,8 @@ std::string commandText(const std::vector<Recipe>& plan, const Wanted& wanted, c
     command += shellText(words);
     if (recipe.isPiped) {
       const std::string pipe = std::to_string(kPipe);
-      text += command + " " + pipe + ">&1 >/dev/null 2>&1 | " + importText(recipe, wanted, program, "-") + "\n";
+      text += command.append(" ").append(pipe).append(">&1 >/dev/null 2>&1 | ");
+      text += importText(recipe, wanted, program, "-") + "\n";
       continue;
     }
     if (recipe.runsProgram) text += command + "\n";

@@ -46,7 +46,7 @@ std::string foundAs(const std::string& name) {
   rest += ':';
   for (std::size_t begin = 0, end = 0; (end = rest.find(':', begin)) != std::string::npos; begin = end + 1) {
     const std::string folder = rest.substr(begin, end - begin);
-    const std::string file = (folder.empty() ? "." : folder) + "/" + name;
+    std::string file = (folder.empty() ? "." : folder) + "/" + name;
     if (isExecutable(file)) return file;
   }
   return {};
