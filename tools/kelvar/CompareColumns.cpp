@@ -70,7 +70,7 @@ Cell races(const Side& side, std::size_t site) {
 
 Cell stride(const Side& side, std::size_t site) {
   static constexpr std::array<std::string_view, 4> kNames{"", "unit", "constant", "varying"};
-  return textCell(kNames[static_cast<std::size_t>(side.stride(site) + 1)]);
+  return textCell(kNames[static_cast<std::size_t>(side.stride(site)) + 1]);
 }
 
 Cell strideShare(const Side& side, std::size_t site) {
@@ -145,7 +145,7 @@ const std::vector<CompareColumn>& compareColumns() {
 
 std::string_view vectorisedName(kelvar_compare::Vectorised vectorised) noexcept {
   static constexpr std::array<std::string_view, 4> kNames{"", "no", "partly", "yes"};
-  return kNames[static_cast<std::size_t>(static_cast<int>(vectorised) + 1)];
+  return kNames[static_cast<std::size_t>(vectorised) + 1];
 }
 
 std::string compareKindName(const Identity& site) {

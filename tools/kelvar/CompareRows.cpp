@@ -127,8 +127,8 @@ Cell racesCell(const ComparedSides& sides, const SiteChange& site) {
 std::string strideText(const ComparedSides& sides, const SiteChange& site) {
   static constexpr std::array kNames{"", "unit", "constant", "varying"};
   if (!site.stride) return {};
-  return arrow(kNames[static_cast<std::size_t>(sides.before.stride(site.before) + 1)],
-               kNames[static_cast<std::size_t>(sides.after.stride(site.after) + 1)]);
+  return arrow(kNames[static_cast<std::size_t>(sides.before.stride(site.before)) + 1],
+               kNames[static_cast<std::size_t>(sides.after.stride(site.after)) + 1]);
 }
 
 std::string gainText(const ComparedSides& sides, const SiteChange& site) {
