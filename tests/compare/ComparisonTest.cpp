@@ -11,7 +11,7 @@ namespace {
 SiteRecord record(const std::string& label, double time) {
   SiteRecord one;
   one.identity.label = label;
-  one.identity.sequence = 1 + label.front() - 'a';
+  one.identity.sequence = static_cast<unsigned long>(1 + label.front() - 'a');
   one.identity.database = 1;
   one.time = time;
   return one;
