@@ -60,7 +60,9 @@ void lookAtSources(Session::Setting& setting) {
   const std::string database = kelvar_import::annotationsOf(setting.directory);
   std::error_code error;
   if (!std::filesystem::exists(database, error)) {
-    say("no annotations: results will name functions alone; 'kelvar annotate " + shellWord(database) +
+    // A run shares the project's.
+    const std::string missing = kelvar_import::annotationsOf(setting.wanted.project);
+    say("no annotations: results will name functions alone; 'kelvar annotate " + shellWord(missing) +
         " scan SOURCE...' makes sites of the markers in sources");
     return;
   }
@@ -79,6 +81,14 @@ std::string folderOf(const Wanted& wanted, const std::string& temporary) {
   return std::filesystem::absolute(wanted.keep).native();
 }
 
+/// What is known of a run is of its survey: analyses that are added later may have run the program with less to do.
+kelvar_import::RunFacts extended(const std::string& directory, const kelvar_import::RunFacts& added) {
+  kelvar_import::RunFacts known = kelvar_import::readRunFacts(directory);
+  if (known == kelvar_import::RunFacts()) return added;
+  known.endTime = std::max(known.endTime, added.endTime);
+  return known;
+}
+
 ExitStatus makeAll(const std::vector<Recipe>& plan, Session::Setting setting, const std::string& folder,
                    const Guard& guard, Interrupts& interrupts) {
   kelvar_import::RunFacts facts{.command = shellText(setting.wanted.command),
@@ -89,13 +99,18 @@ ExitStatus makeAll(const std::vector<Recipe>& plan, Session::Setting setting, co
   const StandardInput input(folder, interrupts);
   const std::string directory = setting.directory;
   Session session(std::move(setting), input, guard, interrupts);
+  bool hasSurveyed = false;
   for (const Recipe& recipe : plan) {
     if (interrupts.signal() != 0) break;
-    if (recipe.obstacle.empty() && !session.make(recipe)) break;
+    if (!recipe.obstacle.empty()) continue;
+    const std::size_t before = session.made();
+    const bool goesOn = session.make(recipe);
+    hasSurveyed = hasSurveyed || (recipe.analysis == "survey" && session.made() > before);
+    if (!goesOn) break;
   }
   facts.endTime = static_cast<std::uint64_t>(std::time(nullptr));
   facts.exitStatus = session.programStatus();
-  if (session.made() > 0) writeRunFacts(directory, facts);
+  if (session.made() > 0) writeRunFacts(directory, hasSurveyed ? facts : extended(directory, facts));
   say(std::to_string(session.made()) + " of " + std::to_string(plan.size()) + " analyses are in " + escaped(directory));
   if (interrupts.signal() != 0) return static_cast<ExitStatus>(128 + interrupts.signal());
   if (session.programStatus() != 0) return static_cast<ExitStatus>(session.programStatus());
@@ -119,6 +134,7 @@ ExitStatus collect(Wanted wanted) {
                .facts = facts,
                .commandIsProgram = kelvar_readers::programFacts(foundAs(wanted.command.front())).isProgram,
                .program = program,
+               .directory = directory,
                .folder = folder});
   sayPlan(plan);
   if (wanted.dryRun) {

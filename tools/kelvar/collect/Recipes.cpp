@@ -177,7 +177,7 @@ std::vector<Recipe> recipes(const Circumstances& here) {
   std::error_code error;
   const bool hasSurvey =
       all.empty()
-          ? std::filesystem::exists(std::filesystem::path(here.wanted.project) / kelvar_readers::kLineTimesFile, error)
+          ? std::filesystem::exists(std::filesystem::path(here.directory) / kelvar_readers::kLineTimesFile, error)
           : all.front().obstacle.empty();
   if (isWanted("vectorization")) all.push_back(vectorization(here));
   if (isWanted("dependencies")) all.push_back(dependencies(here));

@@ -33,6 +33,7 @@ struct Circumstances {
   const kelvar_readers::ProgramFacts& facts;
   bool commandIsProgram = true;  ///< no script
   std::string program;           ///< of which the facts are
+  std::string directory;         ///< of the project or the run
   std::string folder;            ///< of outputs, absolute
 };
 
