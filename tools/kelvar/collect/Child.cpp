@@ -45,7 +45,9 @@ std::vector<std::string> environmentWith(const std::vector<std::string>& own) {
 
 /// In the child, between fork and exec: only what is safe there. Answers the error that kept it from starting.
 int become(const Child::Start& start, pid_t parent, char* const* arguments, char* const* environment) {
-  ::setpgid(0, 0);
+  // A session of its own has no terminal, which would stop a program that reads from it in the background, or writes
+  // to it under `stty tostop`.
+  ::setsid();
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (::getppid() != parent) ::_exit(127);
   sigset_t none;
@@ -82,7 +84,6 @@ Child::Child(const Start& start, const Guard& guard, Interrupts& interrupts) : g
     static_cast<void>(!::write(writing.get(), &error, sizeof error));
     ::_exit(127);
   }
-  ::setpgid(process_, process_);  // whichever of the two is first
   guard_.watch(process_);
   interrupts_.watch(process_);
   writing = {};

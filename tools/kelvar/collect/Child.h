@@ -17,7 +17,7 @@ struct ChildEnd {
   int signal = 0;
 };
 
-/// A process in a group of its own, which ends with this object, and with this process.
+/// A process in a session and a group of its own, which ends with this object, and with this process.
 class Child {
  public:
   struct Start {

@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -20,7 +22,13 @@ namespace {
 
 using kelvar_platform::FileDescriptor;
 
-[[noreturn]] void stand(int pipe, const std::string& folder) {
+void remove(const std::string& folder) {
+  std::error_code error;
+  if (!folder.empty()) std::filesystem::remove_all(folder, error);
+}
+
+[[noreturn]] void stand(int socket, const std::string& folder) {
+  ::prctl(PR_SET_NAME, "collect-guard");  // who kills by the command's name is to spare it
   sigset_t all;
   sigfillset(&all);
   sigprocmask(SIG_SETMASK, &all, nullptr);
@@ -28,7 +36,7 @@ using kelvar_platform::FileDescriptor;
   // It holds nothing open that somebody may wait for.
   const int null = ::open("/dev/null", O_RDWR | O_CLOEXEC);
   for (int standard = 0; standard < 3; ++standard) ::dup2(null, standard);
-  ::dup2(pipe, 3);
+  ::dup2(socket, 3);
   ::close_range(4, ~0U, 0);
   pid_t group = 0;
   for (pid_t next = 0;;) {
@@ -38,30 +46,33 @@ using kelvar_platform::FileDescriptor;
     group = next;
   }
   if (group > 0) ::kill(-group, SIGKILL);
-  std::error_code error;
-  if (!folder.empty()) std::filesystem::remove_all(folder, error);
+  remove(folder);
   ::_exit(0);
 }
 
 }  // namespace
 
-Guard::Guard(const std::string& folder) {
+Guard::Guard(const std::string& folder) : folder_(folder) {
   std::array<int, 2> ends{};
-  if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
+  // A socket, since it can be written to without a signal where the guard was killed.
+  if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
+    throw std::system_error(errno, std::generic_category(), "socketpair");
+  }
   const FileDescriptor reading(ends[0]);
-  pipe_ = FileDescriptor(ends[1]);
+  socket_ = FileDescriptor(ends[1]);
   process_ = ::fork();
   if (process_ < 0) throw std::system_error(errno, std::generic_category(), "fork");
   if (process_ == 0) stand(reading.get(), folder);
 }
 
 Guard::~Guard() {
-  pipe_ = {};
+  socket_ = {};
   while (::waitpid(process_, nullptr, 0) < 0 && errno == EINTR) continue;
+  remove(folder_);  // it is still there if the guard was killed
 }
 
 void Guard::watch(pid_t group) const noexcept {
-  while (::write(pipe_.get(), &group, sizeof group) < 0 && errno == EINTR) continue;
+  while (::send(socket_.get(), &group, sizeof group, MSG_NOSIGNAL) < 0 && errno == EINTR) continue;
 }
 
 std::string makeTemporaryFolder() {

@@ -23,7 +23,8 @@ class Guard {
   void watch(pid_t group) const noexcept;
 
  private:
-  kelvar_platform::FileDescriptor pipe_;
+  std::string folder_;
+  kelvar_platform::FileDescriptor socket_;
   pid_t process_ = 0;
 };
 
