@@ -1,5 +1,6 @@
 #include "Revision.h"
 
+#include <optional>
 #include <vector>
 
 #include "Input.h"
@@ -9,25 +10,27 @@ namespace kelvar_tool {
 
 namespace {
 
-/// Empty where git is not there or refuses.
-std::string git(const std::string& folder, const std::vector<std::string>& arguments) {
+/// What it prints; nothing where it is not there or refuses.
+std::optional<std::string> git(const std::string& folder, const std::vector<std::string>& arguments) {
   std::vector<std::string> command{"git", "-C", folder, "-c", "core.fsmonitor=false"};
   command.insert(command.end(), arguments.begin(), arguments.end());
   kelvar_readers::Tool tool(command);
-  if (!tool.isRunning()) return {};
-  const std::string text = kelvar_readers::Input(tool.output(), "git").rest();
-  return tool.wait() == 0 ? text : std::string();
+  if (!tool.isRunning()) return std::nullopt;
+  std::string text = kelvar_readers::Input(tool.output(), "git").rest();
+  if (tool.wait() != 0) return std::nullopt;
+  return text;
 }
 
 }  // namespace
 
 std::string revisionOf(const std::string& folder) {
-  const std::string text = git(folder.empty() ? "." : folder, {"rev-parse", "--short=12", "HEAD"});
-  const std::string revision = text.substr(0, text.find('\n'));
-  if (revision.empty()) return {};
-  const std::string changes =
-      git(folder.empty() ? "." : folder, {"status", "--porcelain", "--untracked-files=no", "--", "."});
-  return changes.empty() ? revision : revision + "+";
+  const std::string place = folder.empty() ? "." : folder;
+  const std::optional<std::string> head = git(place, {"rev-parse", "--short=12", "HEAD"});
+  if (!head) return {};
+  // Of the whole tree: what is changed beside the folder may be built into the program as well.
+  const std::optional<std::string> changes = git(place, {"status", "--porcelain", "--untracked-files=no"});
+  if (!changes) return {};
+  return head->substr(0, head->find('\n')) + (changes->empty() ? "" : "+");
 }
 
 }  // namespace kelvar_tool

@@ -8,6 +8,7 @@
 #include "Diagnosis.h"
 #include "JsonFields.h"
 #include "StagedDirectory.h"
+#include "Utf8.h"
 
 namespace kelvar_import {
 
@@ -34,7 +35,7 @@ bool isRunName(const std::string& name) {
     return byte >= 0x20 && byte != 0x7f && one != '/';
   });
   constexpr std::size_t kLongestName = 200;  // leaves room for the suffix of what is being written
-  return plain && !name.empty() && name.size() <= kLongestName && name.front() != '.';
+  return plain && !name.empty() && name.size() <= kLongestName && name.front() != '.' && kelvar_platform::isUtf8(name);
 }
 
 std::string runDirectory(const std::string& project, const std::string& name) {

@@ -22,7 +22,7 @@ struct RunFacts {
 
 /// What a run may be called, for a refusal.
 inline constexpr const char* kRunNameRule =
-    "a name of at most 200 bytes without slashes, control characters or a dot at its beginning";
+    "a name in UTF-8 of at most 200 bytes, without slashes, control characters or a dot at its beginning";
 [[nodiscard]] bool isRunName(const std::string& name);
 
 /// The directory of a run. `name` may name one.
