@@ -32,6 +32,7 @@ void Side::add(RunRecord run, const AnchorsOf& anchorsOf) {
     gains[site] = gain;
   }
   names_.push_back(std::move(run.name));
+  analyses_ |= run.analyses;
   wholes_.push_back(run.whole > 0 ? run.whole : kUnknown);
   times_.push_back(std::move(times));
   gains_.push_back(std::move(gains));

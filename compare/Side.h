@@ -31,6 +31,8 @@ class Side {
   [[nodiscard]] std::size_t runs() const noexcept { return names_.size(); }
   [[nodiscard]] const std::vector<std::string>& names() const noexcept { return names_; }
 
+  /// A bit for each analysis that any run has a result of.
+  [[nodiscard]] std::uint8_t analyses() const noexcept { return analyses_; }
   /// Seconds of the whole program, by run; NaN where nothing was timed.
   [[nodiscard]] const std::vector<double>& wholes() const noexcept { return wholes_; }
   /// Seconds of a site, by run; NaN where a run did not time it.
@@ -53,6 +55,7 @@ class Side {
 
   std::vector<SideSite> sites_;
   std::vector<std::string> names_;
+  std::uint8_t analyses_ = 0;
   std::vector<double> wholes_;
   Values times_;
   Values gains_;

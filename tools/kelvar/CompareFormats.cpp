@@ -80,6 +80,7 @@ void writeGates(JsonText& json, const std::vector<GateResult>& results) {
     json.beginObject({});
     json.value("change", std::string(result.gate->name));
     json.value("fell", result.fell());
+    json.value("measured", result.lacks.empty());
     json.value("sites", countCell(result.sites));
     json.endObject();
   }
