@@ -12,11 +12,21 @@ namespace kelvar_compare {
 
 namespace {
 
+std::vector<double> known(std::vector<double> values) {
+  std::erase_if(values, [](double one) { return std::isnan(one); });
+  return values;
+}
+
+/// Runs that did not time a site say nothing of it, so that only the others count.
+bool areEnough(const std::vector<double>& before, const std::vector<double>& after) {
+  return before.size() >= kLeastRuns && after.size() >= kLeastRuns;
+}
+
 class Comparer {
  public:
   Comparer(const Side& before, const Side& after, const Settings& settings)
       : before_(before), after_(after), settings_(settings) {
-    result_.tested = before.runs() >= kLeastRuns && after.runs() >= kLeastRuns;
+    result_.tested = before.timedRuns() >= kLeastRuns && after.timedRuns() >= kLeastRuns;
     result_.judged = result_.tested || settings.threshold;
     result_.threshold = settings.threshold.value_or(Settings::kUsualThreshold);
   }
@@ -66,13 +76,11 @@ class Comparer {
     whole.change = changeFrom(whole.before, whole.after);
     if (std::isnan(whole.seconds())) return;
     whole.verdict = byThreshold(whole.change);
-    if (!result_.tested) return;
-    const auto known = [](std::vector<double> values) {
-      std::erase_if(values, [](double one) { return std::isnan(one); });
-      return values;
-    };
-    whole.p = rankTest(known(before_.wholes()), known(after_.wholes()));
-    const bool more = whole.p <= levelFor(before_.runs(), after_.runs()) && std::abs(whole.change) >= result_.threshold;
+    const std::vector<double> before = known(before_.wholes());
+    const std::vector<double> after = known(after_.wholes());
+    if (!areEnough(before, after)) return;
+    whole.p = rankTest(before, after);
+    const bool more = whole.p <= levelFor(before.size(), after.size()) && std::abs(whole.change) >= result_.threshold;
     whole.verdict = !more ? Verdict::same : whole.change > 0 ? Verdict::slower : Verdict::faster;
   }
 
@@ -81,6 +89,25 @@ class Comparer {
     const auto share = [](double part, double whole) { return whole > 0 ? part / whole : 1; };
     return share(time.before, result_.whole.before) >= Settings::kLeastShare ||
            share(time.after, result_.whole.after) >= Settings::kLeastShare;
+  }
+
+  /// Takes out the runs that timed none of the sites: they would make the family's test ask for more than the others
+  /// can show.
+  static void dropUntimed(Family& family) {
+    std::vector<bool> timed(family.before + family.after, false);
+    for (const std::vector<double>& site : family.seconds) {
+      for (std::size_t run = 0; run < site.size(); ++run) timed[run] = timed[run] || !std::isnan(site[run]);
+    }
+    for (std::vector<double>& site : family.seconds) {
+      std::size_t kept = 0;
+      for (std::size_t run = 0; run < site.size(); ++run) {
+        if (timed[run]) site[kept++] = site[run];
+      }
+      site.resize(kept);
+    }
+    const auto middle = timed.begin() + static_cast<std::ptrdiff_t>(family.before);
+    family.before = static_cast<std::size_t>(std::count(timed.begin(), middle, true));
+    family.after = static_cast<std::size_t>(std::count(middle, timed.end(), true));
   }
 
   void judgeSites() {
@@ -96,11 +123,12 @@ class Comparer {
       site.time.verdict = Verdict::small;
       if (!matters(site.time)) continue;
       site.time.verdict = byThreshold(site.time.change);
-      if (!result_.tested) continue;
+      if (!areEnough(known(times), known(later))) continue;
       times.insert(times.end(), later.begin(), later.end());
       family.seconds.push_back(std::move(times));
       judged.push_back(&site);
     }
+    dropUntimed(family);
     const std::vector<SiteVerdict> verdicts = judge(family);
     for (std::size_t at = 0; at < judged.size(); ++at) {
       TimeChange& time = judged[at]->time;

@@ -67,7 +67,7 @@ struct Settings {
 };
 
 struct Comparison {
-  bool tested = false;            ///< there are runs enough
+  bool tested = false;            ///< enough runs of either side timed something
   bool judged = false;            ///< by the test or by a threshold that somebody chose
   double threshold = 0;           ///< that was used
   TimeChange whole;               ///< of the program

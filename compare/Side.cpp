@@ -60,6 +60,15 @@ std::size_t Side::place(SiteRecord&& record, std::size_t known) {
   return known;
 }
 
+std::size_t Side::timedRuns() const noexcept {
+  const auto known = [](double one) { return !std::isnan(one); };
+  std::size_t count = 0;
+  for (std::size_t run = 0; run < times_.size(); ++run) {
+    if (known(wholes_[run]) || std::any_of(times_[run].begin(), times_[run].end(), known)) ++count;
+  }
+  return count;
+}
+
 std::vector<double> Side::valuesOf(const Values& values, std::size_t site) {
   std::vector<double> all;
   all.reserve(values.size());

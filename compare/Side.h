@@ -31,6 +31,8 @@ class Side {
   [[nodiscard]] std::size_t runs() const noexcept { return names_.size(); }
   [[nodiscard]] const std::vector<std::string>& names() const noexcept { return names_; }
 
+  /// How many runs timed the program or any site.
+  [[nodiscard]] std::size_t timedRuns() const noexcept;
   /// A bit for each analysis that any run has a result of.
   [[nodiscard]] std::uint8_t analyses() const noexcept { return analyses_; }
   /// Seconds of the whole program, by run; NaN where nothing was timed.

@@ -43,7 +43,7 @@ struct SiteRecord {
 struct RunRecord {
   std::string name;
   std::uint8_t analyses = 0;  ///< a bit for each that the run has a result of
-  double whole = 0;  ///< seconds of the whole program; 0: not timed
+  double whole = 0;           ///< seconds of the whole program; 0: not timed
   std::vector<SiteRecord> sites;
 };
 

@@ -60,6 +60,26 @@ TEST(Comparison, JudgesByTheTestOnlyFromThreeRunsASideOn) {
   EXPECT_EQ(told(runs(2, 1), runs(3, 1), {.threshold = 0.6, .lives = {}}), "a unchanged same, b unchanged same");
 }
 
+TEST(Comparison, CountsTheRunsThatTimedASiteAlone) {
+  const auto runs = [](double time, int timed, int untimed) {
+    Side all;
+    for (int run = 0; run < timed + untimed; ++run) {
+      const double noise = 0.001 * run;
+      const bool isTimed = run < timed;
+      all.add({.name = "run",
+               .whole = isTimed ? time + 1 : 0,
+               .sites = {record("a", isTimed ? time + noise : kUnknown), record("b", isTimed ? 1 + noise : kUnknown)}},
+              none);
+    }
+    return all;
+  };
+  EXPECT_EQ(told(runs(2, 1, 2), runs(3, 1, 2)), "a unchanged untested, b unchanged untested");
+  EXPECT_EQ(told(runs(2, 1, 2), runs(3, 1, 2), {.threshold = 0.1, .lives = {}}), "a changed slower, b unchanged same");
+  EXPECT_EQ(told(runs(2, 3, 2), runs(3, 3, 1)), "a changed slower, b unchanged same");
+  EXPECT_EQ(compared(runs(2, 1, 2), runs(3, 1, 2), none, {}).whole.verdict, Verdict::untested);
+  EXPECT_EQ(compared(runs(2, 3, 2), runs(3, 3, 1), none, {}).whole.verdict, Verdict::slower);
+}
+
 TEST(Comparison, DoesNotJudgeWhatTakesNoTime) {
   EXPECT_EQ(told(side({{record("a", 0.009)}}), side({{record("a", 0.001)}}), {.threshold = 0.1, .lives = {}}),
             "a unchanged small");

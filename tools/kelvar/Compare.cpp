@@ -151,7 +151,8 @@ constexpr const char* kExamples =
     "                                               for a build that guards its hot loops\n"
     "  kelvar compare before --with after --format csv >changes.csv\n"
     "\n"
-    "Exit status: 0 done; 1 something could not be read or written, or what --fail-on asks for was not measured, which\n"
+    "Exit status: 0 done; 1 something could not be read or written, or what --fail-on asks for was not measured, "
+    "which\n"
     "is named with the reason; 2 a usage error; 3 out of memory, or the system failed; 4 everything was read, and\n"
     "--fail-on applies.";
 
