@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <tuple>
+#include <utility>
 
 #include "FamilyTest.h"
 #include "RankTest.h"
@@ -69,15 +70,34 @@ class Comparer {
 
   static double changeFrom(double before, double after) { return before > 0 ? after / before - 1 : kUnknown; }
 
+  /// What most runs of both sides tell, of these the greatest; none where both sides have none in common: functions of
+  /// one and loops of the other are different times.
+  [[nodiscard]] std::optional<WholeOf> commonSource() const {
+    std::optional<WholeOf> best;
+    std::pair<std::size_t, double> most;
+    for (const WholeOf source : kAllWholes) {
+      const std::vector<double> before = known(before_.wholes(source));
+      const std::vector<double> after = known(after_.wholes(source));
+      const std::size_t runs = std::min(before.size(), after.size());
+      if (runs == 0) continue;
+      const std::pair one(runs, std::max(median(before), median(after)));
+      if (best && one <= most) continue;
+      best = source;
+      most = one;
+    }
+    return best;
+  }
+
   void judgeWhole() {
     TimeChange& whole = result_.whole;
-    whole.before = median(before_.wholes());
-    whole.after = median(after_.wholes());
+    result_.wholeOf = commonSource();
+    whole.before = median(before_.wholes(result_.wholeOf));
+    whole.after = median(after_.wholes(result_.wholeOf));
+    if (!result_.wholeOf) return;
     whole.change = changeFrom(whole.before, whole.after);
-    if (std::isnan(whole.seconds())) return;
     whole.verdict = byThreshold(whole.change);
-    const std::vector<double> before = known(before_.wholes());
-    const std::vector<double> after = known(after_.wholes());
+    const std::vector<double> before = known(before_.wholes(result_.wholeOf));
+    const std::vector<double> after = known(after_.wholes(result_.wholeOf));
     if (!areEnough(before, after)) return;
     whole.p = rankTest(before, after);
     const bool more = whole.p <= levelFor(before.size(), after.size()) && std::abs(whole.change) >= result_.threshold;
@@ -202,6 +222,11 @@ std::string_view nameOf(State state) noexcept {
 std::string_view nameOf(Verdict verdict) noexcept {
   static constexpr std::array<std::string_view, 6> kNames{"untimed", "small", "untested", "same", "slower", "faster"};
   return kNames[static_cast<std::size_t>(verdict)];
+}
+
+std::string_view nameOf(WholeOf source) noexcept {
+  static constexpr std::array<std::string_view, kAllWholes.size()> kNames{"functions", "sites", "loops"};
+  return kNames[static_cast<std::size_t>(source)];
 }
 
 bool isNotable(const SiteChange& site, const Comparison& comparison) noexcept {

@@ -59,7 +59,7 @@ std::string sideText(const char* name, const Side& side) {
 }
 
 std::string wholeText(const TimeChange& whole, const Terminal& terminal) {
-  if (whole.verdict == Verdict::untimed) return "In all: not timed on both sides";
+  if (whole.verdict == Verdict::untimed) return "In all: not timed on both sides by the same analysis";
   std::string text = "In all: " + kelvar_page::timeText(whole.before) + " to " + kelvar_page::timeText(whole.after) +
                      ", " + percentText(whole.change) + " of BEFORE";
   if (whole.called()) text += ", " + painted(terminal, paintOf(whole.verdict), nameOf(whole.verdict));

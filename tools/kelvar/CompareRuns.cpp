@@ -138,7 +138,10 @@ kelvar_compare::RunRecord ComparedRuns::runIn(const std::string& directory) {
   const kelvar_page::Overview overview(*loaded.data, [&](const Site& site) {
     if (!isEnd(site)) run.sites.push_back(recordOf(site, database));
   });
-  run.whole = overview.wholeTime();
+  static_assert(kelvar_compare::kAllWholes.size() == kelvar_page::kAllWholes.size());
+  for (const kelvar_page::WholeOf source : kelvar_page::kAllWholes) {
+    run.wholes[static_cast<std::size_t>(source)] = overview.wholeTime(source);
+  }
   kelvar_platform::removeScanner();  // it holds the database
   return run;
 }
