@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <tuple>
+#include <utility>
 
 #include "FamilyTest.h"
 #include "RankTest.h"
@@ -12,11 +13,21 @@ namespace kelvar_compare {
 
 namespace {
 
+std::vector<double> known(std::vector<double> values) {
+  std::erase_if(values, [](double one) { return std::isnan(one); });
+  return values;
+}
+
+/// Runs that did not time a site say nothing of it, so that only the others count.
+bool areEnough(const std::vector<double>& before, const std::vector<double>& after) {
+  return before.size() >= kLeastRuns && after.size() >= kLeastRuns;
+}
+
 class Comparer {
  public:
   Comparer(const Side& before, const Side& after, const Settings& settings)
       : before_(before), after_(after), settings_(settings) {
-    result_.tested = before.runs() >= kLeastRuns && after.runs() >= kLeastRuns;
+    result_.tested = before.timedRuns() >= kLeastRuns && after.timedRuns() >= kLeastRuns;
     result_.judged = result_.tested || settings.threshold;
     result_.threshold = settings.threshold.value_or(Settings::kUsualThreshold);
   }
@@ -59,20 +70,37 @@ class Comparer {
 
   static double changeFrom(double before, double after) { return before > 0 ? after / before - 1 : kUnknown; }
 
+  /// What most runs of both sides tell, of these the greatest; none where both sides have none in common: functions of
+  /// one and loops of the other are different times.
+  [[nodiscard]] std::optional<WholeOf> commonSource() const {
+    std::optional<WholeOf> best;
+    std::pair<std::size_t, double> most;
+    for (const WholeOf source : kAllWholes) {
+      const std::vector<double> before = known(before_.wholes(source));
+      const std::vector<double> after = known(after_.wholes(source));
+      const std::size_t runs = std::min(before.size(), after.size());
+      if (runs == 0) continue;
+      const std::pair one(runs, std::max(median(before), median(after)));
+      if (best && one <= most) continue;
+      best = source;
+      most = one;
+    }
+    return best;
+  }
+
   void judgeWhole() {
     TimeChange& whole = result_.whole;
-    whole.before = median(before_.wholes());
-    whole.after = median(after_.wholes());
+    result_.wholeOf = commonSource();
+    whole.before = median(before_.wholes(result_.wholeOf));
+    whole.after = median(after_.wholes(result_.wholeOf));
+    if (!result_.wholeOf) return;
     whole.change = changeFrom(whole.before, whole.after);
-    if (std::isnan(whole.seconds())) return;
     whole.verdict = byThreshold(whole.change);
-    if (!result_.tested) return;
-    const auto known = [](std::vector<double> values) {
-      std::erase_if(values, [](double one) { return std::isnan(one); });
-      return values;
-    };
-    whole.p = rankTest(known(before_.wholes()), known(after_.wholes()));
-    const bool more = whole.p <= levelFor(before_.runs(), after_.runs()) && std::abs(whole.change) >= result_.threshold;
+    const std::vector<double> before = known(before_.wholes(result_.wholeOf));
+    const std::vector<double> after = known(after_.wholes(result_.wholeOf));
+    if (!areEnough(before, after)) return;
+    whole.p = rankTest(before, after);
+    const bool more = whole.p <= levelFor(before.size(), after.size()) && std::abs(whole.change) >= result_.threshold;
     whole.verdict = !more ? Verdict::same : whole.change > 0 ? Verdict::slower : Verdict::faster;
   }
 
@@ -81,6 +109,25 @@ class Comparer {
     const auto share = [](double part, double whole) { return whole > 0 ? part / whole : 1; };
     return share(time.before, result_.whole.before) >= Settings::kLeastShare ||
            share(time.after, result_.whole.after) >= Settings::kLeastShare;
+  }
+
+  /// Takes out the runs that timed none of the sites: they would make the family's test ask for more than the others
+  /// can show.
+  static void dropUntimed(Family& family) {
+    std::vector<bool> timed(family.before + family.after, false);
+    for (const std::vector<double>& site : family.seconds) {
+      for (std::size_t run = 0; run < site.size(); ++run) timed[run] = timed[run] || !std::isnan(site[run]);
+    }
+    for (std::vector<double>& site : family.seconds) {
+      std::size_t kept = 0;
+      for (std::size_t run = 0; run < site.size(); ++run) {
+        if (timed[run]) site[kept++] = site[run];
+      }
+      site.resize(kept);
+    }
+    const auto middle = timed.begin() + static_cast<std::ptrdiff_t>(family.before);
+    family.before = static_cast<std::size_t>(std::count(timed.begin(), middle, true));
+    family.after = static_cast<std::size_t>(std::count(middle, timed.end(), true));
   }
 
   void judgeSites() {
@@ -96,11 +143,12 @@ class Comparer {
       site.time.verdict = Verdict::small;
       if (!matters(site.time)) continue;
       site.time.verdict = byThreshold(site.time.change);
-      if (!result_.tested) continue;
+      if (!areEnough(known(times), known(later))) continue;
       times.insert(times.end(), later.begin(), later.end());
       family.seconds.push_back(std::move(times));
       judged.push_back(&site);
     }
+    dropUntimed(family);
     const std::vector<SiteVerdict> verdicts = judge(family);
     for (std::size_t at = 0; at < judged.size(); ++at) {
       TimeChange& time = judged[at]->time;
@@ -174,6 +222,11 @@ std::string_view nameOf(State state) noexcept {
 std::string_view nameOf(Verdict verdict) noexcept {
   static constexpr std::array<std::string_view, 6> kNames{"untimed", "small", "untested", "same", "slower", "faster"};
   return kNames[static_cast<std::size_t>(verdict)];
+}
+
+std::string_view nameOf(WholeOf source) noexcept {
+  static constexpr std::array<std::string_view, kAllWholes.size()> kNames{"functions", "sites", "loops"};
+  return kNames[static_cast<std::size_t>(source)];
 }
 
 bool isNotable(const SiteChange& site, const Comparison& comparison) noexcept {

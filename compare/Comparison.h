@@ -24,6 +24,7 @@ enum class Verdict : std::uint8_t {
   faster,
 };
 [[nodiscard]] std::string_view nameOf(Verdict verdict) noexcept;
+[[nodiscard]] std::string_view nameOf(WholeOf source) noexcept;
 
 enum class Turn : std::uint8_t { none, came, went };
 
@@ -67,11 +68,12 @@ struct Settings {
 };
 
 struct Comparison {
-  bool tested = false;            ///< there are runs enough
-  bool judged = false;            ///< by the test or by a threshold that somebody chose
-  double threshold = 0;           ///< that was used
-  TimeChange whole;               ///< of the program
-  std::vector<SiteChange> sites;  ///< what changed first, of each state the greatest difference first
+  bool tested = false;             ///< enough runs of either side timed something
+  bool judged = false;             ///< by the test or by a threshold that somebody chose
+  double threshold = 0;            ///< that was used
+  TimeChange whole;                ///< of the program
+  std::optional<WholeOf> wholeOf;  ///< its source; none: no source is on both sides, and each has its own
+  std::vector<SiteChange> sites;   ///< what changed first, of each state the greatest difference first
 
   [[nodiscard]] std::size_t count(const std::function<bool(const SiteChange&)>& is) const;
 };

@@ -235,9 +235,8 @@ double changeOf(const Timed& timed) {
 }  // namespace
 
 bool isCall(const SiteVerdict& verdict, const Family& family, double threshold) {
-  return verdict.p <= levelFor(family.before, family.after) &&
-         verdict.familyP <= familyLevelFor(family.before, family.after) && std::abs(verdict.change) >= threshold &&
-         verdict.change * verdict.apart > 0;
+  return verdict.p <= verdict.level && verdict.familyP <= familyLevelFor(family.before, family.after) &&
+         std::abs(verdict.change) >= threshold && verdict.change * verdict.apart > 0;
 }
 
 std::vector<SiteVerdict> judge(const Family& family) {
@@ -254,6 +253,7 @@ std::vector<SiteVerdict> judge(const Family& family) {
     const Timed apart = timedIn(logs[site], family.before);
     verdicts.push_back({.p = rankTest(apart.before, apart.after),
                         .familyP = ps[site],
+                        .level = levelFor(apart.before.size(), apart.after.size()),
                         .apart = std::expm1(statistic.difference(site, sides)),
                         .change = changeOf(timedIn(family.seconds[site], family.before))});
   }

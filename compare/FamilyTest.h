@@ -16,6 +16,7 @@ struct Family {
 struct SiteVerdict {
   double p = 1;        ///< of the rank test of this site alone
   double familyP = 1;  ///< how often chance makes any site of the family differ as clearly as this one
+  double level = 0;    ///< below which p counts, as many runs as timed the site
   double apart = 0;    ///< AFTER over BEFORE less 1, without what all sites have in common
   double change = 0;   ///< the same of the medians as they were measured; NaN where BEFORE has none or 0
 };

@@ -32,7 +32,8 @@ void Side::add(RunRecord run, const AnchorsOf& anchorsOf) {
     gains[site] = gain;
   }
   names_.push_back(std::move(run.name));
-  wholes_.push_back(run.whole > 0 ? run.whole : kUnknown);
+  analyses_ |= run.analyses;
+  wholes_.push_back(run.wholes);
   times_.push_back(std::move(times));
   gains_.push_back(std::move(gains));
 }
@@ -57,6 +58,26 @@ std::size_t Side::place(SiteRecord&& record, std::size_t known) {
     site.match = site.match == Match::absent ? record.match : std::min(site.match, record.match);
   }
   return known;
+}
+
+std::vector<double> Side::wholes(std::optional<WholeOf> source) const {
+  std::vector<double> all;
+  all.reserve(wholes_.size());
+  for (const auto& run : wholes_) {
+    const double one = source ? run[static_cast<std::size_t>(*source)] : *std::max_element(run.begin(), run.end());
+    all.push_back(one > 0 ? one : kUnknown);
+  }
+  return all;
+}
+
+std::size_t Side::timedRuns() const {
+  const auto known = [](double one) { return !std::isnan(one); };
+  const std::vector<double> all = wholes({});
+  std::size_t count = 0;
+  for (std::size_t run = 0; run < times_.size(); ++run) {
+    if (known(all[run]) || std::any_of(times_[run].begin(), times_[run].end(), known)) ++count;
+  }
+  return count;
 }
 
 std::vector<double> Side::valuesOf(const Values& values, std::size_t site) {

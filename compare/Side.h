@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,8 +32,12 @@ class Side {
   [[nodiscard]] std::size_t runs() const noexcept { return names_.size(); }
   [[nodiscard]] const std::vector<std::string>& names() const noexcept { return names_; }
 
-  /// Seconds of the whole program, by run; NaN where nothing was timed.
-  [[nodiscard]] const std::vector<double>& wholes() const noexcept { return wholes_; }
+  /// How many runs timed the program or any site.
+  [[nodiscard]] std::size_t timedRuns() const;
+  /// A bit for each analysis that any run has a result of.
+  [[nodiscard]] std::uint8_t analyses() const noexcept { return analyses_; }
+  /// Seconds of the whole program, by run, from one source or from that which says most; NaN where nothing was timed.
+  [[nodiscard]] std::vector<double> wholes(std::optional<WholeOf> source) const;
   /// Seconds of a site, by run; NaN where a run did not time it.
   [[nodiscard]] std::vector<double> times(std::size_t site) const { return valuesOf(times_, site); }
   /// The median of the gains; NaN where there are none.
@@ -53,7 +58,8 @@ class Side {
 
   std::vector<SideSite> sites_;
   std::vector<std::string> names_;
-  std::vector<double> wholes_;
+  std::uint8_t analyses_ = 0;
+  std::vector<std::array<double, kAllWholes.size()>> wholes_;  // by run
   Values times_;
   Values gains_;
 };

@@ -40,9 +40,14 @@ struct SiteRecord {
   Match match = Match::absent;
 };
 
+/// What the time of the whole program is a sum of.
+enum class WholeOf : std::uint8_t { functions, sites, loops };
+inline constexpr std::array kAllWholes{WholeOf::functions, WholeOf::sites, WholeOf::loops};
+
 struct RunRecord {
   std::string name;
-  double whole = 0;  ///< seconds of the whole program; 0: not timed
+  std::uint8_t analyses = 0;                       ///< a bit for each that the run has a result of
+  std::array<double, kAllWholes.size()> wholes{};  ///< seconds of the whole program, by source; 0: not timed
   std::vector<SiteRecord> sites;
 };
 

@@ -73,7 +73,8 @@ Overview::Overview(const kelvar::SummaryData& data, const std::function<void(con
     const auto region = regions_.find(mark.handle);
     if (!mark.end && (region == regions_.end() || region->second.depth == 0)) outermost += mark.time;
   }
-  whole_ = std::max({functions, outermost, loops});
+  wholes_ = {functions, outermost, loops};
+  whole_ = *std::max_element(wholes_.begin(), wholes_.end());
 }
 
 // The longest spelling that ends as all others do stands for them; where two long ones differ, none does.

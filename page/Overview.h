@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -22,6 +24,10 @@ struct Region {
   double nested = 0;        ///< seconds of the sites directly within
 };
 
+/// What the time of the whole program is a sum of.
+enum class WholeOf : std::uint8_t { functions, sites, loops };
+inline constexpr std::array kAllWholes{WholeOf::functions, WholeOf::sites, WholeOf::loops};
+
 /// The program as a whole: what every site is a share of, and which site lies in which.
 class Overview {
  public:
@@ -31,6 +37,8 @@ class Overview {
   /// Seconds of the whole program: of all functions, else of all outermost sites, else of all loops, whichever says
   /// most. 0 where nothing was timed.
   [[nodiscard]] double wholeTime() const noexcept { return whole_; }
+  /// The same from one source alone, so that two runs can be compared by the same one. Sites: the outermost.
+  [[nodiscard]] double wholeTime(WholeOf source) const noexcept { return wholes_[static_cast<std::size_t>(source)]; }
   /// Whether any living annotation is there: without one, nothing can match.
   [[nodiscard]] bool anyCurrent() const noexcept { return anyCurrent_; }
   [[nodiscard]] std::int64_t rows() const noexcept { return rows_; }
@@ -62,6 +70,7 @@ class Overview {
   std::map<std::string, std::vector<kelvar::SummaryItem*>> files_;  // by their one spelling
   std::unordered_map<std::string, std::string> spellings_;          // as rows have it, to that
   std::unordered_map<unsigned long, kelvar::SummaryItem*> sites_;   // by handle
+  std::array<double, kAllWholes.size()> wholes_{};
   double whole_ = 0;
   std::int64_t rows_ = 0;
   bool anyCurrent_ = false;

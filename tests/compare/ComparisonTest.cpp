@@ -25,7 +25,7 @@ const Anchors& none(std::uint32_t) {
 Side side(const std::vector<std::vector<SiteRecord>>& runs) {
   Side all;
   for (const std::vector<SiteRecord>& sites : runs) {
-    all.add({.name = "run", .whole = 10, .sites = sites}, none);
+    all.add({.name = "run", .wholes = {10}, .sites = sites}, none);
   }
   return all;
 }
@@ -58,6 +58,43 @@ TEST(Comparison, JudgesByTheTestOnlyFromThreeRunsASideOn) {
   EXPECT_EQ(told(runs(2, 3), runs(3, 2)), "a unchanged untested, b unchanged untested");
   EXPECT_EQ(told(runs(2, 1), runs(3, 1), {.threshold = 0.4, .lives = {}}), "a changed slower, b unchanged same");
   EXPECT_EQ(told(runs(2, 1), runs(3, 1), {.threshold = 0.6, .lives = {}}), "a unchanged same, b unchanged same");
+}
+
+TEST(Comparison, CountsTheRunsThatTimedASiteAlone) {
+  const auto runs = [](double time, int timed, int untimed) {
+    Side all;
+    for (int run = 0; run < timed + untimed; ++run) {
+      const double noise = 0.001 * run;
+      const bool isTimed = run < timed;
+      all.add({.name = "run",
+               .wholes = {isTimed ? time + 1 : 0},
+               .sites = {record("a", isTimed ? time + noise : kUnknown), record("b", isTimed ? 1 + noise : kUnknown)}},
+              none);
+    }
+    return all;
+  };
+  EXPECT_EQ(told(runs(2, 1, 2), runs(3, 1, 2)), "a unchanged untested, b unchanged untested");
+  EXPECT_EQ(told(runs(2, 1, 2), runs(3, 1, 2), {.threshold = 0.1, .lives = {}}), "a changed slower, b unchanged same");
+  EXPECT_EQ(told(runs(2, 3, 2), runs(3, 3, 1)), "a changed slower, b unchanged same");
+  EXPECT_EQ(compared(runs(2, 1, 2), runs(3, 1, 2), none, {}).whole.verdict, Verdict::untested);
+  EXPECT_EQ(compared(runs(2, 3, 2), runs(3, 3, 1), none, {}).whole.verdict, Verdict::slower);
+}
+
+TEST(Comparison, TakesTheTimeInAllFromWhatBothSidesTell) {
+  const auto whole = [](std::array<double, 3> before, std::array<double, 3> after) {
+    const auto one = [](const std::array<double, 3>& wholes) {
+      Side side;
+      side.add({.name = "run", .wholes = wholes, .sites = {}}, none);
+      return side;
+    };
+    const Comparison of = compared(one(before), one(after), none, {.threshold = 0.1, .lives = {}});
+    return std::string(of.wholeOf ? nameOf(*of.wholeOf) : "nothing") + " " + std::string(nameOf(of.whole.verdict));
+  };
+  EXPECT_EQ(whole({10, 5, 2}, {10, 5, 2}), "functions same");
+  EXPECT_EQ(whole({10, 5, 2}, {0, 5, 2}), "sites same");
+  EXPECT_EQ(whole({5, 5.01, 0}, {5.01, 5, 0}), "functions same");
+  EXPECT_EQ(whole({10, 0, 0}, {0, 0, 2}), "nothing untimed");
+  EXPECT_EQ(whole({0, 0, 0}, {10, 5, 2}), "nothing untimed");
 }
 
 TEST(Comparison, DoesNotJudgeWhatTakesNoTime) {

@@ -76,10 +76,11 @@ void requireJudgeable(const Request& request) {
                    std::to_string(request.before.size()) + " and " + std::to_string(request.after.size()) + " runs");
 }
 
-GateResult resultOf(const Gate& gate, const kelvar_compare::Comparison& comparison) {
+GateResult resultOf(const Gate& gate, const ComparedSides& sides) {
   return {.gate = &gate,
-          .sites = comparison.count(gate.falls),
-          .whole = gate.name == "slower" && comparison.whole.verdict == kelvar_compare::Verdict::slower};
+          .sites = sides.comparison.count(gate.falls),
+          .whole = gate.name == "slower" && sides.comparison.whole.verdict == kelvar_compare::Verdict::slower,
+          .lacks = gate.lacks ? gate.lacks(sides) : std::string()};
 }
 
 /// Names the first few.
@@ -112,14 +113,18 @@ ExitStatus compare(const Request& request) {
   requireJudgeable(request);
   const ComparedSides sides = compareRuns(request.before, request.after, request.threshold);
   std::vector<GateResult> results;
-  for (const Gate* const gate : request.gates) results.push_back(resultOf(*gate, sides.comparison));
+  for (const Gate* const gate : request.gates) results.push_back(resultOf(*gate, sides));
   request.print(sides, results);
   bool fallen = false;
+  bool measured = true;
   for (const GateResult& result : results) {
     if (result.fell()) sayFallen(result, sides);
     fallen = fallen || result.fell();
+    if (result.lacks.empty()) continue;
+    say("--fail-on " + std::string(result.gate->name) + ": expected " + result.lacks);
+    measured = false;
   }
-  if (!sides.complaints.empty()) return kUnreadable;
+  if (!sides.complaints.empty() || !measured) return kUnreadable;
   return fallen ? kStale : kDone;
 }
 
@@ -146,8 +151,10 @@ constexpr const char* kExamples =
     "                                               for a build that guards its hot loops\n"
     "  kelvar compare before --with after --format csv >changes.csv\n"
     "\n"
-    "Exit status: 0 done; 1 something could not be read or written, which is named with the reason; 2 a usage error;\n"
-    "3 out of memory, or the system failed; 4 everything was read, and --fail-on applies.";
+    "Exit status: 0 done; 1 something could not be read or written, or what --fail-on asks for was not measured, "
+    "which\n"
+    "is named with the reason; 2 a usage error; 3 out of memory, or the system failed; 4 everything was read, and\n"
+    "--fail-on applies.";
 
 }  // namespace
 

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <string>
 
+#include "RankTest.h"
+
 namespace kelvar_tool {
 
 namespace {
@@ -14,6 +16,30 @@ using kelvar_compare::Side;
 using kelvar_compare::SideSite;
 using kelvar_compare::SiteChange;
 using kelvar_compare::Turn;
+
+/// Whether a time of the program or of a site was judged.
+std::string lacksTimes(const ComparedSides& sides) {
+  const auto judged = [](const kelvar_compare::TimeChange& time) {
+    return time.called() || time.verdict == kelvar_compare::Verdict::same;
+  };
+  if (judged(sides.comparison.whole)) return {};
+  if (sides.comparison.count([&](const SiteChange& site) { return judged(site.time); }) > 0) return {};
+  return "times on both sides, of " + std::to_string(kelvar_compare::kLeastRuns) +
+         " runs a side or with --threshold; no time could be judged";
+}
+
+std::string lacksRaces(const ComparedSides& sides) {
+  return hasResultOf(sides.after, kelvar_2_1_7::kCorrectnessKind)
+             ? std::string()
+             : "a result of the dependencies analysis in AFTER; no run of it looked for races";
+}
+
+std::string lacksVectorization(const ComparedSides& sides) {
+  const bool before = hasResultOf(sides.before, kelvar_2_1_7::kVectorizationKind);
+  if (before && hasResultOf(sides.after, kelvar_2_1_7::kVectorizationKind)) return {};
+  return std::string("a result of the vectorization analysis on both sides; no run of ") +
+         (before ? "AFTER" : "BEFORE") + " has one";
+}
 
 Cell textCell(std::string_view text) {
   return text.empty() ? Cell() : Cell(std::string(text));
@@ -162,10 +188,11 @@ const Identity& identityOf(const ComparedSides& sides, const SiteChange& site) {
 const std::vector<Gate>& gates() {
   static const std::vector<Gate> all{
       {"slower", "a longer time",
-       [](const SiteChange& site) { return site.time.verdict == kelvar_compare::Verdict::slower; }},
-      {"race", "a race that BEFORE does not have", [](const SiteChange& site) { return site.races == Turn::came; }},
+       [](const SiteChange& site) { return site.time.verdict == kelvar_compare::Verdict::slower; }, lacksTimes},
+      {"race", "a race that BEFORE does not have", [](const SiteChange& site) { return site.races == Turn::came; },
+       lacksRaces},
       {"vectorization", "no longer vectorized",
-       [](const SiteChange& site) { return site.vectorisation == Turn::went; }},
+       [](const SiteChange& site) { return site.vectorisation == Turn::went; }, lacksVectorization},
       {"stale", "a worse match with the annotations", [](const SiteChange& site) { return site.stale; }},
       {"gone", "no annotation any more", [](const SiteChange& site) { return site.lost; }},
   };

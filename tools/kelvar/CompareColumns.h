@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -28,6 +29,8 @@ struct Gate {
   std::string_view name;
   std::string_view what;  ///< before `at 2 sites`
   bool (*falls)(const kelvar_compare::SiteChange& site);
+  /// What was expected, where too little was measured for the gate to fall; null: any result will do.
+  std::string (*lacks)(const ComparedSides& sides) = nullptr;
 };
 [[nodiscard]] const std::vector<Gate>& gates();
 

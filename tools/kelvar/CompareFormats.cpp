@@ -1,6 +1,7 @@
 #include "CompareFormats.h"
 
 #include <cmath>
+#include <optional>
 #include <string>
 
 #include "CsvText.h"
@@ -23,9 +24,11 @@ Cell countCell(std::size_t count) {
 }
 
 /// JsonText writes what is not finite as null.
-void writeWhole(JsonText& json, const kelvar_compare::TimeChange& whole) {
+void writeWhole(JsonText& json, const kelvar_compare::Comparison& comparison) {
+  const kelvar_compare::TimeChange& whole = comparison.whole;
   json.beginObject("whole");
   json.value("verdict", std::string(nameOf(whole.verdict)));
+  json.value("of", comparison.wholeOf ? Cell(std::string(nameOf(*comparison.wholeOf))) : Cell());
   json.value("before", whole.before);
   json.value("after", whole.after);
   json.value("changePercent", 100 * whole.change);
@@ -33,14 +36,16 @@ void writeWhole(JsonText& json, const kelvar_compare::TimeChange& whole) {
   json.endObject();
 }
 
-void writeSide(JsonText& json, std::string_view key, const kelvar_compare::Side& side) {
+void writeSide(JsonText& json, std::string_view key, const kelvar_compare::Side& side,
+               std::optional<kelvar_compare::WholeOf> wholeOf) {
+  const std::vector<double> wholes = side.wholes(wholeOf);
   json.beginObject(key);
   json.value("sites", countCell(side.sites().size()));
   json.beginList("runs");
   for (std::size_t run = 0; run < side.runs(); ++run) {
     json.beginObject({});
     json.value("path", side.names()[run]);
-    json.value("time", side.wholes()[run]);
+    json.value("time", wholes[run]);
     json.endObject();
   }
   json.endList();
@@ -80,6 +85,7 @@ void writeGates(JsonText& json, const std::vector<GateResult>& results) {
     json.beginObject({});
     json.value("change", std::string(result.gate->name));
     json.value("fell", result.fell());
+    json.value("measured", result.lacks.empty());
     json.value("sites", countCell(result.sites));
     json.endObject();
   }
@@ -116,10 +122,10 @@ void printCompareJson(const ComparedSides& sides, const std::vector<GateResult>&
   json.beginList("unreadable");
   for (const std::string& complaint : sides.complaints) json.value({}, complaint);
   json.endList();
-  writeSide(json, "before", sides.before);
-  writeSide(json, "after", sides.after);
+  writeSide(json, "before", sides.before, sides.comparison.wholeOf);
+  writeSide(json, "after", sides.after, sides.comparison.wholeOf);
   writeTest(json, sides);
-  writeWhole(json, sides.comparison.whole);
+  writeWhole(json, sides.comparison);
   writeCounts(json, sides.comparison);
   writeGates(json, results);
   json.beginList("sites");

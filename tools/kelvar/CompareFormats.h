@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -12,6 +13,7 @@ struct GateResult {
   const Gate* gate = nullptr;
   std::size_t sites = 0;
   bool whole = false;  ///< the program as a whole is slower
+  std::string lacks;   ///< why nothing could fall at it; empty: it was measured
 
   [[nodiscard]] bool fell() const noexcept { return sites > 0 || whole; }
 };

@@ -59,7 +59,7 @@ std::string sideText(const char* name, const Side& side) {
 }
 
 std::string wholeText(const TimeChange& whole, const Terminal& terminal) {
-  if (whole.verdict == Verdict::untimed) return "In all: not timed on both sides";
+  if (whole.verdict == Verdict::untimed) return "In all: not timed on both sides by the same analysis";
   std::string text = "In all: " + kelvar_page::timeText(whole.before) + " to " + kelvar_page::timeText(whole.after) +
                      ", " + percentText(whole.change) + " of BEFORE";
   if (whole.called()) text += ", " + painted(terminal, paintOf(whole.verdict), nameOf(whole.verdict));
@@ -83,8 +83,11 @@ std::string noteText(const ComparedSides& sides) {
   const kelvar_compare::Comparison& comparison = sides.comparison;
   if (comparison.tested) return {};
   const std::string least = std::to_string(kelvar_compare::kLeastRuns);
-  std::string text = "A test against noise takes " + least + " runs a side: with " +
-                     std::to_string(sides.before.runs()) + " and " + std::to_string(sides.after.runs());
+  const std::size_t before = sides.before.timedRuns();
+  const std::size_t after = sides.after.timedRuns();
+  const bool all = before == sides.before.runs() && after == sides.after.runs();
+  std::string text = "A test against noise takes " + least + " runs a side" + (all ? "" : " with times") + ": with " +
+                     std::to_string(before) + " and " + std::to_string(after);
   if (!comparison.judged) return text + ", no time is called slower or faster.";
   return text + ", the threshold of " + percentText(comparison.threshold).substr(1) + " alone decides.";
 }

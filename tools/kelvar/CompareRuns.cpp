@@ -52,6 +52,10 @@ Match matchOf(const Site& site) {
   return worst;
 }
 
+std::uint8_t bitOf(digestio::SummaryDataKind kind) {
+  return static_cast<std::uint8_t>(1U << static_cast<unsigned>(kind));
+}
+
 SiteRecord recordOf(const Site& site, std::uint32_t database) {
   SiteRecord record{.identity = {.label = site.label,
                                  .file = site.place.get_file(),
@@ -63,7 +67,7 @@ SiteRecord recordOf(const Site& site, std::uint32_t database) {
                                  .database = database,
                                  .sequence = site.handle}};
   for (const digestio::SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
-    if (site.details[kind]) record.identity.analyses |= static_cast<std::uint8_t>(1U << static_cast<unsigned>(kind));
+    if (site.details[kind]) record.identity.analyses |= bitOf(kind);
   }
   record.time = site.time.value_or(kelvar_compare::kUnknown);
   record.gain = site.gain.value_or(kelvar_compare::kUnknown);
@@ -80,12 +84,18 @@ std::string withoutLinks(const std::string& path) {
   return error ? path : resolved.native();
 }
 
+/// One measurement that counts twice looks like two without noise.
 void requireReadable(const char* argument, const std::vector<std::string>& directories) {
+  std::unordered_map<std::string, std::string> seen;  // without links, to how it was named
   for (const std::string& directory : directories) {
     if (!isDirectory(directory)) {
       throw UsageError(std::string(argument) + ": expected a directory, not " + inQuotes(directory));
     }
     if (piecesIn(directory).none()) throw UsageError("no annotations or results in " + inQuotes(directory));
+    const auto [first, isNew] = seen.try_emplace(withoutLinks(directory), directory);
+    if (isNew) continue;
+    throw UsageError(std::string(argument) + ": expected each directory once, not " + inQuotes(first->second) +
+                     (first->second == directory ? " twice" : " again as " + inQuotes(directory)));
   }
 }
 
@@ -120,26 +130,33 @@ kelvar_compare::RunRecord ComparedRuns::runIn(const std::string& directory) {
   ofSide_.insert(database);
   const Loaded loaded = load(pieces);
   kelvar_platform::returnFreedMemory();  // of reading
-  for (const std::string& complaint : loaded.complaints) {
-    say(complaint);
-    complaints_.push_back(complaint);
+  for (const std::string& complaint : loaded.complaints) complain(complaint);
+  for (const digestio::SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
+    if (!pieces.results[kind].empty()) run.analyses |= bitOf(kind);
   }
   run.sites.reserve(static_cast<std::size_t>(loaded.data->num_items()));
   const kelvar_page::Overview overview(*loaded.data, [&](const Site& site) {
     if (!isEnd(site)) run.sites.push_back(recordOf(site, database));
   });
-  run.whole = overview.wholeTime();
+  static_assert(kelvar_compare::kAllWholes.size() == kelvar_page::kAllWholes.size());
+  for (const kelvar_page::WholeOf source : kelvar_page::kAllWholes) {
+    run.wholes[static_cast<std::size_t>(source)] = overview.wholeTime(source);
+  }
   kelvar_platform::removeScanner();  // it holds the database
   return run;
 }
 
-kelvar_compare::Side ComparedRuns::read(const std::vector<std::string>& directories) {
+kelvar_compare::Side ComparedRuns::read(const char* argument, const std::vector<std::string>& directories) {
   kelvar_compare::Side side;
   ofSide_.clear();
   for (const std::string& directory : directories) {
     kelvar_compare::RunRecord run = runIn(directory);
     kelvar_platform::returnFreedMemory();  // of a run of a million sites, most is free now
     side.add(std::move(run), anchors());
+  }
+  if (side.analyses() == 0) {
+    complain(std::string(argument) + ": expected a result of an analysis, as 'kelvar collect' writes it, in " +
+             inQuotes(directories.front()) + (directories.size() > 1 ? " or another of them" : ""));
   }
   return side;
 }
@@ -164,11 +181,15 @@ ComparedRuns::Database& ComparedRuns::opened(std::uint32_t number) {
   } catch (const kelvar_platform::ReadError& error) {
     // Where the load of the run refused the same, it was said.
     if (std::find(complaints_.begin(), complaints_.end(), error.what()) == complaints_.end()) {
-      say(error.what());
-      complaints_.emplace_back(error.what());
+      complain(error.what());
     }
   }
   return database;
+}
+
+void ComparedRuns::complain(std::string sentence) {
+  say(sentence);
+  complaints_.push_back(std::move(sentence));
 }
 
 kelvar_compare::AnchorsOf ComparedRuns::anchors() {
@@ -179,13 +200,17 @@ bool ComparedRuns::lives(const kelvar_compare::Identity& site) {
   return ofSide_.contains(site.database) && opened(site.database).living.contains(site.sequence);
 }
 
+bool hasResultOf(const kelvar_compare::Side& side, digestio::SummaryDataKind kind) noexcept {
+  return (side.analyses() & bitOf(kind)) != 0;
+}
+
 ComparedSides compareRuns(const std::vector<std::string>& before, const std::vector<std::string>& after,
                           std::optional<double> threshold) {
   requireReadable("BEFORE", before);
   requireReadable("--with", after);
   ComparedRuns runs;
-  ComparedSides sides{.before = runs.read(before), .after = {}, .comparison = {}, .complaints = {}};
-  sides.after = runs.read(after);
+  ComparedSides sides{.before = runs.read("BEFORE", before), .after = {}, .comparison = {}, .complaints = {}};
+  sides.after = runs.read("--with", after);
   sides.comparison = kelvar_compare::compared(
       sides.before, sides.after, runs.anchors(),
       {.threshold = threshold, .lives = [&](const kelvar_compare::Identity& site) { return runs.lives(site); }});

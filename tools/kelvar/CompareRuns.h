@@ -10,6 +10,7 @@
 
 #include "Comparison.h"
 #include "Pairing.h"
+#include "kinds.h"
 
 namespace kelvar_tool {
 
@@ -21,8 +22,9 @@ class ComparedRuns {
   ComparedRuns(const ComparedRuns&) = delete;  // what it hands out refers to it
   ComparedRuns& operator=(const ComparedRuns&) = delete;
 
-  /// The runs in these directories as one side. What could not be read is said, and is among the complaints.
-  [[nodiscard]] kelvar_compare::Side read(const std::vector<std::string>& directories);
+  /// The runs in these directories as one side, which `argument` names. What could not be read is said, and is among
+  /// the complaints; so is a side without any result.
+  [[nodiscard]] kelvar_compare::Side read(const char* argument, const std::vector<std::string>& directories);
 
   [[nodiscard]] kelvar_compare::AnchorsOf anchors();
   /// Whether the annotation lives, disabled or not, in a database that the side which was read last has too.
@@ -35,6 +37,7 @@ class ComparedRuns {
   [[nodiscard]] std::uint32_t databaseNumber(const std::string& path);
   [[nodiscard]] kelvar_compare::RunRecord runIn(const std::string& directory);
   Database& opened(std::uint32_t database);
+  void complain(std::string sentence);
 
   std::map<std::string, std::uint32_t> numbers_;      // by the path without links
   std::vector<std::unique_ptr<Database>> databases_;  // 0: none
@@ -43,6 +46,9 @@ class ComparedRuns {
   std::vector<std::string> complaints_;
 };
 
+/// Whether a run of the side has a result of the analysis.
+[[nodiscard]] bool hasResultOf(const kelvar_compare::Side& side, digestio::SummaryDataKind kind) noexcept;
+
 /// The directories of both sides, read and compared.
 struct ComparedSides {
   kelvar_compare::Side before;
@@ -50,7 +56,7 @@ struct ComparedSides {
   kelvar_compare::Comparison comparison;
   std::vector<std::string> complaints;
 };
-/// Throws UsageError where one is no directory or has nothing to compare.
+/// Throws UsageError where one is no directory, has nothing to compare, or is named twice on a side.
 [[nodiscard]] ComparedSides compareRuns(const std::vector<std::string>& before, const std::vector<std::string>& after,
                                         std::optional<double> threshold);
 
