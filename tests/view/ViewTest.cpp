@@ -86,7 +86,8 @@ TEST(View, ShowsAndHidesAsThePlainFiltersDo) {
       }
       const bool reverse = random.below(2) == 0;
       // Mostly the filters alone change.
-      const auto mapping = random.below(3) == 0 ? static_cast<SummaryMapping>(random.below(kSummaryMappingCount)) : settings.mapping();
+      const auto mapping =
+          random.below(3) == 0 ? static_cast<SummaryMapping>(random.below(kSummaryMappingCount)) : settings.mapping();
       settings.setMapping(mapping, reverse);
 
       plain.visible = pointers(visible);

@@ -191,8 +191,8 @@ const std::vector<Gate>& gates() {
        [](const SiteChange& site) { return site.time.verdict == kelvar_compare::Verdict::slower; }, lacksTimes},
       {"race", "a race that BEFORE does not have", [](const SiteChange& site) { return site.races == Turn::came; },
        lacksRaces},
-      {"vectorization", "no longer vectorized",
-       [](const SiteChange& site) { return site.vectorisation == Turn::went; }, lacksVectorization},
+      {"vectorization", "no longer vectorized", [](const SiteChange& site) { return site.vectorisation == Turn::went; },
+       lacksVectorization},
       {"stale", "a worse match with the annotations", [](const SiteChange& site) { return site.stale; }},
       {"gone", "no annotation any more", [](const SiteChange& site) { return site.lost; }},
   };
