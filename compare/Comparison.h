@@ -73,7 +73,7 @@ struct Comparison {
   double threshold = 0;            ///< that was used
   TimeChange whole;                ///< of the program
   std::optional<WholeOf> wholeOf;  ///< its source; none: no source is on both sides, and each has its own
-  std::vector<SiteChange> sites;   ///< what changed first, of each state the greatest difference first
+  std::vector<SiteChange> sites;   ///< changed sites first; within a state, the greatest difference first
 
   [[nodiscard]] std::size_t count(const std::function<bool(const SiteChange&)>& is) const;
 };

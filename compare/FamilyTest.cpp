@@ -18,7 +18,7 @@ namespace kelvar_compare {
 namespace {
 
 constexpr std::size_t kMostSplits = 10'000;
-constexpr std::size_t kLeastCommon = 5;    // of fewer sites, one may be most of what they have in common
+constexpr std::size_t kLeastCommon = 5;    // with fewer sites, a single one may dominate the common factor
 constexpr double kMostCommon = 0.1397619;  // log 1.15
 constexpr double kLeastTime = 1e-4;        // of the site's greatest time; a smaller one was hardly sampled
 
@@ -55,7 +55,7 @@ double meanOf(const std::vector<double>& values) {
   return count > 0 ? sum / count : 0;
 }
 
-/// Takes off what each run has in common over the sites that every run timed.
+/// Removes each run's common factor, taken over the sites that every run timed.
 void takeOffCommon(std::vector<std::vector<double>>& sites) {
   std::vector<std::size_t> complete;
   for (std::size_t at = 0; at < sites.size(); ++at) {

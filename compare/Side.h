@@ -64,7 +64,7 @@ class Side {
   Values gains_;
 };
 
-/// The median of what is not NaN; NaN where nothing is.
+/// The median, NaN values left out; NaN if there are no others.
 [[nodiscard]] double median(std::vector<double> values);
 
 }  // namespace kelvar_compare

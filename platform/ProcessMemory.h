@@ -9,7 +9,7 @@ namespace kelvar_platform {
 /// it.
 PLATFORM_EXPORT void expectLargeLists() noexcept;
 
-/// Returns to the kernel what the process has freed, for programs that free most of what they have and go on.
+/// Returns freed memory to the kernel. For a program that frees most of its memory and goes on.
 PLATFORM_EXPORT void returnFreedMemory() noexcept;
 
 }  // namespace kelvar_platform

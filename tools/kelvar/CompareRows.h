@@ -14,11 +14,11 @@ namespace kelvar_tool {
 /// What was compared, the time in all, how many sites changed, and what cannot be told; a line each.
 [[nodiscard]] std::vector<std::string> compareHead(const ComparedSides& sides, const Terminal& terminal);
 
-/// The table of what changed.
+/// The table of changed sites.
 [[nodiscard]] std::vector<TextTable::Column> changedColumns();
 [[nodiscard]] std::vector<TextTable::Cell> changedCells(const ComparedSides& sides,
                                                         const kelvar_compare::SiteChange& site);
-/// The table of what is on one side only.
+/// The table of sites that only one side has.
 [[nodiscard]] std::vector<TextTable::Column> aloneColumns();
 [[nodiscard]] std::vector<TextTable::Cell> aloneCells(const ComparedSides& sides,
                                                       const kelvar_compare::SiteChange& site);

@@ -12,7 +12,7 @@ namespace kelvar_tool {
 /// How one analysis is made on this machine.
 struct Recipe {
   std::string analysis = {};
-  std::string how = {};                       ///< what is said of it
+  std::string how = {};                       ///< how it is made, for the user
   std::string obstacle = {};                  ///< why it cannot be made, and what would make it possible; empty: it can
   std::string option = {};                    ///< of the import
   std::vector<std::string> tool = {};         ///< the words in front of the program's command
@@ -20,7 +20,7 @@ struct Recipe {
   bool runsProgram = false;
   bool isPiped = false;                 ///< the import reads it as it comes, from descriptor kPipe
   std::string output = {};              ///< in the folder of outputs: a file, or the beginning of the names of several
-  std::vector<std::string> files = {};  ///< what is there already
+  std::vector<std::string> files = {};  ///< input that needs no run of the program
 };
 
 /// The number under which a tool finds the pipe. Below those that tools take for themselves, above those of programs.
@@ -32,7 +32,7 @@ struct Circumstances {
   const Machine& machine;
   const kelvar_readers::ProgramFacts& facts;
   bool commandIsProgram = true;  ///< no script
-  std::string program;           ///< of which the facts are
+  std::string program;           ///< the file that `facts` was read from
   std::string directory;         ///< of the project or the run
   std::string folder;            ///< of outputs, absolute
 };

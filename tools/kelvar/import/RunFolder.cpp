@@ -34,7 +34,7 @@ bool isRunName(const std::string& name) {
     const auto byte = static_cast<unsigned char>(one);
     return byte >= 0x20 && byte != 0x7f && one != '/';
   });
-  constexpr std::size_t kLongestName = 200;  // leaves room for the suffix of what is being written
+  constexpr std::size_t kLongestName = 200;  // leaves room for the suffix of temporary files
   return plain && !name.empty() && name.size() <= kLongestName && name.front() != '.' && kelvar_platform::isUtf8(name);
 }
 

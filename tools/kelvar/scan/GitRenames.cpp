@@ -45,7 +45,7 @@ class CommitFields {
   bool first_ = false;
 };
 
-/// Reads `R100 NUL OLD NUL NEW NUL`, all of which are renames.
+/// Parses records of the form `R100 NUL OLD NUL NEW NUL`. git lists renames only here.
 class RenameFields {
  public:
   void take(std::string&& field, Renames& renames) {
