@@ -11,7 +11,8 @@ inline constexpr std::size_t kLeastRuns = 3;
 /// The two-sided p of the rank-sum test (Wilcoxon 1945; Mann and Whitney 1947): how often a random split of all values
 /// into two sides of these sizes has a rank sum as far from its mean as this one. Exact: every split counts, and equal
 /// values share the mean of their ranks (Hollander, Wolfe and Chicken, "Nonparametric Statistical Methods", 4.1).
-/// 1 where a side is empty. No value may be NaN. O(n^2 m) for n values in all and m on the smaller side.
+/// With more than 40 values it is the normal approximation of that, corrected for continuity and ties. 1 if a side is
+/// empty. No value may be NaN.
 [[nodiscard]] double rankTest(const std::vector<double>& before, const std::vector<double>& after);
 
 /// The smallest p that two sides of these sizes can have.

@@ -137,7 +137,7 @@ void printJson(const std::vector<Run>& runs) {
   JsonText out(text);
   out.beginObject("");
   out.beginList("runs");
-  const auto number = [](std::uint64_t value) { return Cell(static_cast<std::int64_t>(value)); };
+  const auto number = [](std::uint64_t value) { return Cell(value); };
   for (const Run& run : runs) {
     out.beginObject("");
     out.value("name", Cell(run.name));
