@@ -1,7 +1,6 @@
 #include "FileText.h"
 
 #include <fcntl.h>
-#include <simdjson.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -13,6 +12,7 @@
 
 #include "Diagnosis.h"
 #include "FileDescriptor.h"
+#include "JsonParser.h"
 
 namespace kelvar_platform {
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <simdjson.h>
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -13,6 +11,7 @@
 #include <vector>
 
 #include "FileText.h"
+#include "JsonParser.h"
 #include "JsonPlace.h"
 
 namespace kelvar_platform {

@@ -1,10 +1,10 @@
 #include "Utf8.h"
 
-#include <simdjson.h>
-
 #include <bit>
 #include <cstdint>
 #include <cstring>
+
+#include "JsonParser.h"
 
 namespace kelvar_platform {
 

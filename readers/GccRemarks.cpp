@@ -1,9 +1,8 @@
-#include <simdjson.h>
-
 #include <limits>
 #include <map>
 
 #include "Demangle.h"
+#include "JsonParser.h"
 #include "Sources.h"
 #include "Tally.h"
 
