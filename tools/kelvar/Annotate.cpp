@@ -119,30 +119,30 @@ void takeSequence(CLI::App& app, Edit& edit) {
     const auto sequence = decimal(text, std::numeric_limits<std::int64_t>::max());
     if (!sequence || *sequence == 0) throw UsageError("SEQUENCE: expected a site's number, not " + inQuotes(text));
     edit.sequence = *sequence;
-  })->required();
+  }).required();
 }
 
-CLI::Option* takePlace(CLI::App& app, Edit& edit) {
+Option takePlace(CLI::App& app, Edit& edit) {
   return addText(app, "--at", "Where the site is: --at src/solver.cpp:120 or --at src/solver.cpp:120:5",
                  [&](const std::string& text) { edit.place = placeIn("--at", text); })
-      ->type_name("FILE:LINE[:COLUMN]");
+      .value("FILE:LINE[:COLUMN]");
 }
 
 void takeSite(CLI::App& app, Edit& edit) {
   addText(app, "--kind", "Kind of the annotation, by name or number:" + numbered(annotationKindNames()),
           [&](const std::string& text) { edit.kind = annotationKindNamed("--kind", text); })
-      ->type_name("KIND")
-      ->required();
+      .value("KIND")
+      .required();
   addText(app, "--label", "Name of the site, by which reports show it",
           [&](const std::string& text) { edit.label = text; })
-      ->type_name("TEXT")
-      ->required();
-  takePlace(app, edit)->required();
+      .value("TEXT")
+      .required();
+  takePlace(app, edit).required();
 }
 
 void takeSequenceAndPlace(CLI::App& app, Edit& edit) {
   takeSequence(app, edit);
-  CLI::Option* const at = takePlace(app, edit);
+  const Option at = takePlace(app, edit);
   addText(app, "--by", "How many lines further down; up with a minus: --by=-3",
           [&](const std::string& text) {
             const bool up = text.starts_with('-');
@@ -150,26 +150,23 @@ void takeSequenceAndPlace(CLI::App& app, Edit& edit) {
             if (!lines) throw UsageError("--by: expected a count of lines, not " + inQuotes(text));
             edit.lines = static_cast<int>(up ? -*lines : *lines);
           })
-      ->type_name("LINES")
-      ->excludes(at);
+      .value("LINES")
+      .excludes(at);
 }
 
 void takeSequenceAndLabel(CLI::App& app, Edit& edit) {
   takeSequence(app, edit);
-  addText(app, "TEXT", "The new name of the site", [&](const std::string& text) { edit.label = text; })->required();
+  addText(app, "TEXT", "The new name of the site", [&](const std::string& text) { edit.label = text; }).required();
 }
 
 void takeAll(CLI::App& app, Edit& edit) {
-  app.add_flag("--all", edit.all, "List removed sites too");
-  addText(app, "--format", "text or json", [&edit](const std::string& text) {
-    if (text != "text" && text != "json") throw UsageError("--format: expected text or json, not " + inQuotes(text));
-    edit.json = text == "json";
-  })->type_name("FORMAT");
+  addFlag(app, "--all", edit.all, "List removed sites too");
+  addJson(app, edit.json);
 }
 
 void takeResult(CLI::App& app, Edit& edit) {
   addPath(app, "RESULT_PATH", "", "The result directory, or its surveyvectorization sub-result", edit.result)
-      ->required();
+      .required();
 }
 
 struct EditCommand {
@@ -219,26 +216,23 @@ constexpr const char* kExamples =
     "is unchanged, a new one empty; 2 a usage error; 3 out of memory, or the system failed.";
 
 void addEditCommand(CLI::App& annotate, const EditCommand& command, const std::shared_ptr<Edit>& edit, Action& chosen) {
-  CLI::App& app = *annotate.add_subcommand(command.name, command.help);
+  CLI::App& app = addSubcommand(annotate, command.name, command.help);
   command.take(app, *edit);
-  app.footer(command.examples);
-  app.callback([&command, edit, &chosen] {
-    chosen = [&command, edit] {
-      AnnotationEditor editor(edit->database, command.open);
-      command.apply(editor, *edit);
-      return kDone;
-    };
-  });
+  const Action apply = [&command, edit] {
+    AnnotationEditor editor(edit->database, command.open);
+    command.apply(editor, *edit);
+    return kDone;
+  };
+  setWork(app, command.examples, apply, chosen);
 }
 
 }  // namespace
 
 void addAnnotate(CLI::App& kelvar, Action& chosen) {
-  CLI::App& app = *kelvar.add_subcommand("annotate", "Edit an annotation database");
+  CLI::App& app = addSubcommand(kelvar, "annotate", "Edit an annotation database");
   const auto edit = std::make_shared<Edit>();
-  addPath(app, "DATABASE", "", "The annotation database, a file", edit->database)->required();
-  app.require_subcommand(1);
-  app.footer(kExamples);
+  addPath(app, "DATABASE", "", "The annotation database, a file", edit->database).required();
+  expectSubcommand(app, kExamples);
   for (const EditCommand& command : kEditCommands) addEditCommand(app, command, edit, chosen);
   addScan(app, edit->database, chosen);  // the other callbacks keep `edit` as long as the parser lives
 }

@@ -129,17 +129,10 @@ ExitStatus compare(const Request& request) {
 }
 
 void addDirectories(CLI::App& app, const std::string& name, const char* help, std::vector<std::string>& directories) {
-  app.add_option(name, CLI::callback_t([&directories, name](const CLI::results_t& texts) {
-                   for (const std::string& text : texts) {
-                     if (text.empty()) throw UsageError(name + ": expected a path, not an empty text");
-                     directories.push_back(normalPath(text));
-                   }
-                   return true;
-                 }),
-                 help)
-      ->type_name(name.starts_with('-') ? "AFTER..." : "")
-      ->expected(-1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  addTexts(app, name, help, Follows::asManyAsThereAre, [&directories, name](const std::string& text) {
+    if (text.empty()) throw UsageError(name + ": expected a path, not an empty text");
+    directories.push_back(normalPath(text));
+  }).value(name.starts_with('-') ? "AFTER..." : "");
 }
 
 constexpr const char* kExamples =
@@ -159,7 +152,7 @@ constexpr const char* kExamples =
 }  // namespace
 
 void addCompare(CLI::App& kelvar, Action& chosen) {
-  CLI::App& app = *kelvar.add_subcommand("compare", "Compare runs or projects, and say what is more than noise");
+  CLI::App& app = addSubcommand(kelvar, "compare", "Compare runs or projects, and say what is more than noise");
   const auto request = std::make_shared<Request>();
   addDirectories(app, "BEFORE", "Projects or runs: repeats of one measurement", request->before);
   addDirectories(app, "--with", "The projects or runs to compare with them", request->after);
@@ -167,19 +160,19 @@ void addCompare(CLI::App& kelvar, Action& chosen) {
           "Smaller changes of a time do not count; 3 if not given. With fewer than three runs a side, which\n"
           "are too few for a test, it decides alone",
           [=](const std::string& text) { request->threshold = thresholdIn(text); })
-      ->type_name("PERCENT");
+      .value("PERCENT");
   addText(app, "--fail-on",
           "End with status 4 where a site or the program is slower, a race is there that BEFORE does not\n"
           "have (race), a loop is no longer vectorized (vectorization), a site matches the annotations\n"
           "less well (stale) or is gone with its annotation (gone); may be repeated",
           [=](const std::string& text) { request->gates.push_back(&named("--fail-on", text, gates())); })
-      ->type_name("CHANGE")
-      ->trigger_on_parse();
+      .value("CHANGE")
+      .inOrder();
   addText(app, "--format", "text, json or csv", [=](const std::string& text) {
     request->print = named("--format", text, std::vector<Format>(kFormats.begin(), kFormats.end())).print;
-  })->type_name("FORMAT");
-  app.footer(kExamples);
-  app.callback([request, &chosen] { chosen = [request] { return compare(*request); }; });
+  }).value("FORMAT");
+  setWork(
+      app, kExamples, [request] { return compare(*request); }, chosen);
 }
 
 }  // namespace kelvar_tool

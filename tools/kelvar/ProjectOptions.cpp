@@ -77,8 +77,8 @@ void addHidings(CLI::App& app, ProjectRequest& request) {
   for (const HideOption& option : kHideOptions) {
     addText(app, option.name, option.help,
             [&](const std::string& text) { request.hidings.push_back(option.read(option.name, text)); })
-        ->type_name(option.value)
-        ->trigger_on_parse();  // at each occurrence, to keep the order across options
+        .value(option.value)
+        .inOrder();  // at each occurrence, to keep the order across options
   }
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <optional>
 #include <string>
@@ -8,6 +7,7 @@
 
 #include "Loading.h"
 #include "Project.h"
+#include "Subcommand.h"
 #include "kelvar/SummaryData.h"
 
 namespace kelvar_tool {

@@ -85,9 +85,9 @@ void addOrder(CLI::App& report, Request& request) {
   Selection& selection = request.selection;
   addText(report, "--sort", "Order of the rows, by name or number:" + numbered(orderingNames()),
           [&](const std::string& text) { selection.ordering = orderingNamed("--sort", text); })
-      ->type_name("ORDER");
-  report.add_flag("--reverse", selection.reverse, "Reverse the sorted rows");
-  report.add_flag("--verbose", selection.verbose, "Also print match statuses and the ordering");
+      .value("ORDER");
+  addFlag(report, "--reverse", selection.reverse, "Reverse the sorted rows");
+  addFlag(report, "--verbose", selection.verbose, "Also print match statuses and the ordering");
 }
 
 void addRows(CLI::App& report, Request& request) {
@@ -96,24 +96,24 @@ void addRows(CLI::App& report, Request& request) {
           "text, json or csv: the report as it is, one object, or a line for each row; html: a page in one\n"
           "file; sarif: what editors and code hosts show at the lines of the sources",
           [&](const std::string& text) { request.format = formatNamed(text); })
-      ->type_name("FORMAT");
+      .value("FORMAT");
   addPath(report, "--source-root", "DIR", "For html: where the sources are; the working directory if not given",
           request.sourceRoot);
-  report.add_flag("--evidence", request.evidence, "As json, also what the figures rest on, as the tools said it");
-  report.add_flag("--all-runs", request.allRuns,
-                  "As json or csv: every run of the project, one after the other, with what is known of the run");
-  report.add_flag("--wide", request.wide, "Text format: only the rows, with no value cut");
+  addFlag(report, "--evidence", request.evidence, "As json, also what the figures rest on, as the tools said it");
+  addFlag(report, "--all-runs", request.allRuns,
+          "As json or csv: every run of the project, one after the other, with what is known of the run");
+  addFlag(report, "--wide", request.wide, "Text format: only the rows, with no value cut");
   addText(report, "--match", "Only the rows whose label or file matches this regular expression (RE2)",
           [&](const std::string& text) { selection.rows.pattern.emplace("--match", text); })
-      ->type_name("REGEX");
+      .value("REGEX");
   addText(report, "--top", "Only the first N of the rows", [&](const std::string& text) {
     selection.rows.top = topIn(text);
-  })->type_name("N");
+  }).value("N");
   addText(report, "--columns",
           "Only these columns, separated by commas, by their names in csv (survey.cpuTime) or by the name of\n"
           "a group (survey). With this option, --match or --top, the text is that of --wide",
           [&](const std::string& text) { selection.columns = columnsNamed("--columns", text); })
-      ->type_name("NAMES");
+      .value("NAMES");
 }
 
 // Scripts cut the fixed table by position, so options that choose rows or columns print the wide table.
@@ -160,14 +160,14 @@ ExitStatus report(const Request& request) {
 }  // namespace
 
 void addReport(CLI::App& kelvar, Action& chosen) {
-  CLI::App& app = *kelvar.add_subcommand("report", "Print the report of a project");
+  CLI::App& app = addSubcommand(kelvar, "report", "Print the report of a project");
   const auto request = std::make_shared<Request>();
   addPieces(app, request->project);
   addOrder(app, *request);
   addHidings(app, request->project);
   addRows(app, *request);
-  app.footer(kExamples);
-  app.callback([request, &chosen] { chosen = [request] { return report(*request); }; });
+  setWork(
+      app, kExamples, [request] { return report(*request); }, chosen);
 }
 
 }  // namespace kelvar_tool

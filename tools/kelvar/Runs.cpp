@@ -194,17 +194,14 @@ constexpr const char* kExamples =
 }  // namespace
 
 void addRuns(CLI::App& kelvar, Action& chosen) {
-  CLI::App& app = *kelvar.add_subcommand("runs", "List the runs of a project");
+  CLI::App& app = addSubcommand(kelvar, "runs", "List the runs of a project");
   const auto request = std::make_shared<Request>();
   addText(app, "PROJECT", "Project directory", [request](const std::string& text) {
     request->project = normalPath(text);
-  })->required();
-  addText(app, "--format", "text or json", [request](const std::string& text) {
-    if (text != "text" && text != "json") throw UsageError("--format: expected text or json, not " + inQuotes(text));
-    request->json = text == "json";
-  })->type_name("FORMAT");
-  app.footer(kExamples);
-  app.callback([request, &chosen] { chosen = [request] { return listRuns(*request); }; });
+  }).required();
+  addJson(app, request->json);
+  setWork(
+      app, kExamples, [request] { return listRuns(*request); }, chosen);
 }
 
 }  // namespace kelvar_tool

@@ -90,23 +90,23 @@ ExitStatus show(const Request& request) {
 }  // namespace
 
 void addShow(CLI::App& kelvar, Action& chosen) {
-  CLI::App& app = *kelvar.add_subcommand("show", "Show a project, a site or a file to people");
+  CLI::App& app = addSubcommand(kelvar, "show", "Show a project, a site or a file to people");
   const auto request = std::make_shared<Request>();
   addPieces(app, request->project);
   addText(app, "SITE", "One site alone: its label, its number or FILE:LINE; or a FILE",
           [=](const std::string& text) { request->site = text; });
   addText(app, "--sort", "Order of the rows, by name or number, as of 'report'; survey-cpu-time if not given",
           [=](const std::string& text) { request->ordering = orderingNamed("--sort", text); })
-      ->type_name("ORDER");
-  app.add_flag("--reverse", request->reverse, "Reverse the order of the rows");
-  app.add_flag("--all", request->all, "Functions and loops too");
+      .value("ORDER");
+  addFlag(app, "--reverse", request->reverse, "Reverse the order of the rows");
+  addFlag(app, "--all", request->all, "Functions and loops too");
   addPath(app, "--source-root", "DIR", "Where the sources are; the working directory if not given",
           request->sourceRoot);
   addText(app, "--color", "auto, always or never: colours and bars", [=](const std::string& text) {
     request->colour = colourNamed(text);
-  })->type_name("WHEN");
-  app.footer(kExamples);
-  app.callback([request, &chosen] { chosen = [request] { return show(*request); }; });
+  }).value("WHEN");
+  setWork(
+      app, kExamples, [request] { return show(*request); }, chosen);
 }
 
 }  // namespace kelvar_tool

@@ -223,7 +223,7 @@ constexpr const char* kExamples =
 }  // namespace
 
 void addStatus(CLI::App& kelvar, Action& chosen) {
-  CLI::App& app = *kelvar.add_subcommand("status", "Print how well results still match the annotations");
+  CLI::App& app = addSubcommand(kelvar, "status", "Print how well results still match the annotations");
   const auto request = std::make_shared<Request>();
   addPieces(app, request->project);
   addHidings(app, request->project);
@@ -232,9 +232,9 @@ void addStatus(CLI::App& kelvar, Action& chosen) {
           "End with status 4 where a site matches approximately or not at all, or its source is not as it\n"
           "was (approximate); or where one matches not at all, or is found nowhere in its source (none)",
           [&target = *request](const std::string& text) { target.failOn = thresholdNamed(text); })
-      ->type_name("MATCH");
-  app.footer(kExamples);
-  app.callback([request, &chosen] { chosen = [request] { return status(*request); }; });
+      .value("MATCH");
+  setWork(
+      app, kExamples, [request] { return status(*request); }, chosen);
 }
 
 }  // namespace kelvar_tool

@@ -1,7 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
+
+namespace CLI {
+class App;
+}
 
 namespace kelvar_tool {
 

@@ -125,19 +125,19 @@ ExitStatus view(const Request& request) {
 }  // namespace
 
 void addView(CLI::App& kelvar, Action& chosen) {
-  CLI::App& app = *kelvar.add_subcommand("view", "Show a project in the browser");
+  CLI::App& app = addSubcommand(kelvar, "view", "Show a project in the browser");
   const auto request = std::make_shared<Request>();
   addPieces(app, request->project);
   addText(app, "--port", "The port to serve on; a free one if not given", [=](const std::string& text) {
     request->port = portIn(text);
-  })->type_name("N");
+  }).value("N");
   addPath(app, "--source-root", "DIR", "Where the sources are; the working directory if not given",
           request->sourceRoot);
   addPath(app, "--with", "OTHER", "Another project or run: the page also shows what changed from PROJECT to it",
           request->with);
-  app.add_flag("--no-open", request->noOpen, "Print the address alone");
-  app.footer(kExamples);
-  app.callback([request, &chosen] { chosen = [request] { return view(*request); }; });
+  addFlag(app, "--no-open", request->noOpen, "Print the address alone");
+  setWork(
+      app, kExamples, [request] { return view(*request); }, chosen);
 }
 
 }  // namespace kelvar_tool

@@ -156,16 +156,6 @@ void takeAnalysis(Wanted& wanted, const std::string& text) {
   wanted.only.insert(text);
 }
 
-CLI::Option* addTexts(CLI::App& app, const char* name, const char* help, std::function<void(const std::string&)> take) {
-  return app
-      .add_option(name, CLI::callback_t([take = std::move(take)](const CLI::results_t& texts) {
-                    for (const std::string& text : texts) take(text);
-                    return true;
-                  }),
-                  help)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-}
-
 std::int64_t countIn(const char* option, const std::string& text, std::int64_t least, std::int64_t most) {
   const auto count = decimal(text, most);
   if (!count || *count < least) throw UsageError(std::string(option) + ": expected a count, not " + inQuotes(text));
@@ -177,41 +167,36 @@ void addOptions(CLI::App& app, Line& line) {
   wanted.mapAccesses = kMapAccesses;
   addText(app, "PROJECT", "Project directory, which is made where it is not there",
           [&wanted](const std::string& text) { wanted.project = normalPath(text); });
-  addTexts(app, "COMMAND", "The program and its arguments, behind --",
-           [&wanted](const std::string& text) { wanted.command.push_back(text); })
-      ->type_name("")
-      ->expected(-1);
+  addTexts(app, "COMMAND", "The program and its arguments, behind --", Follows::asManyAsThereAre,
+           [&wanted](const std::string& text) { wanted.command.push_back(text); });
   addRun(app, "Into PROJECT/runs/NAME, a run of its own with the project's annotations", wanted.run);
   addTexts(app, "--only",
            "Make this analysis alone; may be repeated: survey, vectorization, dependencies, map,\nsuitability",
-           [&wanted](const std::string& text) { takeAnalysis(wanted, text); })
-      ->type_name("ANALYSIS")
-      ->expected(1);
-  addTexts(app, "--binary", "The program, or its debug file, where COMMAND is a script that starts it",
+           Follows::one, [&wanted](const std::string& text) { takeAnalysis(wanted, text); })
+      .value("ANALYSIS");
+  addTexts(app, "--binary", "The program, or its debug file, where COMMAND is a script that starts it", Follows::one,
            [&wanted](const std::string& text) { wanted.binaries.push_back(text); })
-      ->type_name("FILE")
-      ->expected(1);
+      .value("FILE");
   addTexts(app, "--remarks", "Remarks of the compiler, a file or a folder, where they are not beside the program",
-           [&wanted](const std::string& text) { wanted.remarks.push_back(text); })
-      ->type_name("PATH")
-      ->expected(1);
+           Follows::one, [&wanted](const std::string& text) { wanted.remarks.push_back(text); })
+      .value("PATH");
   addPath(app, "--source-root", "DIR", "Relative paths are below DIR; what is not below it is a library's",
           wanted.sourceRoot);
   addText(
       app, "--cores", "How many cores to model; those of this machine, if not given",
       [&wanted](const std::string& text) { wanted.cores = static_cast<int>(countIn("--cores", text, 1, kMostCores)); })
-      ->type_name("N");
+      .value("N");
   addText(app, "--map-accesses", "Stop the trace of memory after so many accesses (2000000); 0: never",
           [&wanted](const std::string& text) {
             wanted.mapAccesses = static_cast<std::uint64_t>(
                 countIn("--map-accesses", text, 0, std::numeric_limits<std::int64_t>::max()));
           })
-      ->type_name("N");
+      .value("N");
   addPath(app, "--keep", "DIR", "Keep the files of the tools in DIR", wanted.keep);
-  app.add_flag("--dry-run", wanted.dryRun, "Print the commands, ready to paste, and run nothing");
+  addFlag(app, "--dry-run", wanted.dryRun, "Print the commands, ready to paste, and run nothing");
   addText(app, "--flags", "Print the build flags that the analyses want, for gcc or clang",
           [&line](const std::string& text) { line.flagsFor = text; })
-      ->type_name("COMPILER");
+      .value("COMPILER");
 }
 
 ExitStatus runLine(const Line& line) {
@@ -240,11 +225,10 @@ constexpr const char* kExamples =
 
 void addCollect(CLI::App& kelvar, Action& chosen) {
   const auto line = std::make_shared<Line>();
-  CLI::App& app =
-      *kelvar.add_subcommand("collect", "Measure a program with the tools of this machine, and import that");
+  CLI::App& app = addSubcommand(kelvar, "collect", "Measure a program with the tools of this machine, and import that");
   addOptions(app, *line);
-  app.footer(kExamples);
-  app.callback([line, &chosen] { chosen = [line] { return runLine(*line); }; });
+  setWork(
+      app, kExamples, [line] { return runLine(*line); }, chosen);
 }
 
 }  // namespace kelvar_tool

@@ -49,29 +49,24 @@ struct Line {
   Request request;
 };
 
-void chooseSource(Line& line, const Source& source, std::vector<std::string> files) {
+void chooseSource(Line& line, const Source& source) {
   Request& request = line.request;
   if (request.source && request.source != &source) {
     throw UsageError(std::string(source.option) + ": expected one source; " + request.source->option + " is one");
   }
   request.source = &source;
-  request.files.insert(request.files.end(), files.begin(), files.end());
 }
 
 void addSource(CLI::App& app, Line& line, const Source& source) {
   if (!source.read) {
-    app.add_flag_callback(
-        source.option, [&line, &source] { chooseSource(line, source, {}); }, source.help);
+    addFlag(
+        app, source.option, [&line, &source] { chooseSource(line, source); }, source.help);
     return;
   }
-  const CLI::callback_t take = [&line, &source](const CLI::results_t& files) {
-    chooseSource(line, source, files);
-    return true;
-  };
-  app.add_option(source.option, take, source.help)
-      ->type_name("FILE...")
-      ->expected(-1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  addTexts(app, source.option, source.help, Follows::asManyAsThereAre, [&line, &source](const std::string& file) {
+    chooseSource(line, source);
+    line.request.files.push_back(file);
+  }).value("FILE...");
 }
 
 void takeMapping(Line& line, const std::string& text) {
@@ -97,51 +92,40 @@ void takeCores(Line& line, const std::string& text) {
   line.request.wishes.cores = static_cast<int>(*cores);
 }
 
-/// An option that may stand several times.
-template <class Take>
-void addTexts(CLI::App& app, const char* name, const char* type, const char* help, Take take) {
-  app.add_option(name, CLI::callback_t([take](const CLI::results_t& texts) {
-                   for (const std::string& text : texts) take(text);
-                   return true;
-                 }),
-                 help)
-      ->type_name(type)
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-}
-
 void addOptions(CLI::App& app, Line& line) {
   addText(app, "KIND", "survey, vectorization, dependencies, map or suitability", [&line](const std::string& text) {
     line.kind = text;
-  })->required();
+  }).required();
   for (const Source& source : kelvar_import::sources()) addSource(app, line, source);
   addPath(app, "--into", "PROJECT", "The project directory that gets the result", line.request.wishes.project)
-      ->required();
+      .required();
   addRun(app, "Into PROJECT/runs/NAME, a run of its own with the project's annotations", line.run);
-  addTexts(app, "--binary", "FILE", "A program that ran, or its debug file, where the source does not lead there",
-           [&line](const std::string& text) { line.request.binaries.push_back(text); });
+  addTexts(app, "--binary", "A program that ran, or its debug file, where the source does not lead there", Follows::one,
+           [&line](const std::string& text) { line.request.binaries.push_back(text); })
+      .value("FILE");
   addText(app, "--event", "Of several that perf counted, the one that is meant", [&line](const std::string& text) {
     line.request.event = text;
-  })->type_name("NAME");
-  app.add_flag("--allow-empty", line.request.allowEmpty, "Write a result that says nothing, too");
+  }).value("NAME");
+  addFlag(app, "--allow-empty", line.request.allowEmpty, "Write a result that says nothing, too");
   addText(app, "--cores", "How many cores to model", [&line](const std::string& text) {
     takeCores(line, text);
-  })->type_name("N");
+  }).value("N");
   addText(app, "--map-accesses", "Of a trace of memory, read so many accesses; 0: all",
           [&line](const std::string& text) {
             const auto count = decimal(text, std::numeric_limits<std::int64_t>::max());
             if (!count) throw UsageError("--map-accesses: expected a count, not " + inQuotes(text));
             line.request.mapAccesses = static_cast<std::uint64_t>(*count);
           })
-      ->type_name("N");
-  addTexts(app, "--map-path", "OLD=NEW", "Paths below OLD are below NEW in the project",
-           [&line](const std::string& text) { takeMapping(line, text); });
+      .value("N");
+  addTexts(app, "--map-path", "Paths below OLD are below NEW in the project", Follows::one,
+           [&line](const std::string& text) { takeMapping(line, text); })
+      .value("OLD=NEW");
   addPath(app, "--source-root", "DIR", "Relative paths are below DIR; what is not below it is a library's",
           line.request.paths.sourceRoot);
-  app.add_flag("--stale-annotations", line.withStale, "Import into sites too that are no longer on their lines");
+  addFlag(app, "--stale-annotations", line.withStale, "Import into sites too that are no longer on their lines");
   addText(app, "--at-least", "Leave out functions below this share of the whole", [&line](const std::string& text) {
     takePercent(line, text);
-  })->type_name("PERCENT");
+  }).value("PERCENT");
 }
 
 void check(const Line& line) {
@@ -210,10 +194,10 @@ ExitStatus runLine(Line& line) {
 
 void addImport(CLI::App& kelvar, Action& chosen) {
   const auto line = std::make_shared<Line>();
-  CLI::App& app = *kelvar.add_subcommand("import", "Turn a performance tool's output into a result of a project");
+  CLI::App& app = addSubcommand(kelvar, "import", "Turn a performance tool's output into a result of a project");
   addOptions(app, *line);
-  app.footer(kExamples);
-  app.callback([line, &chosen] { chosen = [line] { return runLine(*line); }; });
+  setWork(
+      app, kExamples, [line] { return runLine(*line); }, chosen);
 }
 
 }  // namespace kelvar_tool

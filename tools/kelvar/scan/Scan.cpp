@@ -101,17 +101,10 @@ ExitStatus scan(const ScanRequest& request, const std::string& database) {
 
 void addRepeated(CLI::App& app, const char* name, const char* value, const char* help,
                  std::vector<std::string>& texts) {
-  app.add_option(name, CLI::callback_t([&texts, name](const CLI::results_t& results) {
-                   for (const std::string& text : results) {
-                     if (text.empty()) throw UsageError(std::string(name) + ": expected a text, not an empty one");
-                     texts.push_back(text);
-                   }
-                   return true;
-                 }),
-                 help)
-      ->type_name(value)
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  addTexts(app, name, help, Follows::one, [&texts, name](const std::string& text) {
+    if (text.empty()) throw UsageError(std::string(name) + ": expected a text, not an empty one");
+    texts.push_back(text);
+  }).value(value);
 }
 
 constexpr const char* kExamples =
@@ -130,34 +123,25 @@ constexpr const char* kExamples =
 }  // namespace
 
 void addScan(CLI::App& annotate, const std::string& database, Action& chosen) {
-  CLI::App& app = *annotate.add_subcommand("scan", "Find the markers in source files, and find sites again");
+  CLI::App& app = addSubcommand(annotate, "scan", "Find the markers in source files, and find sites again");
   const auto request = std::make_shared<ScanRequest>();
-  app.add_option("SOURCE", CLI::callback_t([&sources = request->sources.sources](const CLI::results_t& texts) {
-                   for (const std::string& text : texts) {
-                     if (text.empty()) throw UsageError("SOURCE: expected a path, not an empty text");
-                     sources.push_back(text);
-                   }
-                   return true;
-                 }),
-                 "Files, and directories that are walked")
-      ->type_name("")
-      ->expected(-1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  addTexts(app, "SOURCE", "Files, and directories that are walked", Follows::asManyAsThereAre,
+           [&sources = request->sources.sources](const std::string& text) {
+             if (text.empty()) throw UsageError("SOURCE: expected a path, not an empty text");
+             sources.push_back(text);
+           });
   addPath(app, "--source-root", "DIR", "Names of files in the database are below DIR", request->sources.sourceRoot);
   addPath(app, "--rules", "FILE", "A project's own markers, in YAML", request->rulesFile);
   addRepeated(app, "--only", "RULE", "Look for the markers of this rule alone; may be repeated", request->only);
   addRepeated(app, "--exclude", "GLOB", "Leave out files and folders of such names; may be repeated",
               request->sources.excluded);
-  app.add_flag("--no-new", request->noNew, "Find sites again, and make none");
-  app.add_flag("--dry-run", request->dryRun, "Print what would change, and write nothing");
-  app.add_flag("--check", request->check, "The same; ends with status 4 where something would be written");
-  app.add_flag("--list-rules", request->listRules, "Print the table of markers");
-  addText(app, "--format", "text or json", [&json = request->json](const std::string& text) {
-    if (text != "text" && text != "json") throw UsageError("--format: expected text or json, not " + inQuotes(text));
-    json = text == "json";
-  })->type_name("FORMAT");
-  app.footer(kExamples);
-  app.callback([request, &database, &chosen] { chosen = [request, &database] { return scan(*request, database); }; });
+  addFlag(app, "--no-new", request->noNew, "Find sites again, and make none");
+  addFlag(app, "--dry-run", request->dryRun, "Print what would change, and write nothing");
+  addFlag(app, "--check", request->check, "The same; ends with status 4 where something would be written");
+  addFlag(app, "--list-rules", request->listRules, "Print the table of markers");
+  addJson(app, request->json);
+  setWork(
+      app, kExamples, [request, &database] { return scan(*request, database); }, chosen);
 }
 
 }  // namespace kelvar_tool

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "Subcommand.h"
 
 namespace kelvar_tool {
