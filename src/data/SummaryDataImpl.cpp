@@ -95,24 +95,24 @@ void SummaryData::Impl::setSuitabilityProjectOptions(digestio::SuitabilityProjec
   viewValid_ = false;
 }
 
-void SummaryData::Impl::mappingValid() {
+void SummaryData::Impl::rebuildIfStale() {
   if (viewValid_) return;
   view_.rebuild(settings_, visibleItems_, hiddenItems_);
   viewValid_ = true;
 }
 
 int SummaryData::Impl::num_items() {
-  mappingValid();
+  rebuildIfStale();
   return static_cast<int>(visibleItems_.size());
 }
 
 SummaryItem* SummaryData::Impl::item(int index) {
-  mappingValid();
+  rebuildIfStale();
   return visibleItems_[static_cast<std::size_t>(index)];
 }
 
 void SummaryData::Impl::write(TextSink& out, bool verbose) {
-  mappingValid();
+  rebuildIfStale();
   SummaryReport report{.statuses = kindStatus_,
                        .settings = settings_,
                        .items = visibleItems_,

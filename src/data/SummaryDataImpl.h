@@ -55,7 +55,7 @@ class __attribute__((visibility("hidden"))) SummaryData::Impl {  // else exporte
   void takeState(sitenotes::scanner_t& scanner, const std::string& path);
   SummaryDataStatus mergeCollections(SummaryItems& incoming);
   void file(std::unique_ptr<SummaryResultImpl> result, SummaryDataStatus status) noexcept;
-  void mappingValid();
+  void rebuildIfStale();
 
   boost::shared_ptr<sitenotes::database_t> database_;
   boost::shared_ptr<sitenotes::database_t> state_;  // the annotations as of the first result added; empty: none

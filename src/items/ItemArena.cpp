@@ -27,7 +27,7 @@ constexpr bool kOneByOne = false;
 constexpr std::size_t kChunkSize = std::size_t{64} << 10;
 
 struct alignas(std::max_align_t) Chunk {
-  /// The items in it, and those that there is still room for: so the count only changes when an item is deleted.
+  /// Live items plus free slots, so that the count changes only when an item is deleted.
   std::atomic<std::size_t> users;
 
   static void leave(Chunk* chunk, std::size_t count) noexcept {

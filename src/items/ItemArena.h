@@ -8,7 +8,7 @@ namespace kelvar_2_1_7::item_arena {
 /// every one of them: the general allocator would take longer to find room for an item than it takes to fill it.
 ///
 /// Each thread fills a chunk of its own, so items that are made one after the other lie one after the other. A chunk
-/// is freed with the last item in it, on whatever thread; the room of a deleted item is not used again before.
+/// is freed with the last item in it, on whatever thread; the slot of a deleted item is not reused until then.
 /// `size` is the same in every call: that of an item.
 [[nodiscard]] void* allocate(std::size_t size);
 void release(void* item) noexcept;

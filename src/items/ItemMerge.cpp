@@ -4,7 +4,7 @@ namespace kelvar_2_1_7 {
 
 namespace {
 
-/// The label of a site where whatever was not resolved any deeper is counted.
+/// The label that stands in for what lies beyond a profiler's depth limit.
 constexpr const char* kTooDeep = "__too deep__";
 
 /// Whether both places are known and on one line. Files and columns differ too easily between a run and today.
@@ -38,7 +38,7 @@ void SummaryItemImpl::merge(SummaryItemImpl* other) {
   if (label_.empty() || (hasGreaterStatus && !other->label_.empty())) label_ = other->label_;
   if (hasGreaterStatus) status_ = other->status_;
 
-  // It survives every merge, so that what was cut off is never taken for a site.
+  // The label survives every merge, so that what was cut off is never taken for a site.
   if (other->label_ == kTooDeep) label_ = other->label_;
   if (!selected_) selected_ = other->selected_;
 }

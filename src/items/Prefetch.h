@@ -4,7 +4,7 @@
 
 namespace kelvar_2_1_7 {
 
-/// How many items ahead of a walk its memory is prefetched. Lists are walked in other orders than that of their memory.
+/// How many items ahead of a walk its memory is prefetched. Lists are often walked out of memory order.
 inline constexpr std::size_t kPrefetchDistance = 16;
 
 inline void prefetchLine(const void* address) noexcept {

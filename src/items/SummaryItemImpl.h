@@ -65,7 +65,7 @@ class SummaryItemImpl final : public SummaryItem {
   bool getCurrentLocator(sitenotes::locator_t& out, unsigned long& handle) override;
   bool getCollectionLocator(digestio::SummaryDataKind kind, sitenotes::locator_t& out, unsigned long& handle) override;
 
-  virtual ~SummaryItemImpl();  // behind the twenty operations: items are deleted through this class alone
+  virtual ~SummaryItemImpl();  // declared last, to keep the slots of SummaryItem; items are deleted through this class
   static void* operator new(std::size_t size) { return item_arena::allocate(size); }
   static void operator delete(void* item) noexcept { item_arena::release(item); }
 
@@ -80,7 +80,8 @@ class SummaryItemImpl final : public SummaryItem {
   void setShown(bool shown) noexcept { shown_ = shown; }
 
   /// The orderings, in the order of SummaryMapping: whether `a` comes before `b`. Null items come last. Not all of
-  /// them are strict weak orders; SummaryItems::sort copes with that. Defined with the view.
+  /// them are strict weak orders; SummaryItems::sort copes with that. Defined in view/ordering/Orderings.cpp.
+  /// The join compares by kind alone; the others are for those who sort items themselves.
   static bool compareLocator(SummaryItemImpl* a, SummaryItemImpl* b);
   static bool compareKind(SummaryItemImpl* a, SummaryItemImpl* b);
   static bool compareLabel(SummaryItemImpl* a, SummaryItemImpl* b);

@@ -52,7 +52,7 @@ class SummaryItems {
 
   /// Orders the list. Safe for orderings that are no strict weak order: terminates in O(n log n) with the same items.
   /// What an ordering leaves undecided is decided as SummaryMapping says. When an exception passes, the list is as it
-  /// was. Defined with the view.
+  /// was. Defined in view/ordering/ItemSort.cpp.
   void sort(SummaryMapping mapping);
 
   /// Folds the items that are one site, so that each site of a result is listed once. `kind`, the result's own, chooses
@@ -60,7 +60,8 @@ class SummaryItems {
   /// When an exception passes, what is left may only be destroyed.
   void exactMerge(digestio::SummaryDataKind kind);
 
-  /// The list as a fixed-width table, with the column groups of the kinds that are asked for. Defined with the view.
+  /// The list as a fixed-width table, with the column groups of the kinds that are asked for. Defined in
+  /// view/report/ItemTable.cpp.
   [[nodiscard]] std::string asString(bool verbose, bool survey, bool surveyVectorization, bool suitability,
                                      bool correctness, bool map) const;
 

@@ -12,7 +12,8 @@ namespace kelvar_2_1_7 {
 
 namespace {
 
-/// What becomes of an item. The hidden list keeps what lacks an analysis before what is of a hidden detail kind.
+/// What becomes of an item. In the hidden list, items that lack an analysis come before those of a hidden detail kind:
+/// a later filter brings them back in this order.
 enum Verdict : unsigned char { kShown, kHiddenByKind, kHiddenByDetail };
 constexpr std::size_t kVerdictCount = 3;
 
@@ -38,14 +39,14 @@ struct Verdicts {
 };
 
 /// Moves each item to the end of the list of its verdict, which has room for it.
-void move(const std::vector<Verdict>& verdicts, SummaryItems& visible, SummaryItems& hidden,
-          std::array<SummaryItems, kVerdictCount>& to) noexcept {
+void distribute(const std::vector<Verdict>& verdicts, SummaryItems& visible, SummaryItems& hidden,
+                std::array<SummaryItems, kVerdictCount>& lists) noexcept {
   auto next = verdicts.begin();
   for (SummaryItems* const list : {&visible, &hidden}) {
     for (SummaryItems::value_type& item : *list) {
       const Verdict verdict = *next++;
       if (item) item->setShown(verdict == kShown);
-      to[verdict].append(std::move(item));
+      lists[verdict].append(std::move(item));
     }
   }
 }
@@ -58,13 +59,14 @@ void filter(const ViewSettings& settings, SummaryItems& visible, SummaryItems& h
   verdicts.add(settings, hidden);
 
   std::array<SummaryItems, kVerdictCount> lists;
-  lists[kShown].reserve(verdicts.counts[kShown]);
-  lists[kHiddenByKind].reserve(verdicts.counts[kHiddenByKind] + verdicts.counts[kHiddenByDetail]);
-  lists[kHiddenByDetail].reserve(verdicts.counts[kHiddenByDetail]);
-  move(verdicts.each, visible, hidden, lists);
-  for (SummaryItems::value_type& item : lists[kHiddenByDetail]) lists[kHiddenByKind].append(std::move(item));
-  visible.swap(lists[kShown]);
-  hidden.swap(lists[kHiddenByKind]);
+  auto& [shown, hiddenByKind, hiddenByDetail] = lists;
+  shown.reserve(verdicts.counts[kShown]);
+  hiddenByKind.reserve(verdicts.counts[kHiddenByKind] + verdicts.counts[kHiddenByDetail]);
+  hiddenByDetail.reserve(verdicts.counts[kHiddenByDetail]);
+  distribute(verdicts.each, visible, hidden, lists);
+  for (SummaryItems::value_type& item : hiddenByDetail) hiddenByKind.append(std::move(item));
+  visible.swap(shown);
+  hidden.swap(hiddenByKind);
 }
 
 }  // namespace

@@ -11,11 +11,11 @@ namespace kelvar_2_1_7 {
 /// Keeps two lists as a view: what is shown, in its order, and the rest.
 class View {
  public:
-  /// The lists hold other items now.
+  /// To be called when the lists' items were replaced.
   void itemsChanged() noexcept { byPlace_.clear(); }
   /// Brings the lists up to date: `visible` becomes what the settings show, in their order, and `hidden` the rest, of
   /// all items in the two. Always filters and sorts anew: details may answer differently now. When an exception passes,
-  /// each item still is in exactly one of them, and the next rebuild leads to the same view. Null entries are hidden
+  /// each item is still in exactly one of them, and the next rebuild leads to the same view. Null entries are hidden
   /// only while some analysis kind is off.
   void rebuild(const ViewSettings& settings, SummaryItems& visible, SummaryItems& hidden);
 

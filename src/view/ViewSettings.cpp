@@ -23,7 +23,7 @@ bool anyOf(const auto& flags) {
   return std::any_of(flags.begin(), flags.end(), [](bool flag) { return flag; });
 }
 
-/// The entry of `kind`; for a value that is no kind, whether nothing is filtered.
+/// The entry of `kind`. For a value out of range: true if nothing is filtered.
 bool enabled(const auto& flags, auto kind) {
   const auto index = static_cast<std::size_t>(kind);
   return index < flags.size() ? flags[index] : allOf(flags);

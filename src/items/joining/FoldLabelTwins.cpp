@@ -13,15 +13,14 @@
 
 #include "items/Groups.h"
 
-// The pass visits each item once, from front to back, and looks for the first other item with its label and annotation
-// kind, or, for a task, for the first task loop with its label: whichever comes first. A twin is folded into the item.
-// A task is folded into its task loop, which then moves to where the task was. The last item of the list is neither
-// visited nor found, so it keeps its place.
+// The pass walks the list from front to back. Each item takes in the first other item of its label and annotation kind:
+// of A B, A stays; of A B C, A takes B, and then C takes A, so C stays. A task looks for a task loop of its label too.
+// If that comes first, the task goes into it, and the task loop moves to the task's slot. The list's last item is left
+// out. Suites rely on which item stays, so both quirks remain.
 //
-// Items of different labels never meet: the pass runs for each label by itself. Labels are found by sorting their
-// hashes, and only those that come twice are looked at. Within a label, every list of slots is only ever used at its
-// front: a visited item has taken in the first of its twins, so at most one occupied slot lies before the next one that
-// is visited. So each visit takes constant time, and the pass O(n log n) with the sort.
+// Labels do not interact, so the pass runs for each label by itself. They are found by sorting hashes, and labels that
+// come once are skipped. Within a label at most one occupied slot lies before the item that is visited, so only the
+// first two occupied slots matter: a visit takes constant time, and the whole pass O(n log n) with the sort.
 
 namespace kelvar_2_1_7 {
 
@@ -37,7 +36,7 @@ Slot slotOf(Candidate candidate) noexcept {
   return static_cast<Slot>(candidate);
 }
 
-/// What two items must share to meet in the pass. A task and a task loop do.
+/// What twins share. A task and a task loop count as one kind here.
 struct TwinKey {
   std::string_view label;
   sitenotes::annotation_t::kind_t kind;
@@ -64,7 +63,7 @@ std::vector<Candidate> candidatesIn(const SummaryItems& items) {
   return candidates;
 }
 
-/// Occupied slots, ascending, of which the first or the second leaves, and before which one enters.
+/// The slots that are still occupied, ascending. Only the first two ever matter.
 class SlotList {
  public:
   void append(Slot slot) { slots_.push_back(slot); }
@@ -77,7 +76,7 @@ class SlotList {
     if (slots_.front() != slot) return &slots_.front();
     return slots_.size() > 1 ? &slots_[1] : nullptr;
   }
-  /// `slot` is the first or the second.
+  /// `slot` is the first or the second. The second is overwritten by the first, and then the front goes.
   void remove(Slot slot) noexcept {
     if (slots_.front() != slot) slots_[1] = slots_.front();
     slots_.pop_front();
@@ -136,7 +135,7 @@ class TwinPass {
   SlotList taskloops_;
 };
 
-/// Labels of one hash may differ: brings those of one key together, each still ascending by slot.
+/// Different labels may share a hash: groups the candidates by key, each group still ascending by slot.
 void groupByKey(const SummaryItems& items, std::span<Candidate> ofOneHash) {
   const auto keyOf = [&](Candidate candidate) { return TwinKey(*items[slotOf(candidate)]); };
   std::stable_sort(ofOneHash.begin(), ofOneHash.end(), [&](Candidate a, Candidate b) {

@@ -13,7 +13,7 @@ namespace kelvar_2_1_7 {
 /// an array, and only the others are hashed.
 class HandleIndex {
  public:
-  /// For a list of about so many items.
+  /// `itemCount` is an estimate.
   explicit HandleIndex(std::size_t itemCount) : denseEnd_(kGaps * itemCount) {}
 
   /// Of several items with one handle, the one inserted last is found.

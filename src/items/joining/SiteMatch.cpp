@@ -10,7 +10,7 @@ namespace kelvar_2_1_7 {
 
 namespace {
 
-/// Only annotated sites of one annotation kind are ever one site without a handle that says so.
+/// Without a shared handle, only annotated sites of the same kind can be one site.
 bool haveSameKind(const SummaryItemImpl& a, const SummaryItemImpl& b) {
   return a.detailKind() == kSiteDetail && b.detailKind() == kSiteDetail && a.annotationKind() == b.annotationKind();
 }
@@ -24,7 +24,7 @@ bool haveSameLeaf(const sitenotes::locator_t& a, const sitenotes::locator_t& b) 
 
 /// Whether an analysis that lists each site once has a detail for both: then they are two sites. Vectorization data may
 /// come twice for one site, once for each version of a loop, so it is not compared.
-bool areListedTwice(const SummaryItemImpl& a, const SummaryItemImpl& b) {
+bool oneAnalysisHasBoth(const SummaryItemImpl& a, const SummaryItemImpl& b) {
   constexpr std::array kExclusiveKinds{kSurveyKind, kSuitabilityKind, kCorrectnessKind, kMapKind};
   return std::any_of(kExclusiveKinds.begin(), kExclusiveKinds.end(),
                      [&](digestio::SummaryDataKind kind) { return a.shows(kind) && b.shows(kind); });
@@ -33,12 +33,13 @@ bool areListedTwice(const SummaryItemImpl& a, const SummaryItemImpl& b) {
 }  // namespace
 
 bool isOneSiteOfResult(const SummaryItemImpl& a, const SummaryItemImpl& b) {
-  return haveSameKind(a, b) && haveSameLeaf(a.place(), b.place()) && !areListedTwice(a, b);
+  return haveSameKind(a, b) && haveSameLeaf(a.place(), b.place()) && !oneAnalysisHasBoth(a, b);
 }
 
 bool isOneJoinedSite(const SummaryItemImpl& a, const SummaryItemImpl& b) {
   return haveSameKind(a, b) && a.labelText() == b.labelText() &&
-         (a.place().is_null() != b.place().is_null() || haveSameLeaf(a.place(), b.place())) && !areListedTwice(a, b);
+         (a.place().is_null() != b.place().is_null() || haveSameLeaf(a.place(), b.place())) &&
+         !oneAnalysisHasBoth(a, b);
 }
 
 }  // namespace kelvar_2_1_7

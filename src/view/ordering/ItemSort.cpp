@@ -13,10 +13,10 @@
 #include "view/ordering/MergeSort.h"
 #include "view/ordering/Orderings.h"
 
-// Every ordering begins with the items by place, and sorts these by its keys, each read once, with a stable sort: the
-// last key first, so that each pass leaves what it finds equal in the order of the keys behind it and, in the end, of
-// places. What is left is what the ordering by locator says of items that tie and share a place. That relation has
-// cycles, so it is no key: a merge sort that is safe for any relation applies it within each such group.
+// Start from place order. Sort stably by the last key, then by the one before it, up to the first; each key is read
+// once. Items that are equal on all keys are still in place order. Then, where the ordering says so, sort the items of
+// each group that also share a place by isBeforeAtPlace. That relation may have cycles, so it is no key: a merge sort
+// that is safe for any relation applies it.
 //
 // Invariant: no item comes before its left neighbour. O(n) for keys that are numbers, O(n log n) for labels.
 // May read keys that are not needed.
@@ -38,7 +38,7 @@ class ItemSort {
     for (std::size_t key = ordering_.keys.size(); key-- > 0;) {
       if (varies(keys_[key])) sortBy(keys_[key]);
     }
-    if (ordering_.tie != Tie::kNone) sortTies();
+    if (ordering_.thenByLocator != ThenByLocator::kNo) sortEqualsByLocator();
     std::vector<SummaryItemImpl*> items;
     items.reserve(order_.size());
     for (const KeyedIndex& each : order_) items.push_back(itemOf(each));
@@ -49,10 +49,11 @@ class ItemSort {
   [[nodiscard]] SummaryItemImpl* itemOf(const KeyedIndex& each) const noexcept { return items_[each.index].item; }
 
   void readKeys() {
+    if (ordering_.keys.size() == 0) return;
     for (std::size_t key = 0; key < ordering_.keys.size(); ++key) keys_[key].resize(items_.size());
-    for (std::size_t i = 0; i < items_.size() && ordering_.keys.size() != 0; ++i) {
+    for (std::size_t i = 0; i < items_.size(); ++i) {
       prefetchKeys(i);
-      // After a NaN nothing decides any more: the keys behind it stay 0.
+      // After a NaN nothing decides any more: the later keys stay 0.
       for (std::size_t key = 0; key < ordering_.keys.size(); ++key) {
         keys_[key][i] = keyOf(ordering_.keys[key].read(*items_[i].item));
         if (keys_[key][i] == kUnordered) break;
@@ -111,18 +112,18 @@ class ItemSort {
     return word;
   }
 
-  void sortTies() {
-    const auto tie = [this](const KeyedIndex& a, const KeyedIndex& b) { return areTied(a, b); };
-    forEachGroup(std::span(order_), tie, [this](std::span<KeyedIndex> group) { sortAtPlace(group); });
+  void sortEqualsByLocator() {
+    const auto areEqual = [this](const KeyedIndex& a, const KeyedIndex& b) { return areEqualAtPlace(a, b); };
+    forEachGroup(std::span(order_), areEqual, [this](std::span<KeyedIndex> group) { sortAtPlace(group); });
   }
 
-  [[nodiscard]] bool areTied(const KeyedIndex& a, const KeyedIndex& b) const {
+  [[nodiscard]] bool areEqualAtPlace(const KeyedIndex& a, const KeyedIndex& b) const {
     if (items_[a.index].place != items_[b.index].place) return false;
     for (std::size_t key = 0; key < ordering_.keys.size(); ++key) {
       if (keys_[key][a.index] != keys_[key][b.index] || keys_[key][a.index] == kUnordered) return false;
     }
     if (ordering_.byLabel && itemOf(a)->labelText() != itemOf(b)->labelText()) return false;
-    return goesByLocator(ordering_.tie, *itemOf(a));
+    return goesByLocator(ordering_.thenByLocator, *itemOf(a));
   }
 
   void sortAtPlace(std::span<KeyedIndex> group) {

@@ -11,10 +11,10 @@
 
 namespace kelvar_2_1_7 {
 
-/// A stable merge sort for any relation: where `before` is no strict weak order, no neighbour comes before the one in
-/// front of it all the same, and the sort stays in bounds and terminates in O(n log n). It merges the runs that are
-/// there already, ascending or strictly descending, in the order that keeps merges of unequal length few (powersort,
-/// Munro and Wild 2018): a sorted list takes one pass.
+/// A stable merge sort for any relation: even where `before` is no strict weak order, no element ends up `before` its
+/// left neighbour, and the sort stays in bounds and terminates in O(n log n). It merges the runs that are there
+/// already, ascending or strictly descending, in the order that keeps merges of unequal length few (powersort, Munro
+/// and Wild 2018): a sorted list takes one pass.
 template <class Record, class Before>
 class MergeSort {
  public:

@@ -92,16 +92,17 @@ struct Mapping {
   const char* displayName;
 };
 
+// By SummaryMapping. From the vectorization orderings on the names are wrong: see displayName().
 constexpr Mapping kMappings[] = {
     {{}, "sort locator"},
-    {{.keys = {kKinds, kSelfTimeIfLoop, kTotalTimeIfLoop}, .tie = Tie::kByLocatorUnlessLoop}, "sort kind"},
+    {{.keys = {kKinds, kSelfTimeIfLoop, kTotalTimeIfLoop}, .thenByLocator = ThenByLocator::kUnlessLoop}, "sort kind"},
     {{.byLabel = true}, "sort label"},
     {{.keys = {kCpuTime}}, "sort survey cpu time"},
     {{.keys = {kPriority}}, "sort survey priority"},
     {{.keys = {kId}}, "sort survey id"},
-    {{.keys = {kLoopSelfTime, kLoopTotalTime}, .tie = Tie::kNone}, "sort suitability self time"},
-    {{.keys = {kLoopTotalTime}, .tie = Tie::kNone}, "sort self max gain"},
-    {{.keys = {kLoopPriority}, .tie = Tie::kNone}, "sort total max gain"},
+    {{.keys = {kLoopSelfTime, kLoopTotalTime}, .thenByLocator = ThenByLocator::kNo}, "sort suitability self time"},
+    {{.keys = {kLoopTotalTime}, .thenByLocator = ThenByLocator::kNo}, "sort self max gain"},
+    {{.keys = {kLoopPriority}, .thenByLocator = ThenByLocator::kNo}, "sort total max gain"},
     {{.keys = {kSelfTime}}, "sort dependencies errors"},
     {{.keys = {kSiteGain}}, "sort dependencies warnings"},
     {{.keys = {kTotalGain}}, "sort general kind locator"},
@@ -128,8 +129,9 @@ const char* displayName(SummaryMapping mapping) noexcept {
   return name != nullptr ? name : "";
 }
 
-bool goesByLocator(Tie tie, const SummaryItemImpl& item) {
-  return tie == Tie::kByLocator || (tie == Tie::kByLocatorUnlessLoop && item.detailKind() != kLoopDetail);
+bool goesByLocator(ThenByLocator thenByLocator, const SummaryItemImpl& item) {
+  if (thenByLocator == ThenByLocator::kUnlessLoop) return item.detailKind() != kLoopDetail;
+  return thenByLocator == ThenByLocator::kYes;
 }
 
 SiteKey::SiteKey(const SummaryItemImpl& item, bool withTimes)
@@ -161,7 +163,7 @@ bool isBefore(const Ordering& ordering, const SummaryItemImpl* a, const SummaryI
     const std::strong_ordering order = a->labelText() <=> b->labelText();
     if (std::is_neq(order)) return std::is_lt(order);
   }
-  if (!goesByLocator(ordering.tie, *a)) return false;
+  if (!goesByLocator(ordering.thenByLocator, *a)) return false;
   const int order = displayOrder(a->place(), b->place());
   if (order != 0) return order < 0;
   const bool withTimes = a->annotationKind() != b->annotationKind();

@@ -36,25 +36,26 @@ class SortKeys {
   std::size_t count_;
 };
 
-/// Whether items that agree on all keys are ordered by locator.
-enum class Tie { kByLocator, kNone, kByLocatorUnlessLoop };
+/// Whether items that are equal on all keys are ordered by locator.
+enum class ThenByLocator { kYes, kNo, kUnlessLoop };
 
-/// One ordering: keys first, the first that differs decides; then the label; then the tie.
+/// One ordering: keys first, the first that differs decides; then the label; then the locator. What remains equal is
+/// for TieBreak.
 struct Ordering {
   SortKeys keys = {};
   bool byLabel = false;
-  Tie tie = Tie::kByLocator;
+  ThenByLocator thenByLocator = ThenByLocator::kYes;
 };
 
 /// The ordering that a mapping selects; that by locator for a value without one.
 [[nodiscard]] const Ordering& orderingOf(SummaryMapping mapping) noexcept;
 
-/// The name that reports print for a mapping; empty where there is none. The names are those of an older enumeration:
-/// from the vectorization orderings on they are not those of the orderings in use, and readers of reports know them so.
+/// The name that reports print for a mapping; empty where there is none. These are the names of an older enumeration:
+/// from the vectorization orderings on they are wrong, and kept because programs that read reports rely on them.
 [[nodiscard]] const char* displayName(SummaryMapping mapping) noexcept;
 
-/// Whether a tie of this item is decided by locator. Two items that tie agree on it.
-[[nodiscard]] bool goesByLocator(Tie tie, const SummaryItemImpl& item);
+/// Whether this item and those that are equal to it are ordered by locator. Items that are equal agree on it.
+[[nodiscard]] bool goesByLocator(ThenByLocator thenByLocator, const SummaryItemImpl& item);
 
 /// What the ordering by locator reads of an item besides its place.
 struct SiteKey {

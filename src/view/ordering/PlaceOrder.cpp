@@ -14,29 +14,29 @@
 #include "view/ordering/MergeSort.h"
 #include "view/ordering/TieBreak.h"
 
-// Places are compared by the suite, one call for each two. Places in no order are therefore arranged first by what
-// nearly decides: the leaf of the file and the line, which are numbers once the leaves are ranked, and quickly sorted.
-// Then the suite's own order is asked for every two neighbours, and has the last word: if it disagrees, a merge sort by
-// it follows. Lists that are sorted, or are a few sorted ones, are merged at once. Mostly two calls for each item,
-// O(n log n) at most.
+// Places are compared by the suite, one call per pair. Places in no order are therefore arranged first by what usually
+// decides: the leaf of the file and the line, which are numbers once the leaves are ranked, and quickly sorted. Then
+// the suite's own order is asked for each pair of neighbours, and has the last word: where it disagrees, a merge sort
+// by it follows. A list that consists of a few sorted runs is merged at once. Mostly two calls per item, O(n log n) at
+// most.
 
 namespace kelvar_2_1_7 {
 
 namespace {
 
-struct Placed {
+struct ItemAndPlace {
   sitenotes::locator_t place;
   SummaryItemImpl* item;
 };
 
-bool isBefore(const Placed& a, const Placed& b) {
+bool isBefore(const ItemAndPlace& a, const ItemAndPlace& b) {
   return displayOrder(a.place, b.place) < 0;
 }
 
 /// Leaves as numbers in the order of their bytes.
 class LeafRanks {
  public:
-  /// A number for the leaf; of no order yet.
+  /// A number for the leaf, not yet ranked.
   [[nodiscard]] std::uint32_t numberOf(std::string_view leaf) {
     // Neighbours are of one file, as a rule.
     if (last_ != nullptr && last_->first == leaf) return last_->second;
@@ -65,18 +65,18 @@ class LeafRanks {
   const Numbers::value_type* last_ = nullptr;
 };
 
-/// Orders as lines do.
+/// An unsigned number in the order of lines.
 std::uint32_t bitsOf(int line) noexcept {
   return static_cast<std::uint32_t>(line) ^ std::uint32_t{1} << 31;
 }
 
 /// The records' indices by leaf and line.
-std::vector<KeyedIndex> byLeafAndLine(const std::vector<Placed>& records) {
+std::vector<KeyedIndex> byLeafAndLine(const std::vector<ItemAndPlace>& records) {
   LeafRanks leaves;
   std::vector<KeyedIndex> order;
   std::vector<KeyedIndex> buffer;
   order.reserve(records.size());
-  for (const Placed& record : records) {
+  for (const ItemAndPlace& record : records) {
     const std::uint64_t leaf = withLeaf(record.place, [&](std::string_view name) { return leaves.numberOf(name); });
     order.push_back({leaf << 32 | bitsOf(record.place.get_line()), static_cast<std::uint32_t>(order.size())});
   }
@@ -88,9 +88,9 @@ std::vector<KeyedIndex> byLeafAndLine(const std::vector<Placed>& records) {
   return order;
 }
 
-void arrange(std::vector<Placed>& records, std::vector<Placed>& buffer) {
+void arrange(std::vector<ItemAndPlace>& records, std::vector<ItemAndPlace>& buffer) {
   std::vector<KeyedIndex> order = byLeafAndLine(records);
-  std::vector<Placed> arranged;
+  std::vector<ItemAndPlace> arranged;
   arranged.reserve(records.size());
   for (std::size_t i = 0; i < order.size(); ++i) {
     if (i + kPrefetchDistance < order.size()) prefetchLine(&records[order[i + kPrefetchDistance].index]);
@@ -104,14 +104,20 @@ void arrange(std::vector<Placed>& records, std::vector<Placed>& buffer) {
   });
 }
 
-void sortByPlace(std::vector<Placed>& records) {
-  constexpr int kFew = 32;
-  std::vector<Placed> buffer;
+/// In how many places a list descends; counts no further than `most`.
+int descentsIn(const std::vector<ItemAndPlace>& records, int most) {
   int descents = 0;
-  for (std::size_t i = 1; i < records.size() && descents < kFew; ++i) {
+  for (std::size_t i = 1; i < records.size() && descents < most; ++i) {
     if (isBefore(records[i], records[i - 1])) ++descents;
   }
-  if (descents == kFew) arrange(records, buffer);
+  return descents;
+}
+
+void sortByPlace(std::vector<ItemAndPlace>& records) {
+  constexpr int kManyRuns = 32;
+  std::vector<ItemAndPlace> buffer;
+  const int descents = descentsIn(records, kManyRuns);
+  if (descents == kManyRuns) arrange(records, buffer);
   if (descents != 0) mergeSort(std::span(records), buffer, isBefore);
 }
 
@@ -132,7 +138,7 @@ void appendItems(std::vector<SummaryItemImpl*>& items, const SummaryItems& list)
 }
 
 std::vector<PlacedItem> placeOrder(const std::vector<SummaryItemImpl*>& items) {
-  std::vector<Placed> records;
+  std::vector<ItemAndPlace> records;
   records.reserve(items.size());
   for (std::size_t i = 0; i < items.size(); ++i) {
     if (i + kPrefetchDistance < items.size()) prefetchLine(&items[i + kPrefetchDistance]->place());
