@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <set>
 
 #include "Diagnosis.h"
@@ -10,6 +9,7 @@
 #include "Margin.h"
 #include "SiteHistory.h"
 #include "Staleness.h"
+#include "TimeTree.h"
 
 namespace kelvar_page {
 
@@ -80,91 +80,35 @@ void writeFinding(PageJson& json, const Finding& finding) {
 
 // ---- the tree of times
 
-/// A site or a function with the time that it takes, and what lies within.
-struct Node {
-  std::string key;
-  std::string label;
-  double time = 0;
-  unsigned long handle = 0;
-  int first = 0;
-  int last = 0;
-  std::vector<Node> within = {};
-};
-
-void writeNode(PageJson& json, const Node& node) {
-  json.beginObject().text("key", node.key).text("label", node.label).number("time", node.time);
-  json.text("text", timeText(node.time));
-  if (!node.within.empty()) {
-    json.beginList("within");
-    for (const Node& inner : node.within) writeNode(json, inner);
-    json.endList();
-  }
-  json.endObject();
-}
-
-// Outermost annotated sites, nested ones within them, and the functions that lie in none.
-std::vector<Node> nodesOf(const Model& model, const std::vector<kelvar::SummaryItem*>& rows) {
-  std::vector<Node> outer;
-  std::vector<std::pair<unsigned long, Node>> nested;  // by the handle of the region around them
-  std::vector<Node> functions;
-  for (kelvar::SummaryItem* const item : rows) {
-    const Site site = siteOf(*item);
-    if (site.time.value_or(0) <= 0 || isEnd(site) || site.sort == SiteSort::loop) continue;
-    const Region& region = model.overview.regionOf(site);
-    Node node{.key = keyOf(site),
-              .label = site.label,
-              .time = *site.time,
-              .handle = site.handle,
-              .first = site.place.get_line(),
-              .last = std::max(region.lastLine, site.place.get_line())};
-    if (site.sort == SiteSort::function) {
-      functions.push_back(std::move(node));
-    } else if (region.outer != 0) {
-      nested.emplace_back(region.outer, std::move(node));
-    } else {
-      outer.push_back(std::move(node));
+void writeNodes(PageJson& json, const std::vector<TimeNode>& nodes) {
+  constexpr std::size_t kMost = 40;  // of each level; smaller ones cannot be seen
+  json.beginList("within");
+  for (std::size_t at = 0; at < nodes.size() && at < kMost; ++at) {
+    const TimeNode& node = nodes[at];
+    json.beginObject().text("key", node.key).text("label", node.label).number("time", node.time);
+    json.text("text", timeText(node.time));
+    if (!node.within.empty()) {
+      json.text("own", timeText(node.own));
+      writeNodes(json, node.within);
     }
+    json.endObject();
   }
-  std::sort(outer.begin(), outer.end(), [](const Node& a, const Node& b) { return a.first < b.first; });
-  for (Node& function : functions) {
-    const auto after = std::upper_bound(outer.begin(), outer.end(), function.first,
-                                        [](int line, const Node& node) { return line < node.first; });
-    if (after != outer.begin() && std::prev(after)->handle != 0 && std::prev(after)->last >= function.first) continue;
-    function.handle = 0;
-    outer.insert(after, std::move(function));
-  }
-  for (auto& [handle, node] : nested) {
-    const auto around =
-        std::find_if(outer.begin(), outer.end(), [&, h = handle](const Node& one) { return one.handle == h; });
-    if (around != outer.end()) around->within.push_back(std::move(node));
-  }
-  std::sort(outer.begin(), outer.end(), [](const Node& a, const Node& b) { return a.time > b.time; });
-  return outer;
+  json.endList();
 }
 
 void writeTree(PageJson& json, const Model& model) {
   constexpr std::size_t kMostFiles = 100;
-  constexpr std::size_t kMostNodes = 40;
-  struct File {
-    std::string_view name;
-    double time = 0;
-    std::vector<Node> nodes;
-  };
-  std::vector<File> files;
-  for (const auto& [name, rows] : model.overview.files()) {
-    File file{.name = name, .time = 0, .nodes = nodesOf(model, rows)};
-    for (const Node& node : file.nodes) file.time += node.time;
-    if (file.nodes.size() > kMostNodes) file.nodes.resize(kMostNodes);
-    if (file.time > 0) files.push_back(std::move(file));
-  }
-  std::sort(files.begin(), files.end(), [](const File& a, const File& b) { return a.time > b.time; });
-  if (files.size() > kMostFiles) files.resize(kMostFiles);
-  json.beginList("tree");
-  for (const File& file : files) {
-    json.beginObject().text("file", file.name).number("time", file.time).text("text", timeText(file.time));
-    json.beginList("within");
-    for (const Node& node : file.nodes) writeNode(json, node);
-    json.endList().endObject();
+  const std::vector<TimeFile> files = timeTreeOf(model.overview);
+  double all = 0;
+  for (const TimeFile& file : files) all += file.time;
+  // A function's time is part of a site's in another function that calls it, and no row says how much.
+  const double twice = all - model.overview.wholeTime();
+  json.text("treeTwice", twice > all / 1000 ? timeText(twice) : "").beginList("tree");
+  for (std::size_t at = 0; at < files.size() && at < kMostFiles; ++at) {
+    const TimeFile& file = files[at];
+    json.beginObject().text("file", file.file).number("time", file.time).text("text", timeText(file.time));
+    writeNodes(json, file.nodes);
+    json.endObject();
   }
   json.endList();
 }
@@ -210,24 +154,7 @@ void writeKinds(PageJson& json, const Model& model) {
   json.endList();
 }
 
-// What an address can carry: a text that is long, or that would not come back as it was, is known by its hash.
-std::string keyPart(const std::string& text) {
-  constexpr std::size_t kLongest = 300;
-  constexpr std::string_view kChanged("\0\n", 2);
-  if (text.size() <= kLongest && text.find_first_of(kChanged) == std::string::npos) return text;
-  std::uint64_t hash = 14695981039346656037U;  // FNV-1a: the same in every process, so that links last
-  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
-  return "#" + std::to_string(hash);
-}
-
 }  // namespace
-
-// `s12` for an annotated site; `r1/48/file\nlabel` for any other row.
-std::string keyOf(const Site& site) {
-  if (site.handle != 0) return "s" + std::to_string(site.handle);
-  return "r" + std::to_string(static_cast<int>(site.sort)) + "/" + std::to_string(site.place.get_line()) + "/" +
-         keyPart(site.place.get_file().get_text()) + "\n" + keyPart(site.label);
-}
 
 kelvar::SummaryItem* itemOf(const Model& model, const std::string& key) {
   const std::string_view rest = key;

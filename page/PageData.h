@@ -11,8 +11,6 @@ namespace kelvar_page {
 /// What the front end asks for, as JSON. It gets texts to show, and numbers only where it draws: how a figure is
 /// written is decided here.
 
-/// A name for a row that outlives a reload: by its sequence, else by kind, place and label.
-[[nodiscard]] std::string keyOf(const Site& site);
 /// The item that a key names; null where there is none any more.
 [[nodiscard]] kelvar::SummaryItem* itemOf(const Model& model, const std::string& key);
 

@@ -1,6 +1,7 @@
 #include "Site.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace kelvar_page {
 
@@ -63,6 +64,16 @@ void readFindings(Site& site, const kelvar::SummaryItem& item) {
   }
 }
 
+// What an address can carry: a text that is long, or that would not come back as it was, is known by its hash.
+std::string keyPart(const std::string& text) {
+  constexpr std::size_t kLongest = 300;
+  constexpr std::string_view kChanged("\0\n", 2);
+  if (text.size() <= kLongest && text.find_first_of(kChanged) == std::string::npos) return text;
+  std::uint64_t hash = 14695981039346656037U;  // FNV-1a: the same in every process, so that links last
+  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
+  return "#" + std::to_string(hash);
+}
+
 }  // namespace
 
 Site siteOf(kelvar::SummaryItem& item) {
@@ -106,6 +117,13 @@ std::string shortPlace(const sitenotes::locator_t& place) {
 std::string placeText(const sitenotes::locator_t& place) {
   if (place.is_null()) return "?";
   return place.get_file().get_text() + ":" + std::to_string(place.get_line());
+}
+
+// `s12` for an annotated site; `r1/48/file\nlabel` for any other row.
+std::string keyOf(const Site& site) {
+  if (site.handle != 0) return "s" + std::to_string(site.handle);
+  return "r" + std::to_string(static_cast<int>(site.sort)) + "/" + std::to_string(site.place.get_line()) + "/" +
+         keyPart(site.place.get_file().get_text()) + "\n" + keyPart(site.label);
 }
 
 const char* analysisName(SummaryDataKind kind) noexcept {

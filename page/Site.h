@@ -55,6 +55,8 @@ struct Site {
 [[nodiscard]] std::string shortPlace(const sitenotes::locator_t& place);
 /// `sample/pixels.cpp:48`.
 [[nodiscard]] std::string placeText(const sitenotes::locator_t& place);
+/// A name for a row that outlives a reload: by its sequence, else by kind, place and label.
+[[nodiscard]] std::string keyOf(const Site& site);
 /// What an analysis is called in sentences.
 [[nodiscard]] const char* analysisName(digestio::SummaryDataKind kind) noexcept;
 

@@ -68,6 +68,9 @@ class Pictures {
 
   drawTree() {
     this.tree.replaceChildren();
+    const twice = document.getElementById("tree-twice");
+    twice.hidden = !this.program.treeTwice;
+    twice.textContent = `Up to ${this.program.treeTwice} of this may be in two boxes: in a site, and in a function elsewhere that it calls.`;
     const { clientWidth: width, clientHeight: height } = this.tree;
     if (this.program.tree.length === 0) this.tree.append(element("p", { class: "soft", text: "Nothing was timed." }));
     squares(this.program.tree, 0, 0, width, height, (file, x, y, w, h) => {
@@ -82,19 +85,26 @@ class Pictures {
 
   node(node, file, [x, y, w, h], inner) {
     if (w < 3 || h < 3) return;
-    const said = `${node.label}, ${node.text}, ${file.file}`;
+    const said = `${node.label}, ${node.text}${node.own ? ", " + node.own + " of it its own" : ""}, ${file.file}`;
     const box = element("button", { type: "button", class: inner ? "box inner" : "box", "data-key": node.key, title: said, "aria-label": said,
       "aria-pressed": "false" });
+    const tall = h > 38;
     if (w > 40 && h > 20) box.append(element("b", { text: node.label.slice(0, 200) }));
-    if (w > 40 && h > 38) box.append(node.text);
+    if (w > 40 && tall) box.append(node.text);
     box.addEventListener("click", () => this.choose(node.key));
     this.put(box, x, y, w, h);
+    this.within(node, file, x, y, w, h);
+  }
+
+  // What lies within takes its part of the area below the name; what is left is the time of the outer one alone.
+  within(node, file, x, y, w, h) {
     const nested = node.within ?? [];
-    const part = nested.reduce((all, one) => all + one.time, 0) / node.time;
-    const top = 40;
-    if (nested.length === 0 || h < top + 14) return;
-    const tall = Math.max(14, Math.min(h - top - 4, (h - top) * Math.min(1, part)));
-    squares(nested, x + 4, y + h - tall - 4, w - 8, tall, (one, ...where) => this.node(one, file, where, true));
+    const top = h > 74 ? 38 : 20;
+    if (nested.length === 0 || h < top + 16) return;
+    const part = Math.min(1, nested.reduce((all, one) => all + one.time, 0) / node.time);
+    const [wide, high] = [w - 8, h - top - 4];
+    if (w > h * 1.6) squares(nested, x + 4 + wide * (1 - part), y + top, wide * part, high, (one, ...where) => this.node(one, file, where, true));
+    else squares(nested, x + 4, y + top + high * (1 - part), wide, high * part, (one, ...where) => this.node(one, file, where, true));
   }
 
   put(box, x, y, w, h) {
