@@ -1,6 +1,7 @@
 // Where rows come from. Either source answers the same questions, so the page does not know whether it is served or a
 // file of its own.
 
+// All orderings of the library, by their number. Some are of a figure that has a column, and sort by a click on it too.
 const ORDERS = ["Place", "Kind", "Label", "Survey time", "Survey priority", "Survey id", "Loop time, own", "Loop time, all",
   "Loop priority", "Suitability time", "Gain of the site", "Gain of the program", "Races", "Other findings",
   "General kind, place"];

@@ -9,13 +9,13 @@ const COLUMNS = [
   { field: "kind", title: "Kind", order: 1 },
   { field: "where", title: "Where", order: 0 },
   { field: "time", title: "Time", order: 3, right: true },
-  { field: "share", title: "Share", order: 7, right: true, hint: "Part of the whole time; sorts by the time of loops" },
-  { field: "own", title: "Own", order: 6, right: true, hint: "Share without what lies within; sorts by loops' own time" },
-  { field: "vectorised", title: "Vector", order: 8 },
+  { field: "share", title: "Share", right: true, hint: "Part of the whole time" },
+  { field: "own", title: "Own", right: true, hint: "Share without what lies within" },
+  { field: "vectorised", title: "Vector", order: 8, hint: "Sorts by the priority of loops" },
   { field: "gain", title: "Gain", order: 11, right: true, hint: "How much faster the program could be" },
   { field: "races", title: "Races", order: 12 },
-  { field: "stride", title: "Stride", order: 13, hint: "The stride that matters; sorts by other findings" },
-  { field: "word", title: "Match", order: 14, hint: "What is stale; sorts by general kind" },
+  { field: "stride", title: "Stride", hint: "The stride that matters" },
+  { field: "word", title: "Match", hint: "What is stale" },
 ];
 
 function element(name, values = {}, ...children) {
@@ -50,6 +50,9 @@ class Table {
     const head = document.getElementById("head");
     const had = document.activeElement?.dataset?.order;
     head.replaceChildren(...COLUMNS.map((column, at) => {
+      if (column.order === undefined) {
+        return element("div", { role: "columnheader", "aria-colindex": at + 1, class: column.right ? "right" : "", title: column.hint, text: column.title });
+      }
       const button = element("button", { type: "button", text: column.title, title: column.hint, "data-order": column.order });
       button.addEventListener("click", () => order(column.order));
       const mine = column.order === query.sort;
