@@ -1,7 +1,9 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "Diagnosis.h"
@@ -19,18 +21,29 @@ using kelvar_platform::EvidencePlace;
 class EvidenceIndex {
  public:
   /// Reads what is beside each result that `data` has taken, whose directories are `results`. Of a damaged file nothing
-  /// is taken; why is appended to `complaints`.
+  /// is taken; why is appended to `complaints`. Nothing of the data may be hidden.
   void read(kelvar::SummaryData& data, const kelvar_2_1_7::PerKind<std::string>& results,
             std::vector<std::string>& complaints);
-  void add(const digestio::SummaryDetail* detail, Evidence line) { lines_[detail].push_back(std::move(line)); }
+  void add(const digestio::SummaryDetail* detail, Evidence line);
+
+  /// Details that the data has folded into the row of another are in no row: what they rest on is found by the row's
+  /// from now on. Nothing of the data may be hidden.
+  void adopt(const kelvar::SummaryData& data);
 
   /// All of it, in the order of the analyses.
   [[nodiscard]] std::vector<const Evidence*> of(const Site& site) const;
   /// The commonest of one kind; null where there is none.
   [[nodiscard]] const Evidence* first(const Site& site, EvidenceKind kind) const;
+  /// Seconds that the survey saw on each line of a file, within sites. Of a line that several sites run, as nested ones
+  /// do, the greatest that one of them tells: they count the same samples, so it is the least that the line took.
+  [[nodiscard]] std::map<int, double> lineTimesIn(const toolbelt::path_t& file) const;
 
  private:
+  using InFunction = std::pair<int, std::string>;  // a line, in one function
+  using LineTimes = std::map<InFunction, double>;
+
   std::unordered_map<const digestio::SummaryDetail*, std::vector<Evidence>> lines_;
+  std::map<std::string, std::map<std::string, LineTimes>> times_;  // by the leaf and the path of the file
 };
 
 /// `race`, `lock order`.

@@ -49,6 +49,7 @@ std::map<int, LineFigures> marginOf(const Model& model, const std::string& file)
     if (!isEnd(site)) addRow(lines, model, site);
     addPlaces(lines, model, site, toolbelt::path_t(file));
   }
+  for (const auto& [line, time] : model.evidence.lineTimesIn(toolbelt::path_t(file))) lines[line].own = time;
   return lines;
 }
 

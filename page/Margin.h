@@ -13,6 +13,7 @@ namespace kelvar_page {
 struct LineFigures {
   std::optional<double> time;      ///< the longest of the rows at the line, in seconds
   std::optional<double> share;     ///< the same in parts of the whole
+  std::optional<double> own;       ///< seconds on this line alone, of what ran within sites
   std::vector<std::string> notes;  ///< `parallel 'solver'`, `not vectorised`, `write of a race`; each once
 };
 

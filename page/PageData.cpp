@@ -262,7 +262,8 @@ bool writeSource(PageJson& json, const Model& model, const std::string& file) {
   for (const auto& [line, known] : marginOf(model, file)) {
     json.beginList(std::to_string(line))
         .text({}, optionalText(known.time, timeText))
-        .text({}, optionalText(known.share, shareText));
+        .text({}, optionalText(known.share, shareText))
+        .text({}, optionalText(known.own, timeText));
     for (const std::string& note : known.notes) json.text({}, note);
     json.endList();
   }

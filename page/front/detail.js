@@ -97,15 +97,16 @@ class Detail {
     this.file = file;
     const body = element("tbody");
     source.lines.forEach((text, at) => {
-      const [time, share, ...notes] = source.margin[at + 1] ?? ["", ""];
+      const [time, share, own, ...notes] = source.margin[at + 1] ?? ["", "", ""];
       const race = notes.some((note) => note.startsWith("race"));
       body.append(element("tr", { "data-line": at + 1 },
-        element("td", { class: "figure", text: time }), element("td", { class: "figure", text: share }),
+        element("td", { class: "figure", text: time, title: time && "with all that runs within" }), element("td", { class: "figure", text: share }),
+        element("td", { class: "figure line", text: own, title: own && "on this line alone" }),
         element("td", { class: "number", text: at + 1 }), element("td", { text: text.slice(0, 2000) }),
         element("td", { class: race ? "note race" : "note", text: notes.join("; ") })));
     });
     const head = element("thead", { class: "hidden" }, element("tr", {},
-      ...["Time", "Share", "Line", "Source", "What is known"].map((text) => element("th", { scope: "col", text }))));
+      ...["Time", "Share", "Time on the line", "Line", "Source", "What is known"].map((text) => element("th", { scope: "col", text }))));
     this.code.replaceChildren(element("table", { "aria-label": leaf(file) }, head, body));
   }
 }

@@ -47,7 +47,7 @@ std::string sourceText(const Model& model, const std::string& file, int first, i
     return "  not found below '" + visible(model.sources.root()) + "': --source-root names where sources are\n";
   }
   const auto margin = marginOf(model, file);
-  TextTable table({{"Time", true}, {"Share", true}, {"Line", true}, {"Source"}, {"What is known"}});
+  TextTable table({{"Time", true}, {"Share", true}, {"On line", true}, {"Line", true}, {"Source"}, {"What is known"}});
   first = std::max(first, 1);
   last = std::min<std::int64_t>(last, static_cast<std::int64_t>(lines->size())) < last ? static_cast<int>(lines->size())
                                                                                        : last;
@@ -60,11 +60,12 @@ std::string sourceText(const Model& model, const std::string& file, int first, i
     for (std::size_t tab = 0; (tab = source.find('\t', tab)) != std::string::npos;) source.replace(tab, 1, "    ");
     table.add({{any && known->second.time ? timeText(*known->second.time) : ""},
                {any && known->second.share ? kelvar_page::shareText(*known->second.share) : "", Paint::warning},
+               {any && known->second.own ? timeText(*known->second.own) : ""},
                {std::to_string(number), Paint::dim},
                {visible(source), any ? Paint::bold : Paint::plain},
                {any ? visible(join(known->second.notes, "; ")) : "", race ? Paint::bad : Paint::dim}});
   }
-  return table.text(terminal, {{4, 24}, {3, 40}, {4, 12}, {3, 20}});
+  return table.text(terminal, {{5, 24}, {4, 40}, {5, 12}, {4, 20}});
 }
 
 // ---- one site
