@@ -43,6 +43,11 @@ std::string wholeMessageOf(const object& record) {
   return whole;
 }
 
+std::string textOf(const object& record, const char* key) {
+  std::string_view text;
+  return record[key].get(text) == simdjson::SUCCESS ? std::string(text) : std::string();
+}
+
 int countOf(const object& from, const char* key) {
   std::int64_t value = 0;
   if (from[key].get(value) != simdjson::SUCCESS || value < 0) return 0;
@@ -66,22 +71,30 @@ Place placeOf(const object& record) {
 
 /// Only a record whose message is one of these says how a loop fared. An epilogue that stays scalar is told like a loop
 /// of its own: the loop counts as vectorised all the same, at its first and greatest width.
-bool readRecord(const object& record, Record& loop) {
+bool readVerdict(const object& record, Record& loop) {
   std::string_view message = messageOf(record);
-  loop.words.text = wholeMessageOf(record);
+  std::string_view first = message;
+  loop.words.text = std::string(takeUntil(first, '\n'));  // gcc may go on in the same record with its next loop
   if (takePrefix(message, "loop vectorized using ")) {
     loop.weights = {1, 0, 0};
     loop.note = std::string(takeUntil(message, ' ')) + "B";
   } else if (message.starts_with("couldn't vectorize loop")) {
     loop.weights = {0, 1, 0};
     loop.note = "x1";
-  } else if (message.starts_with("not vectorized")) {
-    loop.weights = {};  // why the loop that was told of before it is not
   } else {
     return false;
   }
   return true;
 }
+
+/// Why a loop is not vectorised: what failed last in its function and pass before gcc gives the loop up. The record is
+/// at a statement of the loop, or at one inlined into it, and need not say "not vectorized"; failures of other passes,
+/// such as that over basic blocks, are not about the loop.
+struct Failure {
+  std::string function;
+  std::string pass;
+  std::string text;
+};
 
 [[noreturn]] void refuse(const Input& input, const char* place, const char* expected) {
   input.refuse(place, std::string(expected) + ", as gcc -fsave-optimization-record writes it");
@@ -103,19 +116,28 @@ void readGccRemarks(Input& input, Reading&, const Sink& sink) {
   array records;
   if (parts.at(2).get(records) != simdjson::SUCCESS) refuse(input, "[2]", "an array of records");
   Record loop;
-  Place last;  // of the loop that was told of last: reasons name a statement of it
+  Failure failure;
   for (const element entry : records) {
     object record;
     if (entry.get(record) != simdjson::SUCCESS) refuse(input, "[2]", "records that are objects");
-    if (!readRecord(record, loop)) continue;
+    Failure now{.function = textOf(record, "function"), .pass = textOf(record, "pass"), .text = {}};
+    if (!readVerdict(record, loop)) {
+      if (textOf(record, "kind") != "failure") continue;
+      now.text = wholeMessageOf(record);
+      failure = std::move(now);
+      continue;
+    }
     Frame frame{.chain = {placeOf(record)}};
-    const bool isReason = sum(loop.weights) == 0;
-    if (isReason && last.function != frame.chain.front().function) continue;
-    if (isReason) frame.chain.front() = last;
-    last = frame.chain.front();
-    frame.function = last.function;
+    frame.function = frame.chain.front().function;
     loop.stack.assign(1, &frame);
     sink(loop);
+    const bool missed = loop.weights[1] > 0;
+    if (missed && !failure.text.empty() && failure.function == now.function && failure.pass == now.pass) {
+      loop.weights = {};
+      loop.words.text = failure.text;
+      sink(loop);
+    }
+    failure = {};
   }
 }
 
