@@ -190,11 +190,14 @@ std::string placesText(const Evidence& line) {
 
 std::string reasonText(const Evidence& line) {
   std::string_view text = line.text;
-  for (const std::string_view verdict : {"loop not vectorized", "not vectorized", "couldn't vectorize loop", "vectorized loop"}) {
+  for (const std::string_view verdict :
+       {"loop not vectorized", "not vectorized", "couldn't vectorize loop", "vectorized loop"}) {
     if (text.starts_with(verdict)) text.remove_prefix(verdict.size());
   }
   text.remove_prefix(std::min(text.find_first_not_of(": "), text.size()));
-  return std::string(text.substr(0, text.find(". ")));
+  text = text.substr(0, text.find(". "));
+  if (text.ends_with('.')) text.remove_suffix(1);
+  return std::string(text);
 }
 
 }  // namespace kelvar_page

@@ -23,6 +23,7 @@ struct Model {
   EvidenceIndex evidence;
   Sources sources;
   std::vector<std::string> complaints;
+  std::string timeSource = {};  ///< a sentence on what measured the times; empty where nobody says
   Findings rules;
   Overview overview;  // reads the rules' rows, so they come first
   std::vector<Finding> findings;

@@ -178,6 +178,7 @@ kelvar::SummaryItem* itemOf(const Model& model, const std::string& key) {
 
 void writeProgram(PageJson& json, const Model& model, const std::string& project) {
   json.text("project", project).number("whole", model.overview.wholeTime());
+  json.text("timeSource", model.timeSource);
   json.text("wholeText", model.overview.wholeTime() > 0 ? timeText(model.overview.wholeTime()) : "");
   const double gain = model.data->programMaxGain();
   json.text("gainText", gain > 1 ? gainText(gain) : "").number("rows", model.overview.rows());

@@ -94,7 +94,7 @@ class Page {
     document.title = program.project + " - kelvar";
     document.getElementById("project").textContent = program.project;
     const summary = [program.wholeText && program.wholeText + " in all", program.gainText && "up to " + program.gainText + " as fast",
-      program.leftOut > 0 && `the first ${program.embedded.length} of ${program.rows} rows: ${program.leftOut} are left out`];
+      program.leftOut > 0 && `the first ${program.embedded.length} of ${program.rows} rows: ${program.leftOut} are left out`, program.timeSource];
     document.getElementById("summary").textContent = summary.filter(Boolean).join(", ");
     this.findings(program);
     const complaints = document.getElementById("complaints");

@@ -157,6 +157,10 @@ std::vector<CompareColumn> makeColumns() {
       {"after.strideShare", after<strideShare>},
       {"after.gain", after<gain>},
       {"after.match", after<match>},
+      {"timeSources.before",
+       [](const ComparedSides& sides, const SiteChange&) { return textCell(joined(sides.timeSourcesBefore)); }},
+      {"timeSources.after",
+       [](const ComparedSides& sides, const SiteChange&) { return textCell(joined(sides.timeSourcesAfter)); }},
   };
   columns.insert(columns.end(), ofSides.begin(), ofSides.end());
   return columns;

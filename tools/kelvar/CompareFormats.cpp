@@ -24,7 +24,7 @@ Cell countCell(std::size_t count) {
 }
 
 /// JsonText writes what is not finite as null.
-void writeWhole(JsonText& json, const kelvar_compare::Comparison& comparison) {
+void writeWhole(JsonText& json, const kelvar_compare::Comparison& comparison, bool oneTimeSource) {
   const kelvar_compare::TimeChange& whole = comparison.whole;
   json.beginObject("whole");
   json.value("verdict", std::string(nameOf(whole.verdict)));
@@ -33,14 +33,18 @@ void writeWhole(JsonText& json, const kelvar_compare::Comparison& comparison) {
   json.value("after", whole.after);
   json.value("changePercent", 100 * whole.change);
   json.value("p", whole.p);
+  json.value("oneTimeSource", oneTimeSource);
   json.endObject();
 }
 
 void writeSide(JsonText& json, std::string_view key, const kelvar_compare::Side& side,
-               std::optional<kelvar_compare::WholeOf> wholeOf) {
+               std::optional<kelvar_compare::WholeOf> wholeOf, const std::set<std::string>& timeSources) {
   const std::vector<double> wholes = side.wholes(wholeOf);
   json.beginObject(key);
   json.value("sites", countCell(side.sites().size()));
+  json.beginList("timeSources");
+  for (const std::string& source : timeSources) json.value({}, source);
+  json.endList();
   json.beginList("runs");
   for (std::size_t run = 0; run < side.runs(); ++run) {
     json.beginObject({});
@@ -122,10 +126,10 @@ void printCompareJson(const ComparedSides& sides, const std::vector<GateResult>&
   json.beginList("unreadable");
   for (const std::string& complaint : sides.complaints) json.value({}, complaint);
   json.endList();
-  writeSide(json, "before", sides.before, sides.comparison.wholeOf);
-  writeSide(json, "after", sides.after, sides.comparison.wholeOf);
+  writeSide(json, "before", sides.before, sides.comparison.wholeOf, sides.timeSourcesBefore);
+  writeSide(json, "after", sides.after, sides.comparison.wholeOf, sides.timeSourcesAfter);
   writeTest(json, sides);
-  writeWhole(json, sides.comparison);
+  writeWhole(json, sides.comparison, sides.oneTimeSource());
   writeCounts(json, sides.comparison);
   writeGates(json, results);
   json.beginList("sites");

@@ -78,6 +78,19 @@ std::string countsText(const ComparedSides& sides) {
   return text;
 }
 
+/// Where times come from, and that those of two sources are not one measure. A function that takes half of the
+/// instructions need not take half of the seconds.
+std::string sourcesText(const ComparedSides& sides, const Terminal& terminal) {
+  const std::string before = visible(joined(sides.timeSourcesBefore));
+  const std::string after = visible(joined(sides.timeSourcesAfter));
+  if (before.empty() && after.empty()) return {};
+  const auto orUnknown = [](const std::string& text) { return text.empty() ? "an unknown source" : text; };
+  if (before == after && sides.oneTimeSource()) return "Times by " + before;
+  const std::string text = "Times of BEFORE by " + orUnknown(before) + "; of AFTER by " + orUnknown(after);
+  if (sides.oneTimeSource()) return text;
+  return text + ": " + painted(terminal, Paint::bad, "these are not one measure, and a difference may be theirs");
+}
+
 /// What the figures cannot tell.
 std::string noteText(const ComparedSides& sides) {
   const kelvar_compare::Comparison& comparison = sides.comparison;
@@ -153,6 +166,7 @@ std::string matchText(const ComparedSides& sides, const SiteChange& site) {
 std::vector<std::string> compareHead(const ComparedSides& sides, const Terminal& terminal) {
   std::vector<std::string> lines{sideText("BEFORE", sides.before), sideText("AFTER", sides.after),
                                  wholeText(sides.comparison.whole, terminal), countsText(sides)};
+  if (std::string sources = sourcesText(sides, terminal); !sources.empty()) lines.push_back(std::move(sources));
   std::string note = noteText(sides);
   if (!note.empty()) lines.push_back(std::move(note));
   return lines;

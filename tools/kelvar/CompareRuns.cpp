@@ -16,6 +16,7 @@
 #include "Overview.h"
 #include "ProcessMemory.h"
 #include "Project.h"
+#include "TimeSource.h"
 
 namespace kelvar_tool {
 
@@ -127,6 +128,7 @@ kelvar_compare::RunRecord ComparedRuns::runIn(const std::string& directory) {
   const Pieces pieces = piecesIn(directory);
   kelvar_compare::RunRecord run{.name = directory, .sites = {}};
   const std::uint32_t database = databaseNumber(pieces.annotations);
+  if (const std::string source = timeSourceOf(pieces); !source.empty()) timeSources_.insert(source);
   ofSide_.insert(database);
   const Loaded loaded = load(pieces);
   kelvar_platform::returnFreedMemory();  // of reading
@@ -149,6 +151,7 @@ kelvar_compare::RunRecord ComparedRuns::runIn(const std::string& directory) {
 kelvar_compare::Side ComparedRuns::read(const char* argument, const std::vector<std::string>& directories) {
   kelvar_compare::Side side;
   ofSide_.clear();
+  timeSources_.clear();
   for (const std::string& directory : directories) {
     kelvar_compare::RunRecord run = runIn(directory);
     kelvar_platform::returnFreedMemory();  // of a run of a million sites, most is free now
@@ -200,6 +203,12 @@ bool ComparedRuns::lives(const kelvar_compare::Identity& site) {
   return ofSide_.contains(site.database) && opened(site.database).living.contains(site.sequence);
 }
 
+std::string joined(const std::set<std::string>& timeSources) {
+  std::string text;
+  for (const std::string& source : timeSources) text += (text.empty() ? "" : " and ") + source;
+  return text;
+}
+
 bool hasResultOf(const kelvar_compare::Side& side, digestio::SummaryDataKind kind) noexcept {
   return (side.analyses() & bitOf(kind)) != 0;
 }
@@ -210,7 +219,9 @@ ComparedSides compareRuns(const std::vector<std::string>& before, const std::vec
   requireReadable("--with", after);
   ComparedRuns runs;
   ComparedSides sides{.before = runs.read("BEFORE", before), .after = {}, .comparison = {}, .complaints = {}};
+  sides.timeSourcesBefore = runs.timeSources();
   sides.after = runs.read("--with", after);
+  sides.timeSourcesAfter = runs.timeSources();
   sides.comparison = kelvar_compare::compared(
       sides.before, sides.after, runs.anchors(),
       {.threshold = threshold, .lives = [&](const kelvar_compare::Identity& site) { return runs.lives(site); }});

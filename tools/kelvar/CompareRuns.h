@@ -30,6 +30,8 @@ class ComparedRuns {
   /// Whether the annotation lives, disabled or not, in a database that the side which was read last has too.
   [[nodiscard]] bool lives(const kelvar_compare::Identity& site);
   [[nodiscard]] const std::vector<std::string>& complaints() const noexcept { return complaints_; }
+  /// What measured the times of the side that was read last, each once.
+  [[nodiscard]] const std::set<std::string>& timeSources() const noexcept { return timeSources_; }
 
  private:
   struct Database;
@@ -44,6 +46,7 @@ class ComparedRuns {
   std::set<std::uint32_t> ofSide_;                    // those of the side that was read last
   std::unique_ptr<kelvar_sources::TextNumbers> texts_;
   std::vector<std::string> complaints_;
+  std::set<std::string> timeSources_;
 };
 
 /// Whether a run of the side has a result of the analysis.
@@ -55,7 +58,17 @@ struct ComparedSides {
   kelvar_compare::Side after;
   kelvar_compare::Comparison comparison;
   std::vector<std::string> complaints;
+  std::set<std::string> timeSourcesBefore = {};  ///< as timeSourceOf() tells; empty where nobody says
+  std::set<std::string> timeSourcesAfter = {};
+
+  /// Whether times on both sides come from one source, as far as anybody says.
+  [[nodiscard]] bool oneTimeSource() const {
+    return timeSourcesBefore.empty() || timeSourcesAfter.empty() ||
+           (timeSourcesBefore.size() == 1 && timeSourcesBefore == timeSourcesAfter);
+  }
 };
+/// `perf, in seconds`; of several, with ` and ` between them.
+[[nodiscard]] std::string joined(const std::set<std::string>& timeSources);
 /// Throws UsageError where one is no directory, has nothing to compare, or is named twice on a side.
 [[nodiscard]] ComparedSides compareRuns(const std::vector<std::string>& before, const std::vector<std::string>& after,
                                         std::optional<double> threshold);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Messages.h"
+#include "TimeSource.h"
 
 namespace kelvar_tool {
 
@@ -15,7 +16,10 @@ std::unique_ptr<kelvar_page::Model> modelOf(const Loaded& loaded, const Pieces& 
   for (const std::string& complaint : damaged) say(complaint);
   std::vector<std::string> complaints = loaded.complaints;
   complaints.insert(complaints.end(), damaged.begin(), damaged.end());
-  return std::make_unique<kelvar_page::Model>(loaded.data, std::move(evidence), sourceRoot, std::move(complaints));
+  auto model =
+      std::make_unique<kelvar_page::Model>(loaded.data, std::move(evidence), sourceRoot, std::move(complaints));
+  model->timeSource = timeSourceText(timeSourceOf(pieces));
+  return model;
 }
 
 }  // namespace kelvar_tool

@@ -54,6 +54,7 @@ std::string heading(const Model& model, std::size_t shown, const std::string& pr
   if (model.overview.wholeTime() > 0) text += ", " + kelvar_page::timeText(model.overview.wholeTime()) + " in all";
   const double gain = model.data->programMaxGain();
   if (gain > 1) text += ", up to " + kelvar_page::gainText(gain) + " as fast";
+  if (!model.timeSource.empty()) text += ", " + visible(model.timeSource);
   return text;
 }
 
