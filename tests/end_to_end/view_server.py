@@ -9,6 +9,8 @@ import sys
 import time
 
 CONNECTIONS = 1000
+HUGE = 64 << 20
+SLOW = 40
 
 
 class Server:
@@ -45,6 +47,51 @@ def received(connection):
     return answer.split(b" ", 2)[1].decode() if answer.startswith(b"HTTP/") else "closed"
 
 
+def ask_hugely(server, start, end=b""):
+    """What comes of a request of 64 MiB more than a server has to read: its status, or `closed` where it let go."""
+    with server.connect() as connection:
+        try:
+            connection.sendall(start)
+            for _ in range(HUGE >> 16):
+                connection.sendall(b"x" * (1 << 16))
+            connection.sendall(end)
+        except ConnectionError:
+            pass  # it need not read on
+        return received(connection)
+
+
+def memory(server):
+    """MiB at most so far."""
+    status = open(f"/proc/{server.process.pid}/status", encoding="ascii").read()
+    return int(re.search(r"VmHWM:\s+(\d+) kB", status).group(1)) >> 10
+
+
+def ask_slowly(server):
+    """Requests whose headers come a byte at a time: what others get meanwhile, and whether the slow ones are let go."""
+    slow = [server.connect() for _ in range(SLOW)]
+    request = server.request("/data/program", X_Kelvar_Token=server.token)
+    meanwhile = set()
+    left = slow
+    begin = time.monotonic()
+    for at in range(60):
+        still = []
+        for connection in left:
+            try:
+                connection.sendall(request[at:at + 1])
+                still.append(connection)
+            except ConnectionError:
+                pass
+        left = still
+        meanwhile.add(server.ask(server.request("/data/version", X_Kelvar_Token=server.token)))
+        if not left:
+            break
+        time.sleep(0.4)
+    took = time.monotonic() - begin
+    for connection in slow:
+        connection.close()
+    return sorted(meanwhile), not left and took < 24
+
+
 def main(kelvar, project):
     server = Server(kelvar, project)
     mine = {"X_Kelvar_Token": server.token}
@@ -68,6 +115,14 @@ def main(kelvar, project):
         print(f"{name}: {server.ask(data)}")
 
     files = server.open_files()
+    before = memory(server)
+    for name, start in (("a huge header", server.request("/data/program", **mine)[:-2] + b"X-Long: "), ("a huge address", b"GET /data/rows?text="),
+                        ("a huge body", server.request("/data/program", Content_Length=str(HUGE), **mine))):
+        answer = ask_hugely(server, start, b"\r\n\r\n")
+        print(f"{name}:", "refused" if answer in ("closed", "400", "413", "414", "431") else answer)
+    print("memory:", "no more" if memory(server) - before < 16 else f"{memory(server) - before} MiB more")
+    meanwhile, gone = ask_slowly(server)
+    print("slow ones:", "let go" if gone else "kept", "- others meanwhile:", *meanwhile)
     connections = [server.connect() for _ in range(CONNECTIONS)]
     for connection in connections:
         try:
