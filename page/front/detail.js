@@ -106,7 +106,7 @@ class Detail {
         element("td", { class: race ? "note race" : "note", text: notes.join("; ") })));
     });
     const head = element("thead", { class: "hidden" }, element("tr", {},
-      ...["Time", "Share", "Time on the line", "Line", "Source", "What is known"].map((text) => element("th", { scope: "col", text }))));
+      ...["Time", "Share", "On line", "Line", "Source", "What is known"].map((text) => element("th", { scope: "col", text }))));
     this.code.replaceChildren(element("table", { "aria-label": leaf(file) }, head, body));
   }
 }

@@ -88,7 +88,7 @@ class Pictures {
     const said = `${node.label}, ${node.text}${node.own ? ", " + node.own + " of it its own" : ""}, ${file.file}`;
     const box = element("button", { type: "button", class: inner ? "box inner" : "box", "data-key": node.key, title: said, "aria-label": said,
       "aria-pressed": "false" });
-    const tall = h > 38;
+    const tall = h > (node.within ? 74 : 38);  // what lies within begins below the name
     if (w > 40 && h > 20) box.append(element("b", { text: node.label.slice(0, 200) }));
     if (w > 40 && tall) box.append(node.text);
     box.addEventListener("click", () => this.choose(node.key));
