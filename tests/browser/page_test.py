@@ -98,6 +98,24 @@ class PageTest(unittest.TestCase):
             self.browser.js("document.querySelector(\"#head [data-order='2']\").click()")
             self.browser.until(f"{ROWS}[0] === 'smooth'")
 
+    def test_the_menu_has_every_ordering_in_both_directions_and_a_link_keeps_it(self):
+        choose = "const [id, key, value] = arguments; const e = document.getElementById(id); e[key] = value; e.dispatchEvent(new Event('change'))"
+        state = "[document.getElementById('sort').value, document.getElementById('reverse').checked].join()"
+        for _, address in self.pages.items():
+            self.browser.open(address)
+            self.assertEqual(self.browser.js("return document.getElementById('sort').options.length"), 15)
+            for order in range(15):
+                self.browser.js(choose, "sort", "value", str(order))
+                for reverse in (True, False):
+                    self.browser.js(choose, "reverse", "checked", reverse)
+                    self.browser.until("(new URLSearchParams(location.hash.slice(1)).get('sort') ?? '3') + ',' "
+                                       "+ (new URLSearchParams(location.hash.slice(1)).get('reverse') === '1') === arguments[0]", f"{order},{str(reverse).lower()}")
+            self.browser.js(choose, "sort", "value", "9")
+            self.browser.js(choose, "reverse", "checked", True)
+            self.browser.until("location.hash.includes('sort=9') && location.hash.includes('reverse=1')")
+            self.browser.open(self.browser.js("return location.href"))
+            self.assertEqual(self.browser.js("return " + state), "9,true")
+
     def test_filters_and_keeps_its_state_in_the_address(self):
         for _, address in self.pages.items():
             self.browser.open(address + "#kind=site")
