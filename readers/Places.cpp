@@ -65,6 +65,9 @@ std::string_view leafOf(std::string_view path) {
 }
 
 Places::Places(const std::vector<kelvar_platform::Site>& sites, PathRules rules) : rules_(std::move(rules)) {
+  if (!rules_.sourceRoot.empty()) {
+    fullRoot_ = std::filesystem::absolute(rules_.sourceRoot).lexically_normal().native();
+  }
   pairUp(sites);
   cutIntoSegments();
 }
@@ -236,10 +239,17 @@ Places::File Places::described(const std::string& name) {
   if (isNew) paths_.push_back(&numbered->first);
   file.number = numbered->second;
   if (!name.empty()) {
-    file.library = rules_.sourceRoot.empty() ? isSystemPath(file.path) : !isBelow(file.path, rules_.sourceRoot);
+    file.library = rules_.sourceRoot.empty() ? isSystemPath(file.path) : !isBelowRoot(file.path);
   }
   if (!file.library) file.segments = segmentsOf(file.path);
   return file;
+}
+
+/// A root may be relative, and debug information has full paths.
+bool Places::isBelowRoot(const std::string& path) const {
+  if (isBelow(path, rules_.sourceRoot)) return true;
+  const std::filesystem::path full = std::filesystem::absolute(path).lexically_normal();
+  return isBelow(full.native(), fullRoot_);
 }
 
 std::string Places::mapped(const std::string& name) const {

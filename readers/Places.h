@@ -86,9 +86,11 @@ class Places {
   const File& fileNamed(const std::string& name);
   File described(const std::string& name);
   [[nodiscard]] std::string mapped(const std::string& name) const;
+  [[nodiscard]] bool isBelowRoot(const std::string& path) const;
   [[nodiscard]] const Segments* segmentsOf(const std::string& path) const;
 
   PathRules rules_;
+  std::string fullRoot_;  // the source root as a full path; empty where there is none
   std::vector<Region> regions_;
   std::unordered_map<std::string, std::vector<Annotated>> byLeaf_;
   std::unordered_map<std::string, File> files_;           // by the name that a tool has for it

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <sstream>
 
 #include "Diagnosis.h"
@@ -111,6 +112,13 @@ TEST(Places, FollowTheRulesForPaths) {
   EXPECT_FALSE(places.isLibrary("x.c"));
   EXPECT_TRUE(places.isLibrary("/build/y.c"));
   EXPECT_FALSE(places.isLibrary(""));
+  // Of a relative root, the files below it have full paths too.
+  const std::string here = std::filesystem::current_path().native();
+  Places below({}, {.prefixes = {}, .sourceRoot = "app/"});
+  EXPECT_FALSE(below.isLibrary(here + "/app/x.c"));
+  EXPECT_TRUE(below.isLibrary(here + "/application/x.c"));
+  EXPECT_TRUE(below.isLibrary("/usr/include/x.h"));
+  EXPECT_FALSE(Places({}, {.prefixes = {}, .sourceRoot = "."}).isLibrary("lib/x.c"));
 }
 
 }  // namespace
