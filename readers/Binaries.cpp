@@ -33,9 +33,25 @@ Symbols* Binaries::find(const std::string& path) {
   return known->second;
 }
 
+void Binaries::expect(std::string_view path, std::string_view buildId) {
+  expected_.insert_or_assign(std::string(path), std::string(buildId));
+}
+
+/// Where one of both has no build-id, nothing can be said against it.
+bool Binaries::isOtherBuild(const std::string& path, const Symbols& symbols) const {
+  const auto expected = expected_.find(path);
+  return expected != expected_.end() && !symbols.buildId().empty() && symbols.buildId() != expected->second;
+}
+
 Symbols* Binaries::open(const std::string& path) {
   for (std::size_t i = 0; i < names_.size(); ++i) {
-    if (stemOf(names_[i]) == stemOf(path)) return given_[i].get();
+    if (stemOf(names_[i]) != stemOf(path)) continue;
+    // The user's word is taken for it.
+    if (isOtherBuild(path, *given_[i])) {
+      otherBuilds_.push_back(names_[i] + " is of another build than the " + path +
+                             " that ran: its places may be wrong");
+    }
+    return given_[i].get();
   }
   std::error_code error;
   if (!path.starts_with('/') || !std::filesystem::is_regular_file(path, error)) return nullptr;
@@ -43,6 +59,13 @@ Symbols* Binaries::open(const std::string& path) {
     found_.push_back(std::make_unique<Symbols>(path, frames_));
   } catch (const kelvar_platform::ReadError&) {
     return nullptr;  // what is mapped need not be code
+  }
+  if (isOtherBuild(path, *found_.back())) {
+    found_.pop_back();
+    otherBuilds_.push_back(path +
+                           " here is of another build than the one that ran, so nothing is told of its code: "
+                           "name the one that ran by --binary");
+    return nullptr;
   }
   return found_.back().get();
 }

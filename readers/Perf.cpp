@@ -65,6 +65,7 @@ class PerfReader {
           std::string(kCommand) + ", or name the program by --binary");
     }
     remarkWithoutLines();
+    for (const std::string& sentence : reading_.binaries.otherBuilds()) reading_.remark(sentence);
   }
 
  private:
@@ -87,6 +88,7 @@ class PerfReader {
   bool readRecord(std::string_view line) {
     if (const auto mapping = takePerfMapping(line)) {
       spaces_.add(*mapping);
+      if (!mapping->buildId.empty()) reading_.binaries.expect(mapping->path, mapping->buildId);
       known_.clear();
     } else if (const auto fork = takePerfFork(line)) {
       spaces_.fork(*fork);
@@ -247,12 +249,27 @@ bool wasCutOff(const std::string& path) {
   return !file || size == 0;
 }
 
+/// A perf.data tells which builds ran: `BUILD-ID PATH`. The machine that reads it may have others at the same paths.
+void expectBuilds(const std::string& path, Binaries& binaries) {
+  Tool perf({"perf", "buildid-list", "-f", "-i", path});
+  if (!perf.isRunning()) return;
+  Input list(perf.output(), path);
+  while (const auto line = list.nextLine()) {
+    std::string_view file = *line;
+    const std::string_view buildId = takeUntil(file, ' ');
+    if (buildId.size() >= 16 && buildId.find_first_not_of("0123456789abcdef") == std::string_view::npos) {
+      binaries.expect(file, buildId);
+    }
+  }
+}
+
 void readData(Input& input, Reading& reading, const Sink& sink) {
   struct stat status {};
   if (stat(input.path().c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
     input.refuse("", std::string("a perf.data that lies in a file, or the text of ") + kCommand);
   }
   if (wasCutOff(input.path())) input.refuse("", "a perf.data whose perf record ended well; this one was cut off");
+  expectBuilds(input.path(), reading.binaries);
   Tool perf({"perf", "script", "-f", "-i", input.path(), "--no-inline", "--show-mmap-events", "--show-task-events",
              "-F", "+pid"});
   if (!perf.isRunning()) {

@@ -125,8 +125,11 @@ std::optional<PerfMapping> takePerfMapping(std::string_view line) {
   const auto offset = takeHex(*range, ") @ ");
   auto kind = behind(*range, "]: ");
   if (!start || !size || !offset || !kind) return std::nullopt;
+  std::string_view build = trimmed(*range);
+  const std::string_view buildId = takePrefix(build, "<") ? takeUntil(build, '>') : std::string_view();
   (void)takeUntil(*kind, ' ');  // how it may be used
-  return PerfMapping{.process = *process, .start = *start, .size = *size, .offset = *offset, .path = *kind};
+  return PerfMapping{
+      .process = *process, .start = *start, .size = *size, .offset = *offset, .path = *kind, .buildId = buildId};
 }
 
 std::optional<PerfFork> takePerfFork(std::string_view line) {

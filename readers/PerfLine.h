@@ -26,13 +26,14 @@ struct PerfFrame {
 };
 [[nodiscard]] std::optional<PerfFrame> takePerfFrame(std::string_view line);
 
-/// `PERF_RECORD_MMAP2 PID/TID: [0xSTART(0xSIZE) @ 0xOFFSET ...]: r-xp PATH`
+/// `PERF_RECORD_MMAP2 PID/TID: [0xSTART(0xSIZE) @ 0xOFFSET ...]: r-xp PATH`; `...` may be `<BUILD-ID>`
 struct PerfMapping {
   long process = 0;
   std::uint64_t start = 0;
   std::uint64_t size = 0;
   std::uint64_t offset = 0;
   std::string_view path = {};
+  std::string_view buildId = {};  ///< empty where it is not told
 };
 [[nodiscard]] std::optional<PerfMapping> takePerfMapping(std::string_view line);
 
