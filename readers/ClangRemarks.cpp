@@ -1,10 +1,12 @@
 #include <yaml.h>
 
+#include <filesystem>
 #include <memory>
 #include <utility>
 
 #include "Demangle.h"
 #include "Sources.h"
+#include "Tool.h"
 
 // One YAML document a remark, of every pass there is; those that say how a loop fared are a few in a hundred:
 //
@@ -73,11 +75,22 @@ class Documents {
       ++lines;
       if (*line == "...") return pass && name;
       std::string_view value = *line;
-      if (takePrefix(value, "Pass:")) pass = trimmed(value) == "loop-vectorize";
+      if (takePrefix(value, "Pass:")) {
+        pass = trimmed(value) == "loop-vectorize";
+        requireTexts(trimmed(value));
+      }
       if (takePrefix(value, "Name:"))
         name = reason || trimmed(value) == "Vectorized" || trimmed(value) == "MissedDetails";
     }
     input_.refuse("the rest of the remark: its ... line");
+  }
+
+  /// No pass is called by a number: these are numbers of texts.
+  void requireTexts(std::string_view pass) const {
+    if (pass.empty() || pass.find_first_not_of("0123456789") != std::string_view::npos) return;
+    input_.refuse(
+        "the name of a pass; what is saved as yaml-strtab has its texts in the object file: clang "
+        "-fsave-optimization-record=yaml");
   }
 
   Input& input_;
@@ -218,12 +231,35 @@ class RemarkReader {
 
 }  // namespace
 
+namespace {
+
+/// LLVM's own tool reads what is saved as bitstream: it is versioned by LLVM's release, and the newest reads the most.
+void readBitstream(Input& input, const Sink& sink) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(input.path(), error)) input.refuse("line 1", "a bitstream that lies in a file");
+  for (const char* const name :
+       {"llvm-remarkutil", "llvm-remarkutil-19", "llvm-remarkutil-18", "llvm-remarkutil-17", "llvm-remarkutil-16"}) {
+    Tool converter({name, "bitstream2yaml", input.path(), "-o", "-"});
+    if (!converter.isRunning()) continue;
+    Input text(converter.output(), input.path());
+    if (text.hasMore()) RemarkReader(text, sink).read();
+    if (const int ended = converter.wait(); ended != 0) {
+      input.refuse("line 1", "a bitstream that " + std::string(name) + " reads (it ended with status " +
+                                 std::to_string(ended) + "); clang -fsave-optimization-record=yaml needs none");
+    }
+    return;
+  }
+  input.refuse("line 1",
+               "remarks as YAML (clang -fsave-optimization-record=yaml), or llvm-remarkutil within reach, to read a "
+               "bitstream");
+}
+
+}  // namespace
+
 void readClangRemarks(Input& input, Reading&, const Sink& sink) {
-  for (const std::string_view magic : {std::string_view("RMRK"), std::string_view("REMARKS\0", 8)}) {
-    if (!input.beginsWith(magic)) continue;
-    input.refuse("line 1",
-                 "remarks as YAML: clang -fsave-optimization-record=yaml; what is saved as bitstream, "
-                 "llvm-remarkutil bitstream2yaml turns into it");
+  if (input.beginsWith("RMRK")) return readBitstream(input, sink);
+  if (input.beginsWith(std::string_view("REMARKS\0", 8))) {
+    input.refuse("line 1", "remarks as YAML: clang -fsave-optimization-record=yaml");
   }
   RemarkReader(input, sink).read();
 }

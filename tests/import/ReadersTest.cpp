@@ -65,11 +65,13 @@ TEST(Readers, TellRecordsApart) {
 /// Empty, foreign, cut and absurd inputs of each source: `OPTION INPUT`, where \n and \t stand for what they mean.
 TEST(Readers, RefuseDamageInOneSentence) {
   const support::Scratch scratch;
-  // A perf.data is read by perf, which need not be here: this one refuses all, as perf does.
-  std::filesystem::permissions(scratch.write("bin/perf", "#!/bin/sh\nexit 255\n"), std::filesystem::perms::owner_all);
+  // Tools of others need not be here: these refuse all, as the real ones do.
+  for (const char* const tool : {"bin/perf", "bin/llvm-remarkutil"}) {
+    std::filesystem::permissions(scratch.write(tool, "#!/bin/sh\nexit 255\n"), std::filesystem::perms::owner_all);
+  }
   const std::string path = std::getenv("PATH");
   setenv("PATH", (scratch.path("bin") + ":" + path).c_str(), 1);
-  for (const auto& [damage, parts] : support::cases("damages.txt", 35)) {
+  for (const auto& [damage, parts] : support::cases("damages.txt", 36)) {
     const std::size_t blank = parts[0].find(' ');
     const std::string input = std::regex_replace(parts[0].substr(blank + 1), std::regex(R"(\\n)"), "\n");
     const std::string file = scratch.write("in", std::regex_replace(input, std::regex(R"(\\t)"), "\t"));
