@@ -105,20 +105,34 @@ def changes(repo, commits):
         yield files
 
 
-def partner(hunk, index):
-    """The added line that a removed marker became within its hunk."""
+def signature(lines, index):
+    """A marker with the line behind it, which tells it from its like."""
+    behind = next((plain(line) for line in lines[index + 1 :] if plain(line)), "")
+    return plain(lines[index]), behind
+
+
+def partner(hunk, index, moved):
+    """The added line that a removed marker became within its hunk. `moved` has the signatures that a commit added."""
     kind = marker(hunk.removed[index])
     removed = [i for i, line in enumerate(hunk.removed) if marker(line) == kind]
     added = [i for i, line in enumerate(hunk.added) if marker(line) == kind]
     if kind is None or not added:
         return None
+    own = signature(hunk.removed, index)
     # In a hunk that rewrites whole functions, as many markers as before need not be the same ones.
     if len(removed) == len(added) and len(hunk.removed) + len(hunk.added) <= MOST_LINES_BY_COUNT:
-        return added[removed.index(index)]
+        found = added[removed.index(index)]
+        there = signature(hunk.added, found)
+        # Where neither the marker nor what is behind it is the same, or both together are elsewhere, the count says
+        # nothing: the block moved, and another one took its place.
+        if own == there or (own not in moved and (own[0] == there[0] or own[1] == there[1])):
+            return found
+        return "unsure"
     matcher = difflib.SequenceMatcher(None, [plain(x) for x in hunk.removed], [plain(x) for x in hunk.added], False)
     for a, b, size in matcher.get_matching_blocks():
         if a <= index < a + size:
-            return b + index - a
+            # A lone marker among lines that are all others is no match, since most markers are alike.
+            return b + index - a if size > 1 or signature(hunk.added, b) == own else "unsure"
     return "unsure"
 
 
@@ -126,6 +140,13 @@ def follow(sites, files):
     """Takes all sites, by number, over one commit."""
     by_old = {entry[0]: entry for entry in files if entry[0]}
     added = {plain(line) for entry in files for hunk in entry[2] for line in hunk.added if marker(line)}
+    moved = {
+        signature(hunk.added, i)
+        for entry in files
+        for hunk in entry[2]
+        for i, line in enumerate(hunk.added)
+        if marker(line)
+    }
     for number, place in list(sites.items()):
         if not isinstance(place, tuple) or place[0] not in by_old:
             continue
@@ -142,7 +163,7 @@ def follow(sites, files):
             sites[number] = (new_name, line + shift)
             continue
         index = line - found.old if found else None
-        becomes = partner(found, index) if found and new_name else None
+        becomes = partner(found, index, moved) if found and new_name else None
         if isinstance(becomes, int):
             sites[number] = (new_name, found.new + becomes)
         elif becomes == "unsure" or (found and plain(found.removed[index]) in added):

@@ -1,6 +1,8 @@
 #include "Fortran.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 #include "Directive.h"
 #include "FortranBlocks.h"
@@ -15,10 +17,41 @@ namespace {
 
 constexpr const char* kRemarkEnd = "kelvar: end";
 
+constexpr std::array<std::string_view, 10> kClosing{"end",          "enddo",    "endif", "endwhere",  "endselect",
+                                                    "endassociate", "endblock", "else",  "elsewhere", "continue"};
+/// What `end` or `else` may have behind it and still only close.
+constexpr std::array<std::string_view, 6> kClosed{"do", "if", "where", "select", "associate", "block"};
+
+template <class Words>
+bool isOneOf(const Words& words, std::string_view word) {
+  return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+/// `enddo ; enddo`, `else` or `10 continue`: to Fortran what a lone bracket is to C.
+bool onlyCloses(std::string_view code) {
+  std::string_view last;
+  for (std::size_t at = 0; at < code.size();) {
+    std::size_t size = 0;
+    while (at + size < code.size() && isWordByte(code[at + size])) ++size;
+    const std::string_view word = code.substr(at, size);
+    if (size == 0) {
+      if (!isBlank(code[at]) && code[at] != ';') return false;
+      ++at;
+      continue;
+    }
+    const bool closed = (last == "end" || last == "else") && isOneOf(kClosed, word);
+    if (!closed && !isOneOf(kClosing, word) && !isDigit(word.front())) return false;
+    last = word;
+    at += size;
+  }
+  return true;
+}
+
 std::vector<int> significantLines(const std::vector<FortranLine>& logical) {
   std::vector<int> significant;
   for (const FortranLine& line : logical) {
     if (line.what == FortranLine::What::remark) continue;
+    if (line.what == FortranLine::What::code && onlyCloses(line.text)) continue;
     if (significant.empty() || significant.back() < line.first) significant.push_back(line.first);
   }
   return significant;

@@ -9,8 +9,8 @@
 
 namespace kelvar_sources {
 
-/// Tells what is around a line. A line is significant if it has a word or a number of code: comments, lone brackets and
-/// the preprocessor's conditions come and go without the code being another.
+/// Tells what is around a line. A line is significant if it has a word or a number of code: comments, lone brackets,
+/// the ends of Fortran's blocks and the preprocessor's conditions come and go without the code being another.
 class Surroundings {
  public:
   /// `significant` holds line numbers, ascending.

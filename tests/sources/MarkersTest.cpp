@@ -158,6 +158,16 @@ TEST(Markers, AnchorsHoldWhatIsAroundASite) {
   EXPECT_EQ(file.lines, 11);
 }
 
+TEST(Markers, EndsOfFortransBlocksAreNoAnchors) {
+  const FileSites file = scanSource(
+      "subroutine s\nif (a) then\nb = 1\nelse\nenddo ; end do\n!$omp barrier\nEND IF\n10 continue\nelse if (c) then\n"
+      "end do ; d = 1\nelse where\ndo i = 1, 2\nend subroutine\n",
+      Language::freeFortran, allRules());
+  ASSERT_EQ(file.sites.size(), 1U);
+  EXPECT_EQ(file.sites[0].anchor.before, "subroutine s\nif (a) then\nb = 1");
+  EXPECT_EQ(file.sites[0].anchor.after, "else if (c) then\nend do ; d = 1\ndo i = 1, 2");
+}
+
 TEST(Markers, ATextWithoutFirstWordsIsNotLexed) {
   const FirstWords& words = allRules().firstWords();
   EXPECT_FALSE(words.anyIn("#pragma once\nint parallel; std::vector<int> kelvar;"));
