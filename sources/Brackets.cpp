@@ -2,6 +2,7 @@
 // and going back to it at `#else` costs nothing, however deep the code is nested.
 #include "Brackets.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "Declaration.h"
@@ -9,6 +10,9 @@
 namespace kelvar_sources {
 
 namespace {
+
+/// No code that anybody compiles is nested so deep; what a brace costs, times all bytes of a file, would be gigabytes.
+constexpr std::uint32_t kMostDepth = 65536;
 
 char closingOf(char open) {
   return open == '(' ? ')' : open == '[' ? ']' : '}';
@@ -20,15 +24,17 @@ Brackets::Brackets(const TokenList& tokens)
     : list_(tokens),
       partner_(tokens.tokens.size(), kNone),
       outer_(tokens.tokens.size(), kNone),
-      brace_(tokens.tokens.size(), kNone),
-      braceOfToken_(tokens.tokens.size(), kNone) {
+      brace_(tokens.tokens.size(), kNone) {
+  // At once, since a list that grows is there twice while it does.
+  braces_.reserve(static_cast<std::size_t>(
+      std::count_if(tokens.tokens.begin(), tokens.tokens.end(), [](const Token& token) { return token.is('{'); })));
   for (std::size_t i = 0; i < tokens.tokens.size(); ++i) take(i);
 }
 
 void Brackets::take(std::size_t index) {
   const Token& token = list_.tokens[index];
   outer_[index] = state_.bracket;
-  brace_[index] = state_.brace == kNone ? kNone : braces_[state_.brace].token;
+  brace_[index] = state_.brace;
   if (token.kind == TokenKind::conditional) return takeConditional(token.mark, index);
   if (token.kind == TokenKind::pragma && state_.declaration == index) state_.declaration = index + 1;
   if (token.kind != TokenKind::punctuation) return;
@@ -69,10 +75,14 @@ void Brackets::takeConditional(char mark, std::size_t index) {
 }
 
 void Brackets::open(std::size_t index, char mark) {
+  if (state_.depth == kMostDepth) {
+    ++state_.deeper;
+    return;
+  }
+  ++state_.depth;
   if (mark == '{') {
     const Brace brace = described(index);
-    braceOfToken_[index] = static_cast<std::uint32_t>(braces_.size());
-    state_.brace = braceOfToken_[index];
+    state_.brace = static_cast<std::uint32_t>(braces_.size());
     braces_.push_back(brace);
     state_.declaration = index + 1;
   }
@@ -80,18 +90,25 @@ void Brackets::open(std::size_t index, char mark) {
 }
 
 void Brackets::close(std::size_t index, char mark) {
+  if (state_.deeper > 0) {
+    --state_.deeper;
+    return;
+  }
   std::uint32_t opened = state_.bracket;
+  std::uint32_t closed = 1;
   // A brace also closes what was left open within it; the others close nothing beyond their brace.
   while (opened != kNone && closingOf(list_.tokens[opened].mark) != mark) {
     if (list_.tokens[opened].is('{')) return;
     opened = outer_[opened];
+    ++closed;
   }
   if (mark == '}') state_.declaration = index + 1;
   if (opened == kNone) return;
   partner_[opened] = static_cast<std::uint32_t>(index);
   state_.bracket = outer_[opened];
+  state_.depth -= closed;
   if (mark != '}') return;
-  const Brace& brace = braces_[braceOfToken_[opened]];
+  const Brace& brace = braces_[state_.brace];  // the innermost one that is open
   state_.brace = brace.outer;
   if (brace.role == Role::initialiser) state_.declaration = brace.declaration;  // the constructor goes on
 }
@@ -134,7 +151,7 @@ std::string Brackets::nameOf(const Brace& brace) const {
 
 std::string Brackets::functionAround(std::size_t token) const {
   if (brace_[token] == kNone) return {};
-  std::uint32_t at = braces_[braceOfToken_[brace_[token]]].function;
+  std::uint32_t at = braces_[brace_[token]].function;
   if (at == kNone) return {};
   std::string name = nameOf(braces_[at]);
   constexpr int kMostOuterNames = 8;

@@ -9,7 +9,8 @@
 namespace kelvar_sources {
 
 /// Which brackets belong together, and which functions enclose what. Of branches of the preprocessor that open or
-/// close different numbers of brackets, the first counts.
+/// close different numbers of brackets, the first counts. Brackets that are nested more than 65,536 deep are counted,
+/// no more: what is in them is in the last one above.
 class Brackets {
  public:
   static constexpr std::uint32_t kNone = 0xFFFFFFFF;
@@ -20,7 +21,9 @@ class Brackets {
   /// The closing bracket of an opening one; kNone where there is none, and for any other token.
   [[nodiscard]] std::uint32_t partner(std::size_t token) const noexcept { return partner_[token]; }
   /// The innermost open `{` around a token; kNone outside of all.
-  [[nodiscard]] std::uint32_t braceAround(std::size_t token) const noexcept { return brace_[token]; }
+  [[nodiscard]] std::uint32_t braceAround(std::size_t token) const noexcept {
+    return brace_[token] == kNone ? kNone : braces_[brace_[token]].token;
+  }
   /// The innermost open bracket of any sort around a token.
   [[nodiscard]] std::uint32_t bracketAround(std::size_t token) const noexcept { return outer_[token]; }
   /// The name of the function around a token, as its definition has it, behind the names of the classes around it;
@@ -42,6 +45,8 @@ class Brackets {
     std::uint32_t bracket = kNone;
     std::uint32_t brace = kNone;  ///< as an index of braces
     std::size_t declaration = 0;  ///< the first token behind the last `;`, `{` or `}`
+    std::uint32_t depth = 0;      ///< how many brackets are open
+    std::uint32_t deeper = 0;     ///< how many are open beyond the greatest depth
   };
   struct Group {
     State before;
@@ -60,8 +65,7 @@ class Brackets {
   const TokenList& list_;
   std::vector<std::uint32_t> partner_;
   std::vector<std::uint32_t> outer_;
-  std::vector<std::uint32_t> brace_;
-  std::vector<std::uint32_t> braceOfToken_;  // by token that is a `{`; else kNone
+  std::vector<std::uint32_t> brace_;  // as indices of braces
   std::vector<Brace> braces_;
   std::vector<std::string> names_;
   std::vector<Group> groups_;

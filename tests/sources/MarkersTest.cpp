@@ -133,6 +133,10 @@ TEST(Markers, BrokenCodeEndsNothing) {
   const std::string deep(200'000, '{');
   EXPECT_EQ(rows("#pragma omp parallel\n" + deep), "1 parallel to ?\n");
   EXPECT_EQ(rows(deep + "\n#pragma omp barrier\n"), "2 barrier\n");
+  // What is deeper than anybody nests is counted, so that the code behind it is told apart again.
+  EXPECT_EQ(rows("void f() {\n#pragma omp parallel\n" + deep + std::string(200'000, '}') +
+                 "\n}\nvoid g() {\n#pragma omp barrier\n}\n"),
+            "2 parallel in f to 3\n6 barrier in g\n");
   std::string branches;
   for (int i = 0; i < 50'000; ++i) branches += "#if A\n{\n#else\n(\n";
   EXPECT_EQ(rows(branches + "#pragma omp barrier\n"), "200001 barrier\n");
