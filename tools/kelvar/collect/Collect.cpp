@@ -122,12 +122,15 @@ ExitStatus collect(Wanted wanted) {
   if (wanted.cores == 0) wanted.cores = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
   std::string directory = wanted.project;
   if (wanted.run) directory = kelvar_import::runDirectory(wanted.project, *wanted.run);
-  const std::string temporary = makeTemporaryFolder();
-  const Guard guard(temporary);
+  for (const std::string& left : removeLeftFolders()) {
+    say("removed " + escaped(left) + ": the temporary files of a collect that was killed");
+  }
+  const TemporaryFolder temporary;
+  const Guard guard(temporary.path());
   Interrupts interrupts;
-  const Machine machine = thisMachine(temporary, guard, interrupts);
+  const Machine machine = thisMachine(temporary.path(), guard, interrupts);
   const kelvar_readers::ProgramFacts facts = kelvar_readers::programFacts(program);
-  const std::string folder = folderOf(wanted, temporary);
+  const std::string folder = folderOf(wanted, temporary.path());
   const std::vector<Recipe> plan =
       recipes({.wanted = wanted,
                .machine = machine,
@@ -145,7 +148,7 @@ ExitStatus collect(Wanted wanted) {
   // The trace of lackey leads to no program by itself.
   if (wanted.binaries.empty() && facts.hasLines) wanted.binaries.push_back(program);
   return makeAll(plan, {.wanted = wanted, .directory = directory, .folder = folder, .leftOut = {}, .sources = {}},
-                 temporary, guard, interrupts);
+                 temporary.path(), guard, interrupts);
 }
 
 void takeAnalysis(Wanted& wanted, const std::string& text) {

@@ -3,14 +3,18 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <stdlib.h>
+#include <sys/file.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
+#include <ctime>
 #include <filesystem>
 #include <system_error>
 
@@ -21,6 +25,28 @@ namespace kelvar_tool {
 namespace {
 
 using kelvar_platform::FileDescriptor;
+
+constexpr const char* kFolderName = "kelvar-collect-";
+
+std::string temporaryRoot() {
+  const char* const told = ::getenv("TMPDIR");
+  return told && *told ? told : "/tmp";
+}
+
+/// Nothing where another process has it.
+FileDescriptor lockedFolder(const std::string& path) {
+  FileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  if (!folder || ::flock(folder.get(), LOCK_EX | LOCK_NB) != 0) return {};
+  return folder;
+}
+
+/// A folder of this user's that is older than what lies between the making of one and its lock.
+bool isLeft(const std::string& path) {
+  constexpr std::time_t kJustMade = 10;
+  struct stat status {};
+  if (::lstat(path.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) || status.st_uid != ::geteuid()) return false;
+  return status.st_mtim.tv_sec + kJustMade < std::time(nullptr);
+}
 
 void remove(const std::string& folder) {
   std::error_code error;
@@ -75,12 +101,29 @@ void Guard::watch(pid_t group) const noexcept {
   while (::send(socket_.get(), &group, sizeof group, MSG_NOSIGNAL) < 0 && errno == EINTR) continue;
 }
 
-std::string makeTemporaryFolder() {
-  const char* const told = ::getenv("TMPDIR");
-  std::string folder = (told && *told ? std::string(told) : std::string("/tmp")) + "/kelvar-collect-XXXXXX";
-  if (::mkdtemp(folder.data())) return std::filesystem::absolute(folder).native();
+TemporaryFolder::TemporaryFolder() : path_(temporaryRoot() + '/' + kFolderName + "XXXXXX") {
+  if (::mkdtemp(path_.data())) {
+    path_ = std::filesystem::absolute(path_).native();
+    lock_ = lockedFolder(path_);
+    return;
+  }
   throw kelvar_platform::ReadError(
-      {.file = folder, .place = "", .expected = std::string("a folder to write to (") + strerror(errno) + ")"});
+      {.file = path_, .place = "", .expected = std::string("a folder to write to (") + strerror(errno) + ")"});
+}
+
+std::vector<std::string> removeLeftFolders() {
+  std::vector<std::string> removed;
+  std::error_code error;
+  std::filesystem::directory_iterator entries(temporaryRoot(), error);
+  for (; !error && entries != std::filesystem::directory_iterator(); entries.increment(error)) {
+    const std::string path = entries->path().native();
+    if (!entries->path().filename().native().starts_with(kFolderName) || !isLeft(path)) continue;
+    // Held until it is gone, so that two that look at once do not both say so.
+    const FileDescriptor lock = lockedFolder(path);
+    std::error_code failure;
+    if (lock && std::filesystem::remove_all(path, failure) != static_cast<std::uintmax_t>(-1)) removed.push_back(path);
+  }
+  return removed;
 }
 
 }  // namespace kelvar_tool

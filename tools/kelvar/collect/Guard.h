@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <string>
+#include <vector>
 
 #include "FileDescriptor.h"
 
@@ -28,7 +29,21 @@ class Guard {
   pid_t process_ = 0;
 };
 
-/// A new folder for temporary files, below TMPDIR or /tmp. Throws a ReadError where none can be made.
-[[nodiscard]] std::string makeTemporaryFolder();
+/// A new folder for temporary files, below TMPDIR or /tmp, locked as long as this object lives: so that a later collect
+/// tells one that is left from one that is in use. The Guard removes it.
+class TemporaryFolder {
+ public:
+  /// Throws a ReadError where none can be made.
+  TemporaryFolder();
+
+  [[nodiscard]] const std::string& path() const noexcept { return path_; }
+
+ private:
+  std::string path_;
+  kelvar_platform::FileDescriptor lock_;
+};
+
+/// Removes the folders that collects have left whose guard was killed with them; answers their paths.
+std::vector<std::string> removeLeftFolders();
 
 }  // namespace kelvar_tool

@@ -48,7 +48,9 @@ void Interrupts::wait() {
 
 void Interrupts::endGroup(int signal) {
   const std::lock_guard lock(mutex_);
-  if (group_ > 0) ::kill(-group_, signal);
+  if (group_ <= 0) return;
+  ::kill(-group_, signal);
+  ::kill(-group_, SIGCONT);  // what is stopped takes no signal but SIGKILL until it goes on
 }
 
 }  // namespace kelvar_tool
