@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "Output.h"
+#include "Utf8.h"
 
 namespace kelvar_tool {
 
@@ -74,8 +75,11 @@ std::string escaped(std::string_view text) {
       appendHex(out, static_cast<unsigned char>(text[++at]));
     } else if (isControl(byte) || byte == '\\') {
       appendEscaped(out, byte);
+    } else if (const std::size_t size = kelvar_platform::characterSize(text.substr(at)); size > 0) {
+      out += text.substr(at, size);
+      at += size - 1;
     } else {
-      out += text[at];
+      appendHex(out, byte);  // a terminal would show it as anything
     }
   }
   return out;
