@@ -6,8 +6,10 @@ the same database. What became of each site in truth is told by the changes in b
 `git diff -p -M -w` has them: a line is shifted, edited within a hunk, or taken away.
 
 Prints a row for each repository and distance: the sites that survived, how many of them kept their number, how many
-came out at another place, how many the scan left open (it named them, and could not tell where they are), and of the sites that were deleted, how many live on as another. A site whose line was taken
-away and put elsewhere in one commit is left out: whether that is the same site, no change says.
+came out at another place, how many the scan left open (it named them, and could not tell where they are), and of the
+sites that were deleted, how many live on as another. A site whose line was taken away and put elsewhere in one commit
+is left out: whether that is the same site, no change says. So is one of which the code is around another marker of the
+file, and other code is where the changes lead.
 """
 
 import argparse
@@ -46,6 +48,8 @@ def git(repo, *arguments):
 
 
 MOST_LINES_BY_COUNT = 200
+# Of the lines around a site: less is other code, more is the same.
+LEAST_ALIKE, MOST_ALIKE = 0.5, 0.75
 
 
 class Hunk:
@@ -106,13 +110,23 @@ def changes(repo, commits):
 
 
 def signature(lines, index):
-    """A marker with the line behind it, which tells it from its like."""
-    behind = next((plain(line) for line in lines[index + 1 :] if plain(line)), "")
-    return plain(lines[index]), behind
+    """A marker with the lines behind it, which tell it from its like."""
+    behind = [plain(line) for line in lines[index + 1 : index + 6] if plain(line)]
+    return (plain(lines[index]), *behind[:3])
+
+
+def alike(a, b):
+    return difflib.SequenceMatcher(None, "\n".join(a), "\n".join(b), False).ratio()
+
+
+def share(a, b):
+    """How many of the lines of the two are in both."""
+    return 2 * len(set(a) & set(b)) / max(1, len(set(a)) + len(set(b)))
 
 
 def partner(hunk, index, moved):
-    """The added line that a removed marker became within its hunk. `moved` has the signatures that a commit added."""
+    """The added line that a removed marker became within its hunk. `moved` has the signatures of all that the commit
+    added."""
     kind = marker(hunk.removed[index])
     removed = [i for i, line in enumerate(hunk.removed) if marker(line) == kind]
     added = [i for i, line in enumerate(hunk.added) if marker(line) == kind]
@@ -123,9 +137,8 @@ def partner(hunk, index, moved):
     if len(removed) == len(added) and len(hunk.removed) + len(hunk.added) <= MOST_LINES_BY_COUNT:
         found = added[removed.index(index)]
         there = signature(hunk.added, found)
-        # Where neither the marker nor what is behind it is the same, or both together are elsewhere, the count says
-        # nothing: the block moved, and another one took its place.
-        if own == there or (own not in moved and (own[0] == there[0] or own[1] == there[1])):
+        # Where another marker that the commit added is more like it, the block moved, and another took its place.
+        if own == there or alike(own, there) >= max(alike(own, one) for one in moved):
             return found
         return "unsure"
     matcher = difflib.SequenceMatcher(None, [plain(x) for x in hunk.removed], [plain(x) for x in hunk.added], False)
@@ -218,6 +231,42 @@ def checkout(repo, commit, tree):
         at = end + 2 + size
 
 
+class Blocks:
+    """The lines around a place in a tree, without their blanks."""
+
+    def __init__(self, tree):
+        self.tree, self.files = tree, {}
+
+    def lines(self, name):
+        if name not in self.files:
+            path = self.tree / name
+            text = path.read_text("utf-8", "replace") if path.exists() else ""
+            self.files[name] = text.split("\n")
+        return self.files[name]
+
+    def around(self, place):
+        name, line = place
+        return [plain(text) for text in self.lines(name)[max(0, line - 9) : line + 12]]
+
+
+def is_elsewhere(block, place, blocks):
+    """Whether the code around a site is at another marker of the file. Markers are much alike: where blocks change
+    places, a diff takes the marker of one for that of another, and what follows it is led astray."""
+    there = blocks.around(place)
+    if block == there or alike(block, there) >= LEAST_ALIKE:
+        return False
+    name = place[0]
+    others = (i for i, line in enumerate(blocks.lines(name), 1) if marker(line) and (name, i) != place)
+    likely = (other for other in map(blocks.around, ((name, i) for i in others)) if share(block, other) >= LEAST_ALIKE)
+    return any(alike(block, other) >= MOST_ALIKE for other in likely)
+
+
+def leave_out_moved(truth, around, blocks):
+    for number, place in truth.items():
+        if isinstance(place, tuple) and is_elsewhere(around[number], place, blocks):
+            truth[number] = "unsure"
+
+
 def measure(kelvar, repo, commits, scratch, verbose):
     """`commits` are a piece of a chain, the newest first."""
     tree = Path(scratch) / "tree"
@@ -225,9 +274,12 @@ def measure(kelvar, repo, commits, scratch, verbose):
     database.unlink(missing_ok=True)
     checkout(repo, commits[-1], tree)
     truth = dict(scan(kelvar, database, tree)[0])
+    old = Blocks(tree)
+    around = {number: old.around(place) for number, place in truth.items()}
     for files in changes(repo, commits):
         follow(truth, files)
     checkout(repo, commits[0], tree)
+    leave_out_moved(truth, around, Blocks(tree))
     found, left_open = scan(kelvar, database, tree)
     counts = dict.fromkeys(("survived", "kept", "wrong", "open", "lost", "deleted", "returned", "unsure"), 0)
     for number, place in truth.items():
