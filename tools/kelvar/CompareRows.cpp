@@ -86,7 +86,7 @@ std::string sourcesText(const ComparedSides& sides, const Terminal& terminal) {
   if (before.empty() && after.empty()) return {};
   const auto orUnknown = [](const std::string& text) { return text.empty() ? "an unknown source" : text; };
   if (before == after && sides.oneTimeSource()) return "Times by " + before;
-  const std::string text = "Times of BEFORE by " + orUnknown(before) + "; of AFTER by " + orUnknown(after);
+  std::string text = "Times of BEFORE by " + orUnknown(before) + "; of AFTER by " + orUnknown(after);
   if (sides.oneTimeSource()) return text;
   return text + ": " + painted(terminal, Paint::bad, "these are not one measure, and a difference may be theirs");
 }
