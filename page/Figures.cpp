@@ -29,19 +29,44 @@ struct Unit {
 };
 constexpr std::array kTimeUnits{Unit{3600, " h"}, Unit{60, " min"}, Unit{1, " s"}, Unit{1e-3, " ms"},
                                 Unit{1e-6, " us"}};
+constexpr std::string_view kMillions = "millions of ";
+constexpr double kMillion = 1e6;
 constexpr std::array kCountUnits{Unit{1e12, "T"}, Unit{1e9, "G"}, Unit{1e6, "M"}, Unit{1e3, "k"}};
 
-}  // namespace
+// With the greatest unit that leaves a digit before the point; nothing where it is smaller than all.
+template <std::size_t count>
+std::string scaled(double value, const std::array<Unit, count>& units) {
+  for (const Unit& unit : units) {
+    if (std::abs(value) >= unit.size * 0.9995) return threeDigits(value / unit.size) + unit.name;
+  }
+  return {};
+}
 
-std::string timeText(double seconds) {
-  if (!std::isfinite(seconds)) return "-";
+std::string eventsText(double events, const std::string& event) {
+  constexpr std::array kPrefixes{Unit{1e12, " T"}, Unit{1e9, " G"}, Unit{1e6, " M"}, Unit{1e3, " k"}};
+  const std::string text = scaled(events, kPrefixes);
+  return (text.empty() ? printed("%.0f ", events) : text) + event;
+}
+
+std::string secondsText(double seconds) {
   const double size = std::abs(seconds);
   if (size == 0) return "0 s";
   if (size >= 60 && size < 600) return printed("%.0f s", seconds);  // up to ten minutes, seconds say more
-  for (const Unit& unit : kTimeUnits) {
-    if (size >= unit.size * 0.9995) return threeDigits(seconds / unit.size) + unit.name;
-  }
-  return threeDigits(seconds / 1e-9) + " ns";
+  const std::string text = scaled(seconds, kTimeUnits);
+  return text.empty() ? threeDigits(seconds / 1e-9) + " ns" : text;
+}
+
+}  // namespace
+
+TimeUnit::TimeUnit(std::string_view noted) {
+  if (!noted.starts_with(kMillions)) return;
+  noted.remove_prefix(kMillions.size());
+  event_ = noted == "instructions" ? "instr" : noted;
+}
+
+std::string timeText(double time, const TimeUnit& unit) {
+  if (!std::isfinite(time)) return "-";
+  return unit.isSeconds() ? secondsText(time) : eventsText(time * kMillion, unit.event());
 }
 
 std::string shareText(double share) {
@@ -57,12 +82,8 @@ std::string gainText(double factor) {
 }
 
 std::string countText(std::int64_t count) {
-  const auto size = std::abs(static_cast<double>(count));
-  for (const Unit& unit : kCountUnits) {
-    if (size >= unit.size * 0.9995 && size >= 1000)
-      return threeDigits(static_cast<double>(count) / unit.size) + unit.name;
-  }
-  return std::to_string(count);
+  if (count > -1000 && count < 1000) return std::to_string(count);
+  return scaled(static_cast<double>(count), kCountUnits);
 }
 
 std::string counted(std::int64_t count, const std::string& one, const std::string& several) {

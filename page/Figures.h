@@ -2,12 +2,30 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 /// Numbers as people read them: three digits at most, with the unit that suits.
 namespace kelvar_page {
 
-/// `1.04 s`, `244 ms`, `12.3 min`; `-` for what is not finite.
-[[nodiscard]] std::string timeText(double seconds);
+/// What the times of an analysis count. Seconds, unless its import noted events: an emulator counts instructions, a
+/// processor misses of its cache, both in millions.
+class TimeUnit {
+ public:
+  TimeUnit() = default;
+  /// As an import notes it: `seconds`, `millions of instructions`. What it does not know is seconds.
+  explicit TimeUnit(std::string_view noted);
+
+  [[nodiscard]] bool isSeconds() const noexcept { return event_.empty(); }
+  /// What is counted, in the short form that follows a number: `instr`; empty for seconds.
+  [[nodiscard]] const std::string& event() const noexcept { return event_; }
+  bool operator==(const TimeUnit&) const = default;
+
+ private:
+  std::string event_;
+};
+
+/// `1.04 s`, `244 ms`, `12.3 min`, `5.59 Minstr`; `-` for what is not finite.
+[[nodiscard]] std::string timeText(double time, const TimeUnit& unit);
 /// Of a fraction: `68%`, `8.5%`, `<0.1%`.
 [[nodiscard]] std::string shareText(double share);
 /// `2.05x`.

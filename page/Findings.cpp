@@ -45,14 +45,14 @@ std::string raceText(const Site& site, const EvidenceIndex& evidence) {
   return places.empty() ? text : text + " (" + places + ")";
 }
 
-std::string timePart(const Site& site, const Overview& overview) {
-  const auto share = overview.shareOf(site);
-  return share ? shareText(*share) + " of the time (" + timeText(*site.time) + ")" : "";
+std::string timePart(const Site& site, const Grounds& grounds) {
+  const auto share = grounds.overview.shareOf(site);
+  return share ? shareText(*share) + " of the time (" + timeText(*site.time, grounds.units.of(site)) + ")" : "";
 }
 
-Finding begin(const Site& site, const Overview& overview) {
+Finding begin(const Site& site, const Grounds& grounds) {
   std::string text = "Begin with " + named(site) + ":";
-  if (const std::string part = timePart(site, overview); !part.empty()) text += " it takes " + part + ",";
+  if (const std::string part = timePart(site, grounds); !part.empty()) text += " it takes " + part + ",";
   if (site.gain.value_or(0) >= kWorthwhile) {
     text += " is said to make the program " + gainText(*site.gain) + " as fast";
     if (site.cores > 1) text += " on " + std::to_string(site.cores) + " cores";
@@ -62,9 +62,9 @@ Finding begin(const Site& site, const Overview& overview) {
   return {.rule = "begin", .sentence = text, .site = site};
 }
 
-Finding unannotated(const Site& site, const Overview& overview) {
+Finding unannotated(const Site& site, const Grounds& grounds) {
   return {.rule = "begin",
-          .sentence = "Begin with the function " + named(site) + ": it takes " + timePart(site, overview) +
+          .sentence = "Begin with the function " + named(site) + ": it takes " + timePart(site, grounds) +
                       ". Annotate it to learn what it would gain in parallel.",
           .site = site};
 }
@@ -76,14 +76,15 @@ Finding race(const Site& site, std::int64_t count, const EvidenceIndex& evidence
           .site = site};
 }
 
-Finding scalar(const Site& site, std::int64_t count, const Overview& overview, const EvidenceIndex& evidence) {
-  std::string text = named(site) + " takes " + timePart(site, overview) + " and is not vectorised";
-  const Evidence* const missed = evidence.first(site, EvidenceKind::missed);
+Finding scalar(const Site& site, std::int64_t count, const Grounds& grounds) {
+  std::string text = named(site) + " takes " + timePart(site, grounds) + " and is not vectorised";
+  const Evidence* const missed = grounds.evidence.first(site, EvidenceKind::missed);
   if (const std::string reason = missed ? reasonText(*missed) : ""; !reason.empty()) text += ": " + reason;
   if (const auto stride = strideOf(site); stride && stride->sort != 0) {
     text +=
         "; " + shareText(stride->share) + " of its steps through memory are of " + strideName(stride->sort) + " stride";
-    if (const Evidence* const line = evidence.first(site, EvidenceKind::stride)) text += " (" + line->text + ")";
+    if (const Evidence* const line = grounds.evidence.first(site, EvidenceKind::stride))
+      text += " (" + line->text + ")";
   }
   return {.rule = "scalar", .sentence = text + "." + andMore(count), .site = site};
 }
@@ -117,19 +118,19 @@ void Findings::look(const Site& site) {
   if (annotated && !site.current) missing_.offer(site, time);
 }
 
-std::vector<Finding> Findings::sentences(const Overview& overview, const EvidenceIndex& evidence,
-                                         const Sources& sources) const {
+std::vector<Finding> Findings::sentences(const Grounds& grounds) const {
+  const auto& [overview, evidence, sources, units] = grounds;
   std::vector<Finding> all;
-  const auto share = [&](const Site& site) { return overview.shareOf(site).value_or(0); };
+  const auto share = [&grounds](const Site& site) { return grounds.overview.shareOf(site).value_or(0); };
   if (gain_.site) {
-    all.push_back(begin(*gain_.site, overview));
+    all.push_back(begin(*gain_.site, grounds));
   } else if (longest_.site && share(*longest_.site) >= kHot) {
-    all.push_back(begin(*longest_.site, overview));
+    all.push_back(begin(*longest_.site, grounds));
   } else if (!longest_.site && function_.site && share(*function_.site) >= kHot) {
-    all.push_back(unannotated(*function_.site, overview));
+    all.push_back(unannotated(*function_.site, grounds));
   }
   if (race_.site) all.push_back(race(*race_.site, race_.count, evidence));
-  if (scalar_.site && share(*scalar_.site) >= kHot) all.push_back(scalar(*scalar_.site, 1, overview, evidence));
+  if (scalar_.site && share(*scalar_.site) >= kHot) all.push_back(scalar(*scalar_.site, 1, grounds));
   if (vectorisedRace_.site) {
     const Site& site = *vectorisedRace_.site;
     all.push_back({.rule = "conflict",
@@ -137,12 +138,12 @@ std::vector<Finding> Findings::sentences(const Overview& overview, const Evidenc
                                ": one of the two results is of another build, or the vector code races." +
                                andMore(vectorisedRace_.count),
                    .site = site});
-  } else if (times_.site && share(*times_.site) >= kNoticeable) {
+  } else if (times_.site && units.survey == units.suitability && share(*times_.site) >= kNoticeable) {
     const Site& site = *times_.site;
     all.push_back({.rule = "conflict",
-                   .sentence = named(site) + " takes " + timeText(*site.surveyTime) + " by the survey and " +
-                               timeText(*site.suitabilityTime) + " by the suitability analysis: collect both anew." +
-                               andMore(times_.count),
+                   .sentence = named(site) + " takes " + timeText(*site.surveyTime, units.survey) +
+                               " by the survey and " + timeText(*site.suitabilityTime, units.suitability) +
+                               " by the suitability analysis: collect both anew." + andMore(times_.count),
                    .site = site});
   }
   const Best& stale = moved_.site && (!missing_.site || moved_.key >= missing_.key) ? moved_ : missing_;

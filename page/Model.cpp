@@ -7,13 +7,14 @@
 namespace kelvar_page {
 
 Model::Model(boost::shared_ptr<kelvar::SummaryData> summary, EvidenceIndex evidenceOfResults,
-             const std::string& sourceRoot, std::vector<std::string> complaintsOfLoading)
+             const std::string& sourceRoot, std::vector<std::string> complaintsOfLoading, TimeUnits unitsOfTimes)
     : data(std::move(summary)),
       evidence(std::move(evidenceOfResults)),
       sources(sourceRoot),
       complaints(std::move(complaintsOfLoading)),
+      units(std::move(unitsOfTimes)),
       overview(*data, [this](const Site& site) { rules.look(site); }),
-      findings(rules.sentences(overview, evidence, sources)) {}
+      findings(rules.sentences({overview, evidence, sources, units})) {}
 
 std::string vectorisedText(const Site& site, const EvidenceIndex& evidence) {
   if (!site.vectorised) return {};

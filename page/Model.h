@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "EvidenceIndex.h"
+#include "Figures.h"
 #include "Findings.h"
 #include "Overview.h"
 #include "Sources.h"
@@ -17,13 +18,14 @@ struct Model {
   /// Looks at every row once, whatever the view's ordering; nothing may be hidden. `complaints` are the sentences on
   /// what could not be read.
   Model(boost::shared_ptr<kelvar::SummaryData> summary, EvidenceIndex evidenceOfResults, const std::string& sourceRoot,
-        std::vector<std::string> complaintsOfLoading);
+        std::vector<std::string> complaintsOfLoading, TimeUnits unitsOfTimes = {});
 
   boost::shared_ptr<kelvar::SummaryData> data;
   EvidenceIndex evidence;
   Sources sources;
   std::vector<std::string> complaints;
   std::string timeSource = {};  ///< a sentence on what measured the times; empty where nobody says
+  TimeUnits units;
   Findings rules;
   Overview overview;  // reads the rules' rows, so they come first
   std::vector<Finding> findings;

@@ -11,6 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "Figures.h"
 #include "Site.h"
 #include "kelvar/SummaryData.h"
 
@@ -22,6 +23,17 @@ struct Region {
   int depth = 0;            ///< how many are around it
   int lastLine = 0;         ///< of the region, from its end annotation; 0: it has none
   double nested = 0;        ///< seconds of the sites directly within
+};
+
+/// What the times of a project count. A survey by instructions and an experiment by the clock are not one measure.
+struct TimeUnits {
+  TimeUnit survey = {};  ///< also of loops, and of the whole program
+  TimeUnit suitability = {};
+
+  /// Of `Site::time`, which is that of the suitability analysis only where no other has one.
+  [[nodiscard]] const TimeUnit& of(const Site& site) const noexcept {
+    return site.surveyTime || site.vectorised ? survey : suitability;
+  }
 };
 
 /// What the time of the whole program is a sum of.

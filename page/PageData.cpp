@@ -23,6 +23,10 @@ std::string optionalText(const std::optional<double>& value, std::string (*text)
   return value ? text(*value) : std::string();
 }
 
+std::string optionalTime(const std::optional<double>& time, const TimeUnit& unit) {
+  return time ? timeText(*time, unit) : std::string();
+}
+
 std::string strideCount(const Site& site, std::size_t sort) {
   return site.strides ? countText((*site.strides)[sort]) : std::string();
 }
@@ -48,7 +52,7 @@ constexpr std::array kTexts{
     Field{"kind", [](const Site& site, const Model&) { return kindName(site); }},
     Field{"file", [](const Site& site, const Model&) { return site.place.get_file().get_text(); }},
     Field{"where", [](const Site& site, const Model&) { return shortPlace(site.place); }},
-    Field{"time", [](const Site& site, const Model&) { return optionalText(site.time, timeText); }},
+    Field{"time", [](const Site& site, const Model& model) { return optionalTime(site.time, model.units.of(site)); }},
     Field{"share",
           [](const Site& site, const Model& model) { return optionalText(model.overview.shareOf(site), shareText); }},
     Field{"own", ownText},
@@ -68,9 +72,12 @@ constexpr std::array kTexts{
     Field{"unit", [](const Site& site, const Model&) { return strideCount(site, 0); }},
     Field{"constant", [](const Site& site, const Model&) { return strideCount(site, 1); }},
     Field{"varying", [](const Site& site, const Model&) { return strideCount(site, 2); }},
-    Field{"surveyTime", [](const Site& site, const Model&) { return optionalText(site.surveyTime, timeText); }},
+    Field{"surveyTime",
+          [](const Site& site, const Model& model) { return optionalTime(site.surveyTime, model.units.survey); }},
     Field{"suitabilityTime",
-          [](const Site& site, const Model&) { return optionalText(site.suitabilityTime, timeText); }},
+          [](const Site& site, const Model& model) {
+            return optionalTime(site.suitabilityTime, model.units.suitability);
+          }},
 };
 
 void writeFinding(PageJson& json, const Finding& finding) {
@@ -80,16 +87,16 @@ void writeFinding(PageJson& json, const Finding& finding) {
 
 // ---- the tree of times
 
-void writeNodes(PageJson& json, const std::vector<TimeNode>& nodes) {
+void writeNodes(PageJson& json, const std::vector<TimeNode>& nodes, const TimeUnit& unit) {
   constexpr std::size_t kMost = 40;  // of each level; smaller ones cannot be seen
   json.beginList("within");
   for (std::size_t at = 0; at < nodes.size() && at < kMost; ++at) {
     const TimeNode& node = nodes[at];
     json.beginObject().text("key", node.key).text("label", node.label).number("time", node.time);
-    json.text("text", timeText(node.time));
+    json.text("text", timeText(node.time, unit));
     if (!node.within.empty()) {
-      json.text("own", timeText(node.own));
-      writeNodes(json, node.within);
+      json.text("own", timeText(node.own, unit));
+      writeNodes(json, node.within, unit);
     }
     json.endObject();
   }
@@ -98,16 +105,17 @@ void writeNodes(PageJson& json, const std::vector<TimeNode>& nodes) {
 
 void writeTree(PageJson& json, const Model& model) {
   constexpr std::size_t kMostFiles = 100;
+  const TimeUnit& unit = model.units.survey;
   const std::vector<TimeFile> files = timeTreeOf(model.overview);
   double all = 0;
   for (const TimeFile& file : files) all += file.time;
   // A function's time is part of a site's in another function that calls it, and no row says how much.
   const double twice = all - model.overview.wholeTime();
-  json.text("treeTwice", twice > all / 1000 ? timeText(twice) : "").beginList("tree");
+  json.text("treeTwice", twice > all / 1000 ? timeText(twice, unit) : "").beginList("tree");
   for (std::size_t at = 0; at < files.size() && at < kMostFiles; ++at) {
     const TimeFile& file = files[at];
-    json.beginObject().text("file", file.file).number("time", file.time).text("text", timeText(file.time));
-    writeNodes(json, file.nodes);
+    json.beginObject().text("file", file.file).number("time", file.time).text("text", timeText(file.time, unit));
+    writeNodes(json, file.nodes, unit);
     json.endObject();
   }
   json.endList();
@@ -133,7 +141,7 @@ void writePoints(PageJson& json, const Model& model) {
     const Site& site = sites[at];
     json.beginObject().text("key", keyOf(site)).text("label", site.label);
     json.number("share", model.overview.shareOf(site).value_or(0)).number("gain", *site.gain);
-    json.text("text", timeText(*site.time) + ", " + gainText(*site.gain));
+    json.text("text", timeText(*site.time, model.units.of(site)) + ", " + gainText(*site.gain));
     json.number("races", site.races.value_or(0)).endObject();
   }
   json.endList();
@@ -179,7 +187,8 @@ kelvar::SummaryItem* itemOf(const Model& model, const std::string& key) {
 void writeProgram(PageJson& json, const Model& model, const std::string& project) {
   json.text("project", project).number("whole", model.overview.wholeTime());
   json.text("timeSource", model.timeSource);
-  json.text("wholeText", model.overview.wholeTime() > 0 ? timeText(model.overview.wholeTime()) : "");
+  json.text("wholeText",
+            model.overview.wholeTime() > 0 ? timeText(model.overview.wholeTime(), model.units.survey) : "");
   const double gain = model.data->programMaxGain();
   json.text("gainText", gain > 1 ? gainText(gain) : "").number("rows", model.overview.rows());
   json.flag("annotated", model.overview.anyCurrent());
@@ -262,9 +271,9 @@ bool writeSource(PageJson& json, const Model& model, const std::string& file) {
   json.endList().beginObject("margin");
   for (const auto& [line, known] : marginOf(model, file)) {
     json.beginList(std::to_string(line))
-        .text({}, optionalText(known.time, timeText))
+        .text({}, optionalTime(known.time, model.units.survey))
         .text({}, optionalText(known.share, shareText))
-        .text({}, optionalText(known.own, timeText));
+        .text({}, optionalTime(known.own, model.units.survey));
     for (const std::string& note : known.notes) json.text({}, note);
     json.endList();
   }

@@ -26,8 +26,19 @@ TEST(Figures, HaveThreeDigitsAndAUnit) {
                                     {7200, "2.00 h"},
                                     {2.5e-9, "2.50 ns"},
                                     {kNaN, "-"}}) {
-    EXPECT_EQ(timeText(value), want) << value;
+    EXPECT_EQ(timeText(value, TimeUnit()), want) << value;
   }
+  const TimeUnit instructions("millions of instructions");
+  for (const auto& [value, want] : {Case<double>{0, "0 instr"},
+                                    {5.5948, "5.59 Minstr"},
+                                    {0.9996, "1.00 Minstr"},
+                                    {2.5e-5, "25 instr"},
+                                    {123456, "123 Ginstr"},
+                                    {kNaN, "-"}}) {
+    EXPECT_EQ(timeText(value, instructions), want) << value;
+  }
+  EXPECT_EQ(timeText(3000, TimeUnit("millions of cache-misses:u")), "3.00 Gcache-misses:u");
+  EXPECT_EQ(TimeUnit("seconds"), TimeUnit());
   for (const auto& [value, want] : {Case<double>{0, "0%"},
                                     {0.684, "68%"},
                                     {0.0851, "8.5%"},

@@ -25,7 +25,8 @@ std::vector<std::string> sentencesOn(const std::vector<Site>& rows) {
   Findings findings;
   for (const Site& row : rows) findings.look(row);
   std::vector<std::string> sentences;
-  for (const Finding& finding : findings.sentences(Overview(none), EvidenceIndex(), Sources(std::string()))) {
+  const Overview overview(none);
+  for (const Finding& finding : findings.sentences({overview, EvidenceIndex(), Sources(std::string()), TimeUnits()})) {
     sentences.push_back(finding.rule + ": " + finding.sentence);
   }
   return sentences;

@@ -30,8 +30,8 @@ std::string percentText(double change) {
   return text.data();
 }
 
-std::string timeOrDash(double seconds) {
-  return std::isnan(seconds) ? "-" : kelvar_page::timeText(seconds);
+std::string timeOrDash(double time, const kelvar_page::TimeUnit& unit) {
+  return std::isnan(time) ? "-" : kelvar_page::timeText(time, unit);
 }
 
 std::string pText(double p) {
@@ -58,10 +58,13 @@ std::string sideText(const char* name, const Side& side) {
   return text + ")";
 }
 
-std::string wholeText(const TimeChange& whole, const Terminal& terminal) {
+std::string wholeText(const ComparedSides& sides, const Terminal& terminal) {
+  const TimeChange& whole = sides.comparison.whole;
   if (whole.verdict == Verdict::untimed) return "In all: not timed on both sides by the same analysis";
-  std::string text = "In all: " + kelvar_page::timeText(whole.before) + " to " + kelvar_page::timeText(whole.after) +
-                     ", " + percentText(whole.change) + " of BEFORE";
+  std::string text = "In all: " + kelvar_page::timeText(whole.before, sides.unitBefore()) + " to " +
+                     kelvar_page::timeText(whole.after, sides.unitAfter());
+  if (!sides.oneUnit()) return text;
+  text += ", " + percentText(whole.change) + " of BEFORE";
   if (whole.called()) text += ", " + painted(terminal, paintOf(whole.verdict), nameOf(whole.verdict));
   if (whole.verdict == Verdict::same && !std::isnan(whole.p)) text += ", no more than noise";
   if (!std::isnan(whole.p)) text += " (" + pText(whole.p) + ")";
@@ -165,7 +168,7 @@ std::string matchText(const ComparedSides& sides, const SiteChange& site) {
 
 std::vector<std::string> compareHead(const ComparedSides& sides, const Terminal& terminal) {
   std::vector<std::string> lines{sideText("BEFORE", sides.before), sideText("AFTER", sides.after),
-                                 wholeText(sides.comparison.whole, terminal), countsText(sides)};
+                                 wholeText(sides, terminal), countsText(sides)};
   if (std::string sources = sourcesText(sides, terminal); !sources.empty()) lines.push_back(std::move(sources));
   std::string note = noteText(sides);
   if (!note.empty()) lines.push_back(std::move(note));
@@ -191,19 +194,20 @@ std::vector<TextTable::Column> changedColumns() {
 std::vector<TextTable::Cell> changedCells(const ComparedSides& sides, const SiteChange& site) {
   const kelvar_compare::Identity& identity = identityOf(sides, site);
   const bool timed = site.time.verdict != Verdict::untimed;
-  return {siteCell(identity),
-          {compareKindName(identity)},
-          {whereText(identity), Paint::dim},
-          {timed ? timeOrDash(site.time.before) : ""},
-          {timed ? timeOrDash(site.time.after) : ""},
-          {percentText(site.time.change), paintOf(site.time.verdict)},
-          verdictCell(site.time),
-          vectorCell(sides, site),
-          racesCell(sides, site),
-          {strideText(sides, site)},
-          {gainText(sides, site)},
-          {matchText(sides, site)},
-          {std::string(nameOf(site.by)), Paint::dim}};
+  return {
+      siteCell(identity),
+      {compareKindName(identity)},
+      {whereText(identity), Paint::dim},
+      {timed ? timeOrDash(site.time.before, sides.unitBefore()) : ""},
+      {timed ? timeOrDash(site.time.after, sides.unitAfter()) : ""},
+      sides.oneUnit() ? TextTable::Cell{percentText(site.time.change), paintOf(site.time.verdict)} : TextTable::Cell{},
+      sides.oneUnit() ? verdictCell(site.time) : TextTable::Cell{},
+      vectorCell(sides, site),
+      racesCell(sides, site),
+      {strideText(sides, site)},
+      {gainText(sides, site)},
+      {matchText(sides, site)},
+      {std::string(nameOf(site.by)), Paint::dim}};
 }
 
 std::vector<TextTable::Column> aloneColumns() {
@@ -217,12 +221,13 @@ std::vector<TextTable::Column> aloneColumns() {
 
 std::vector<TextTable::Cell> aloneCells(const ComparedSides& sides, const SiteChange& site) {
   const kelvar_compare::Identity& identity = identityOf(sides, site);
-  const double time = site.state == State::gone ? site.time.before : site.time.after;
+  const bool gone = site.state == State::gone;
+  const double time = gone ? site.time.before : site.time.after;
   return {{std::string(nameOf(site.state)), Paint::dim},
           siteCell(identity),
           {compareKindName(identity)},
           {whereText(identity), Paint::dim},
-          {std::isnan(time) ? "" : kelvar_page::timeText(time)},
+          {std::isnan(time) ? "" : kelvar_page::timeText(time, gone ? sides.unitBefore() : sides.unitAfter())},
           racesCell(sides, site)};
 }
 

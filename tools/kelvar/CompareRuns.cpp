@@ -203,6 +203,14 @@ bool ComparedRuns::lives(const kelvar_compare::Identity& site) {
   return ofSide_.contains(site.database) && opened(site.database).living.contains(site.sequence);
 }
 
+kelvar_page::TimeUnit unitOfAll(const std::set<std::string>& timeSources) {
+  if (timeSources.empty()) return {};
+  const kelvar_page::TimeUnit unit = unitOf(*timeSources.begin());
+  const bool one = std::all_of(timeSources.begin(), timeSources.end(),
+                               [&](const std::string& source) { return unitOf(source) == unit; });
+  return one ? unit : kelvar_page::TimeUnit();
+}
+
 std::string joined(const std::set<std::string>& timeSources) {
   std::string text;
   for (const std::string& source : timeSources) text += (text.empty() ? "" : " and ") + source;

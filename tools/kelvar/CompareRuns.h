@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Comparison.h"
+#include "Figures.h"
 #include "Pairing.h"
 #include "kinds.h"
 
@@ -52,6 +53,9 @@ class ComparedRuns {
 /// Whether a run of the side has a result of the analysis.
 [[nodiscard]] bool hasResultOf(const kelvar_compare::Side& side, digestio::SummaryDataKind kind) noexcept;
 
+/// What the times of all these sources count; seconds where they differ.
+[[nodiscard]] kelvar_page::TimeUnit unitOfAll(const std::set<std::string>& timeSources);
+
 /// The directories of both sides, read and compared.
 struct ComparedSides {
   kelvar_compare::Side before;
@@ -60,6 +64,12 @@ struct ComparedSides {
   std::vector<std::string> complaints;
   std::set<std::string> timeSourcesBefore = {};  ///< as timeSourceOf() tells; empty where nobody says
   std::set<std::string> timeSourcesAfter = {};
+
+  /// What the times of a side count: seconds where its runs differ.
+  [[nodiscard]] kelvar_page::TimeUnit unitBefore() const { return unitOfAll(timeSourcesBefore); }
+  [[nodiscard]] kelvar_page::TimeUnit unitAfter() const { return unitOfAll(timeSourcesAfter); }
+  /// Without it, no time of one side is a part of one of the other.
+  [[nodiscard]] bool oneUnit() const { return unitBefore() == unitAfter(); }
 
   /// Whether times on both sides come from one source, as far as anybody says.
   [[nodiscard]] bool oneTimeSource() const {

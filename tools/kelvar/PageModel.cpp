@@ -16,9 +16,9 @@ std::unique_ptr<kelvar_page::Model> modelOf(const Loaded& loaded, const Pieces& 
   for (const std::string& complaint : damaged) say(complaint);
   std::vector<std::string> complaints = loaded.complaints;
   complaints.insert(complaints.end(), damaged.begin(), damaged.end());
-  auto model =
-      std::make_unique<kelvar_page::Model>(loaded.data, std::move(evidence), sourceRoot, std::move(complaints));
-  model->timeSource = timeSourceText(timeSourceOf(pieces));
+  auto model = std::make_unique<kelvar_page::Model>(loaded.data, std::move(evidence), sourceRoot, std::move(complaints),
+                                                    unitsOf(pieces));
+  if (const std::string source = timeSourceOf(pieces); !source.empty()) model->timeSource = "times by " + source;
   return model;
 }
 

@@ -51,7 +51,8 @@ Colour colourNamed(const std::string& text) {
 
 std::string heading(const Model& model, std::size_t shown, const std::string& project) {
   std::string text = visible(project) + ": " + kelvar_page::counted(static_cast<std::int64_t>(shown), "row", "rows");
-  if (model.overview.wholeTime() > 0) text += ", " + kelvar_page::timeText(model.overview.wholeTime()) + " in all";
+  const double whole = model.overview.wholeTime();
+  if (whole > 0) text += ", " + kelvar_page::timeText(whole, model.units.survey) + " in all";
   const double gain = model.data->programMaxGain();
   if (gain > 1) text += ", up to " + kelvar_page::gainText(gain) + " as fast";
   if (!model.timeSource.empty()) text += ", " + visible(model.timeSource);

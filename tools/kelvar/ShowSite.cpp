@@ -47,6 +47,7 @@ std::string sourceText(const Model& model, const std::string& file, int first, i
     return "  not found below '" + visible(model.sources.root()) + "': --source-root names where sources are\n";
   }
   const auto margin = marginOf(model, file);
+  const kelvar_page::TimeUnit& unit = model.units.survey;
   TextTable table({{"Time", true}, {"Share", true}, {"On line", true}, {"Line", true}, {"Source"}, {"What is known"}});
   first = std::max(first, 1);
   last = std::min<std::int64_t>(last, static_cast<std::int64_t>(lines->size())) < last ? static_cast<int>(lines->size())
@@ -58,9 +59,9 @@ std::string sourceText(const Model& model, const std::string& file, int first, i
                                          [](const std::string& note) { return note.starts_with("race"); });
     std::string source = (*lines)[static_cast<std::size_t>(number) - 1];
     for (std::size_t tab = 0; (tab = source.find('\t', tab)) != std::string::npos;) source.replace(tab, 1, "    ");
-    table.add({{any && known->second.time ? timeText(*known->second.time) : ""},
+    table.add({{any && known->second.time ? timeText(*known->second.time, unit) : ""},
                {any && known->second.share ? kelvar_page::shareText(*known->second.share) : "", Paint::warning},
-               {any && known->second.own ? timeText(*known->second.own) : ""},
+               {any && known->second.own ? timeText(*known->second.own, unit) : ""},
                {std::to_string(number), Paint::dim},
                {visible(source), any ? Paint::bold : Paint::plain},
                {any ? visible(join(known->second.notes, "; ")) : "", race ? Paint::bad : Paint::dim}});
@@ -80,15 +81,15 @@ std::vector<Fact> factsOf(const Model& model, const Site& site, SummaryDataKind 
   const auto add = [&](const char* name, std::string value) { facts.push_back({name, std::move(value)}); };
   switch (kind) {
     case digestio::kSurvey:
-      if (site.surveyTime) add("time", timeText(*site.surveyTime));
+      if (site.surveyTime) add("time", timeText(*site.surveyTime, model.units.survey));
       if (const auto share = model.overview.shareOf(site)) add("share of the program", kelvar_page::shareText(*share));
-      if (const auto own = model.overview.ownTimeOf(site)) add("own time", timeText(*own));
+      if (const auto own = model.overview.ownTimeOf(site)) add("own time", timeText(*own, model.units.of(site)));
       break;
     case digestio::kSurveyVectorization:
       add("vectorised", vectorisedText(site, model.evidence));
       break;
     case digestio::kSuitability:
-      if (site.suitabilityTime) add("time", timeText(*site.suitabilityTime));
+      if (site.suitabilityTime) add("time", timeText(*site.suitabilityTime, model.units.suitability));
       if (site.gain) add("program as a whole", kelvar_page::gainText(*site.gain) + " as fast at most");
       if (site.siteGain) add("site by itself", kelvar_page::gainText(*site.siteGain) + " as fast at most");
       if (site.cores > 0) add("cores", std::to_string(site.cores));

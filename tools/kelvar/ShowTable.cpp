@@ -79,7 +79,7 @@ std::vector<TextTable::Cell> cellsOf(const Model& model, const Site& site, const
       site.sort == SiteSort::annotated ? Paint::bold : Paint::plain};
   cells[kKind].text = kindName(site);
   cells[kWhere] = {visible(kelvar_page::shortPlace(site.place)), Paint::dim};
-  if (site.time) cells[kTime].text = kelvar_page::timeText(*site.time);
+  if (site.time) cells[kTime].text = kelvar_page::timeText(*site.time, model.units.of(site));
   if (share) cells[kShare].text = kelvar_page::shareText(*share);
   if (share && terminal.bars) cells[kBar].text = bar(*share);
   if (own && whole > 0) cells[kOwn].text = kelvar_page::shareText(*own / whole);

@@ -36,20 +36,28 @@ std::string sourceIn(const std::string& log) {
   return unit.empty() || tool.empty() ? tool : tool + std::string(kIn) + unit;
 }
 
+std::string sourceOf(const Pieces& pieces, digestio::SummaryDataKind kind) {
+  const std::string& result = pieces.results[kind];
+  return result.empty() ? result : sourceIn(result + "/collector.log");
+}
+
 }  // namespace
 
 std::string timeSourceOf(const Pieces& pieces) {
-  for (const digestio::SummaryDataKind kind : {digestio::kSurvey, digestio::kSuitability}) {
-    if (!pieces.results[kind].empty()) return sourceIn(pieces.results[kind] + "/collector.log");
-  }
-  return {};
+  const auto kind = pieces.results[digestio::kSurvey].empty() ? digestio::kSuitability : digestio::kSurvey;
+  return sourceOf(pieces, kind);
 }
 
-std::string timeSourceText(const std::string& source) {
-  const std::size_t in = source.find(kIn);
-  if (source.empty() || in == std::string::npos) return source.empty() ? source : "times by " + source;
-  const std::string unit = source.substr(in + kIn.size());
-  return "times by " + source + (unit == "seconds" ? "" : " (read s as " + unit + ")");
+kelvar_page::TimeUnit unitOf(const std::string& timeSource) {
+  const std::size_t in = timeSource.find(kIn);
+  if (in == std::string::npos) return {};
+  return kelvar_page::TimeUnit(std::string_view(timeSource).substr(in + kIn.size()));
+}
+
+kelvar_page::TimeUnits unitsOf(const Pieces& pieces) {
+  const kelvar_page::TimeUnit survey = unitOf(sourceOf(pieces, digestio::kSurvey));
+  const std::string suitability = sourceOf(pieces, digestio::kSuitability);
+  return {.survey = survey, .suitability = suitability == "model" ? survey : unitOf(suitability)};
 }
 
 }  // namespace kelvar_tool

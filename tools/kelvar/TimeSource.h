@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "Figures.h"
+#include "Overview.h"
 #include "Project.h"
 
 namespace kelvar_tool {
@@ -11,7 +13,9 @@ namespace kelvar_tool {
 /// suitability analysis. Empty where nothing says so: results of a suite's own tools need no such log.
 [[nodiscard]] std::string timeSourceOf(const Pieces& pieces);
 
-/// The same as a sentence for people, who see times with the units of time: what else they count is said.
-[[nodiscard]] std::string timeSourceText(const std::string& source);
+/// What the times of such a source count.
+[[nodiscard]] kelvar_page::TimeUnit unitOf(const std::string& timeSource);
+/// What the times of each analysis count; those of a modelled suitability are the survey's.
+[[nodiscard]] kelvar_page::TimeUnits unitsOf(const Pieces& pieces);
 
 }  // namespace kelvar_tool
