@@ -30,7 +30,6 @@ value() {
     awk -F, -v label="$2" '$1 == label && $2 == "parallel" { print $3 }'
 }
 
-mkdir -p project
 measure before
 patch -s -p1 <"$here/mended.patch"
 measure after

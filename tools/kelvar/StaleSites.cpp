@@ -5,8 +5,11 @@
 #include <map>
 #include <set>
 
+#include "Language.h"
 #include "Messages.h"
 #include "Place.h"
+#include "Project.h"
+#include "scan/PlanSites.h"
 #include "scan/ScanPlan.h"
 
 namespace kelvar_tool {
@@ -24,19 +27,42 @@ std::string counted(std::size_t count, const std::string& thing) {
   return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
 }
 
-/// What a scan of the files with sites, and of all that is beside them, would find.
+bool isThere(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::exists(path, error);
+}
+
+kelvar_platform::AnchoredSites sitesOf(const std::string& database) {
+  return isThere(database) ? kelvar_platform::readAnchoredSites(database) : kelvar_platform::AnchoredSites();
+}
+
+/// The source files of a folder, without those of the folders in it.
+void addFilesOf(const std::string& folder, std::vector<std::string>& files) {
+  std::error_code error;
+  std::filesystem::directory_iterator entries(folder, error);
+  for (; !error && entries != std::filesystem::directory_iterator(); entries.increment(error)) {
+    std::error_code unknown;
+    const std::string path = normalPath(entries->path().native());
+    if (kelvar_sources::languageOf(path) && entries->is_regular_file(unknown)) files.push_back(path);
+  }
+}
+
+/// What a scan of the files with sites would find, or of all the project's sources.
 class Look {
  public:
-  Look(const std::string& database, const std::string& sourceRoot)
-      : sites_(kelvar_platform::readAnchoredSites(database)), root_(sourceRoot) {}
+  Look(const std::string& database, const std::string& sourceRoot, bool whole)
+      : sites_(sitesOf(database)),
+        root_(sourceRoot),
+        isWhole_(whole),
+        wholeRoot_(whole && isDirectory(sourceRoot) ? sourceRoot : std::string()) {}
 
   StaleSites run() {
     gatherFiles();
-    if (files_.empty()) return {};
+    if (files_.empty() && wholeRoot_.empty()) return {};
     chooseRoot();
     compareDigests();
-    if (stale_.edited.empty() && stale_.gone.empty()) return std::move(stale_);
-    findSites();
+    if (!files_.empty() && stale_.sources.empty()) isWhole_ = false;  // the sources are elsewhere
+    if (isWhole_ || !stale_.edited.empty() || !stale_.gone.empty()) findSites();
     return std::move(stale_);
   }
 
@@ -53,10 +79,9 @@ class Look {
 
   /// Names may hold the root already, as those of an import do.
   void chooseRoot() {
-    const bool below = std::any_of(files_.begin(), files_.end(), [&](const auto& file) {
-      std::error_code error;
-      return std::filesystem::exists(pathOf(file.first), error);
-    });
+    if (files_.empty()) return;
+    const bool below =
+        std::any_of(files_.begin(), files_.end(), [&](const auto& file) { return isThere(pathOf(file.first)); });
     if (!below) root_.clear();
   }
 
@@ -98,15 +123,43 @@ class Look {
       if (anyThere || std::filesystem::exists(folder, error)) folders.insert(folder.empty() ? "." : folder.native());
     }
     request.sources.insert(request.sources.end(), folders.begin(), folders.end());
+    if (isWhole_) addAll(request.sources);
     if (request.sources.empty()) return;
     const SourceTree tree(request);
     const kelvar_sources::RuleSet set(kelvar_sources::builtInRules());
     const std::vector<ScannedFile> read = scanned(tree.files(), set);
     // Which files of rules a project has is said to a scan alone: what those found is on its line, or is not.
-    take(planOf({.tree = tree, .files = read, .rules = set, .makeNew = false, .findsOtherRules = true}, sites_));
+    take(planOf({.tree = tree, .files = read, .rules = set, .makeNew = isWhole_, .findsOtherRules = true}, sites_));
+  }
+
+  void addAll(std::vector<std::string>& sources) {
+    std::set<std::string> folders;
+    for (const kelvar_platform::SourceRow& row : stale_.sources) {
+      const std::string folder = std::filesystem::path(pathOf(row.file)).parent_path().native();
+      folders.insert(folder.empty() ? "." : folder);
+    }
+    if (wholeRoot_.empty()) {
+      for (const std::string& folder : folders) addFilesOf(folder, sources);
+    } else {
+      folders = {wholeRoot_};
+      sources.push_back(wholeRoot_);
+    }
+    stale_.folders.assign(folders.begin(), folders.end());
+    stale_.sourceRoot = root_;
+  }
+
+  void countUntaken(const ScanPlan& plan) {
+    std::set<std::string> files;
+    for (const ScanEvent& event : plan.events) {
+      if ((event.what != What::added && event.what != What::revived) || endsRegion(event.kind)) continue;
+      if (stale_.untaken.markers++ == 0) stale_.untaken.first = placeText(event.newFile, event.newLine);
+      files.insert(event.newFile);
+    }
+    stale_.untaken.files = files.size();
   }
 
   void take(const ScanPlan& plan) {
+    countUntaken(plan);
     std::map<std::string, std::map<std::string, std::vector<StaleSites::Stale>>> byFile;  // by old, then by new name
     for (const ScanEvent& event : plan.events) {
       if (event.what != What::moved && event.what != What::gone && event.what != What::ambiguous) continue;
@@ -115,7 +168,7 @@ class Look {
       const bool known = event.what == What::moved;
       byFile[event.oldFile][known ? event.newFile : std::string()].push_back(
           {event.sequence, event.label, placeText(event.oldFile, event.oldLine),
-           known ? placeText(event.newFile, event.newLine) : std::string()});
+           known ? placeText(event.newFile, event.newLine) : std::string(), endsRegion(event.kind)});
     }
     std::set<std::string> renamed;
     for (auto& [from, targets] : byFile) {
@@ -134,6 +187,8 @@ class Look {
 
   const kelvar_platform::AnchoredSites sites_;
   std::string root_;
+  bool isWhole_;
+  const std::string wholeRoot_;  // a folder all of which is looked at
   const kelvar_sources::RuleSet noRules_{std::vector<kelvar_sources::Rule>()};
   std::map<std::string, std::string> files_;  // digests by name
   StaleSites stale_;
@@ -149,12 +204,16 @@ std::size_t StaleSites::count() const noexcept {
 
 bool StaleSites::holds(std::int64_t sequence) const noexcept {
   return std::binary_search(sites.begin(), sites.end(),
-                            Stale{.sequence = sequence, .label = {}, .place = {}, .now = {}},
+                            Stale{.sequence = sequence, .label = {}, .place = {}, .now = {}, .isEnd = false},
                             [](const Stale& a, const Stale& b) { return a.sequence < b.sequence; });
 }
 
 StaleSites staleSites(const std::string& database, const std::string& sourceRoot) {
-  return Look(database, sourceRoot).run();
+  return Look(database, sourceRoot, false).run();
+}
+
+StaleSites wholeCheck(const std::string& database, const std::string& sourceRoot) {
+  return Look(database, sourceRoot, true).run();
 }
 
 std::vector<std::string> sentences(const StaleSites& stale, const std::string& database) {

@@ -20,8 +20,8 @@
 #include "RunFolder.h"
 #include "Session.h"
 #include "ShellText.h"
+#include "SourceLook.h"
 #include "StagedDirectory.h"
-#include "StaleSites.h"
 
 namespace kelvar_tool {
 
@@ -55,27 +55,6 @@ void sayPlan(const std::vector<Recipe>& plan) {
   }
 }
 
-/// Names the sites that are no longer on their lines; those get no figure.
-void lookAtSources(Session::Setting& setting) {
-  const std::string database = kelvar_import::annotationsOf(setting.directory);
-  std::error_code error;
-  if (!std::filesystem::exists(database, error)) {
-    // A run shares the project's.
-    const std::string missing = kelvar_import::annotationsOf(setting.wanted.project);
-    say("no annotations: results will name functions alone; 'kelvar annotate " + shellWord(missing) +
-        " scan SOURCE...' makes sites of the markers in sources");
-    return;
-  }
-  const StaleSites stale = staleSites(database, setting.wanted.sourceRoot);
-  if (stale.sources.empty()) return;  // the sources are elsewhere, and say nothing
-  for (const std::string& sentence : sentences(stale, database)) say(sentence);
-  for (const StaleSites::Stale& site : stale.sites) setting.leftOut.insert(site.sequence);
-  if (!setting.leftOut.empty()) {
-    say("these " + std::to_string(setting.leftOut.size()) + " sites get no figures until the scan is made");
-  }
-  setting.sources = stale.sources;
-}
-
 std::string folderOf(const Wanted& wanted, const std::string& temporary) {
   if (wanted.keep.empty()) return wanted.dryRun ? std::filesystem::absolute("kelvar-tools").native() : temporary;
   return std::filesystem::absolute(wanted.keep).native();
@@ -95,7 +74,6 @@ ExitStatus makeAll(const std::vector<Recipe>& plan, Session::Setting setting, co
                                 .hostName = hostRecord().hostName.value_or(""),
                                 .revision = revisionOf(setting.wanted.sourceRoot),
                                 .startTime = static_cast<std::uint64_t>(std::time(nullptr))};
-  lookAtSources(setting);
   const StandardInput input(folder, interrupts);
   const std::string directory = setting.directory;
   Session session(std::move(setting), input, guard, interrupts);
@@ -140,6 +118,7 @@ ExitStatus collect(Wanted wanted) {
                .directory = directory,
                .folder = folder});
   sayPlan(plan);
+  LookedAt sources = lookAtSources(wanted, directory);
   if (wanted.dryRun) {
     print(commandText(plan, wanted, program, folder));
     return kDone;
@@ -147,7 +126,12 @@ ExitStatus collect(Wanted wanted) {
   if (!wanted.keep.empty()) kelvar_platform::makeDirectories(folder);
   // The trace of lackey leads to no program by itself.
   if (wanted.binaries.empty() && facts.hasLines) wanted.binaries.push_back(program);
-  return makeAll(plan, {.wanted = wanted, .directory = directory, .folder = folder, .leftOut = {}, .sources = {}},
+  return makeAll(plan,
+                 {.wanted = wanted,
+                  .directory = directory,
+                  .folder = folder,
+                  .leftOut = std::move(sources.stale),
+                  .sources = std::move(sources.files)},
                  temporary.path(), guard, interrupts);
 }
 

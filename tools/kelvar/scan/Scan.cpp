@@ -14,6 +14,7 @@
 #include "RulesFile.h"
 #include "ScanOutput.h"
 #include "ScanPlan.h"
+#include "StagedDirectory.h"
 
 namespace kelvar_tool {
 
@@ -90,6 +91,8 @@ ExitStatus scan(const ScanRequest& request, const std::string& database) {
     const bool there = std::filesystem::exists(database, error) || error;
     static_cast<void>(decide(there ? kelvar_platform::readAnchoredSites(database) : kelvar_platform::AnchoredSites()));
   } else {
+    const std::filesystem::path project = std::filesystem::path(database).parent_path();
+    if (!project.empty()) kelvar_platform::makeDirectories(project);  // a project begins with a scan
     kelvar_platform::editAnchoredSites(database, decide);
   }
   for (const std::string& complaint : tree.complaints()) say(complaint);
