@@ -16,6 +16,8 @@ namespace {
 
 // Where valgrind on amd64 puts what was linked to begin at 0.
 constexpr std::uint64_t kValgrindBase = 0x108000;
+/// How many instructions count as much as one access does, of those that a trace is bound to.
+constexpr std::uint64_t kInstructionsAnAccess = 10;
 constexpr std::size_t kNoLine = static_cast<std::size_t>(-1);
 
 enum Stride : std::size_t { unit, constant, none };
@@ -101,12 +103,15 @@ class LackeyReader {
   void read() {
     while (const auto line = input_.nextLine()) {
       readLine(*line);
-      if (reading_.mapAccesses > 0 && accesses_ == reading_.mapAccesses) {
-        reading_.endedEarly = true;
-        reading_.remark("the trace was read up to " + std::to_string(accesses_) +
-                        " accesses, by --map-accesses: what the program did later is not in it");
-        break;
-      }
+      if (reading_.mapAccesses == 0) continue;
+      // A loop that computes in registers has a line for each instruction, and hardly any access.
+      const bool isLong = instructions_ / kInstructionsAnAccess >= reading_.mapAccesses;
+      if (accesses_ < reading_.mapAccesses && !isLong) continue;
+      reading_.endedEarly = true;
+      reading_.remark("the trace was read up to " + std::to_string(accesses_) + " accesses" +
+                      (isLong ? " in " + std::to_string(instructions_) + " instructions" : std::string()) +
+                      ", by --map-accesses: what the program did later is not in it");
+      break;
     }
     if (!any_) input_.refuse("line 1", "the trace of valgrind --tool=lackey --trace-mem=yes");
     for (Line& line : lines_) {
@@ -119,6 +124,7 @@ class LackeyReader {
   /// What is no line of the trace is valgrind's own, or what the program printed: both share the standard error.
   void readLine(std::string_view text) {
     if (takePrefix(text, "I  ")) {
+      ++instructions_;
       if (const auto at = take(text)) walk_ = walkAt(at->first);
     } else if (takePrefix(text, " L ")) {
       access(text, &Group::loads);
@@ -209,6 +215,7 @@ class LackeyReader {
   Walk* walk_ = nullptr;  // of the instruction read last; nodes of a map stay where they are
   double elsewhere_ = 0;
   std::uint64_t accesses_ = 0;
+  std::uint64_t instructions_ = 0;
   bool any_ = false;
 };
 

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "Descendants.h"
 #include "Diagnosis.h"
 
 namespace kelvar_tool {
@@ -109,13 +110,19 @@ ChildEnd Child::wait() {
   siginfo_t info{};
   while (::waitid(P_PID, static_cast<id_t>(process_), &info, WEXITED | WNOWAIT) < 0 && errno == EINTR) continue;
   interrupts_.watch(0);
-  endGroup();
+  const std::size_t left = endWhatIsLeft();
   guard_.watch(0);
   int status = 0;
   while (::waitpid(process_, &status, 0) < 0 && errno == EINTR) continue;
   ended_ = true;
-  if (WIFSIGNALED(status)) return {.status = 128 + WTERMSIG(status), .signal = WTERMSIG(status)};
-  return {.status = WEXITSTATUS(status), .signal = 0};
+  if (WIFSIGNALED(status)) return {.status = 128 + WTERMSIG(status), .signal = WTERMSIG(status), .left = left};
+  return {.status = WEXITSTATUS(status), .signal = 0, .left = left};
+}
+
+std::size_t Child::endWhatIsLeft() {
+  const std::size_t inGroup = runningChildren({process_, guard_.process()});
+  endGroup();
+  return std::max(inGroup, endAdopted({process_, guard_.process()}));
 }
 
 void Child::endGroup() noexcept {

@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ namespace kelvar_tool {
 struct ChildEnd {
   int status = 0;  ///< its exit status; 128 and the signal where one ended it
   int signal = 0;
+  std::size_t left = 0;  ///< processes that it left running, which were ended
 };
 
 /// A process in a session and a group of its own, which ends with this object, and with this process.
@@ -37,11 +39,12 @@ class Child {
   Child& operator=(const Child&) = delete;
 
   [[nodiscard]] pid_t process() const noexcept { return process_; }
-  /// Waits for its end, and kills what it left behind in its group.
+  /// Waits for its end, and kills what it left behind, in its group or outside.
   ChildEnd wait();
 
  private:
   void endGroup() noexcept;
+  std::size_t endWhatIsLeft();
 
   const Guard& guard_;
   Interrupts& interrupts_;

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "BuildFlags.h"
+#include "Descendants.h"
 #include "Diagnosis.h"
 #include "DryRun.h"
 #include "Messages.h"
@@ -105,6 +106,7 @@ ExitStatus collect(Wanted wanted) {
   }
   const TemporaryFolder temporary;
   const Guard guard(temporary.path());
+  adoptOrphans();
   Interrupts interrupts;
   const Machine machine = thisMachine(temporary.path(), guard, interrupts);
   const kelvar_readers::ProgramFacts facts = kelvar_readers::programFacts(program);

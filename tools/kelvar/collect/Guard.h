@@ -20,6 +20,8 @@ class Guard {
   Guard(const Guard&) = delete;  // owns the process
   Guard& operator=(const Guard&) = delete;
 
+  /// The process that does it.
+  [[nodiscard]] pid_t process() const noexcept { return process_; }
   /// The process group that is to end with this process; 0: none.
   void watch(pid_t group) const noexcept;
 

@@ -3,6 +3,10 @@
 #include <signal.h>
 
 #include <chrono>
+#include <string>
+
+#include "Descendants.h"
+#include "Messages.h"
 
 namespace kelvar_tool {
 
@@ -25,6 +29,7 @@ Interrupts::~Interrupts() {
 void Interrupts::watch(pid_t group) {
   const std::lock_guard lock(mutex_);
   group_ = group;
+  saidStopped_ = false;
   // It may have come between the decision to start and the start.
   if (group_ > 0 && signal_ != 0) ::kill(-group_, SIGKILL);
 }
@@ -33,7 +38,9 @@ void Interrupts::wait() {
   using Clock = std::chrono::steady_clock;
   constexpr std::chrono::seconds kPatience(2);
   constexpr timespec kLook{.tv_sec = 0, .tv_nsec = 100'000'000};
+  constexpr std::chrono::seconds kBetweenLooks(2);
   Clock::time_point end{};
+  Clock::time_point look = Clock::now() + kBetweenLooks;
   while (!done_) {
     const int came = sigtimedwait(&taken_, nullptr, &kLook);
     if (came > 0 && signal_ == 0) {
@@ -42,6 +49,9 @@ void Interrupts::wait() {
       endGroup(SIGTERM);
     } else if (signal_ != 0 && Clock::now() > end) {
       endGroup(SIGKILL);
+    } else if (signal_ == 0 && Clock::now() > look) {
+      lookForStopped();
+      look = Clock::now() + kBetweenLooks;
     }
   }
 }
@@ -51,6 +61,17 @@ void Interrupts::endGroup(int signal) {
   if (group_ <= 0) return;
   ::kill(-group_, signal);
   ::kill(-group_, SIGCONT);  // what is stopped takes no signal but SIGKILL until it goes on
+}
+
+void Interrupts::lookForStopped() {
+  const std::lock_guard lock(mutex_);
+  if (group_ <= 0 || saidStopped_) return;
+  const pid_t stopped = stoppedAmong(group_);
+  if (stopped == 0) return;
+  saidStopped_ = true;
+  const std::string number = std::to_string(stopped);
+  say("process " + number + " (" + escaped(nameOfProcess(stopped)) +
+      ") is stopped by a signal, and waited for: 'kill -CONT " + number + "' lets it go on, Ctrl-C ends the run");
 }
 
 }  // namespace kelvar_tool

@@ -106,6 +106,11 @@ ChildEnd Session::endOf(const Recipe& recipe, Child& child) {
     }
     programDied_ = end.signal != 0;
   }
+  if (end.left > 0 && interrupts_.signal() == 0) {
+    say(recipe.analysis + ": ended " + std::to_string(end.left) + (end.left == 1 ? " process" : " processes") +
+        " that the program left running: what runs after its end is not measured; an option that keeps a daemon in the "
+        "foreground would help");
+  }
   if (end.signal != 0 || interrupts_.signal() != 0) throw cutOff(end.signal);
   return end;
 }
