@@ -48,8 +48,9 @@ void readTimes(Site& site, const kelvar::SummaryItem& item) {
     site.suitabilityTime = suitability->selfTime();
     if (!site.time) site.time = suitability->selfTime();
     site.cores = suitability->cores();
-    site.gain = suitability->totalMaxGain();
-    site.siteGain = suitability->siteMaxGain();
+    // 0 where nobody has tried: an experiment that makes nothing faster tells 1.
+    if (suitability->totalMaxGain() > 0) site.gain = suitability->totalMaxGain();
+    if (suitability->siteMaxGain() > 0) site.siteGain = suitability->siteMaxGain();
   }
 }
 

@@ -116,7 +116,13 @@ void readValgrindXml(Input& input, Reading&, const Sink& sink) {
   }
   pugi::xml_document document;
   const pugi::xml_parse_result parsed = document.load_buffer(text.data(), text.size());
-  if (!parsed) input.refuse(linePlace(lineOf(text, parsed.offset)), std::string("XML: ") + parsed.description());
+  if (!parsed) {
+    const std::string cutOff =
+        "XML to its end: the run was cut off, or the program replaced itself by another one (exec), which "
+        "--trace-children=yes follows";
+    input.refuse(linePlace(lineOf(text, parsed.offset)),
+                 end == std::string::npos ? cutOff : std::string("XML: ") + parsed.description());
+  }
   const pugi::xml_node root = document.child("valgrindoutput");
   if (!root) input.refuse("line 1", "the XML of valgrind: a valgrindoutput");
   const std::string_view tool = root.child_value("protocoltool");

@@ -111,14 +111,16 @@ ExitStatus collect(Wanted wanted) {
   const Machine machine = thisMachine(temporary.path(), guard, interrupts);
   const kelvar_readers::ProgramFacts facts = kelvar_readers::programFacts(program);
   const std::string folder = folderOf(wanted, temporary.path());
-  const std::vector<Recipe> plan =
-      recipes({.wanted = wanted,
-               .machine = machine,
-               .facts = facts,
-               .commandIsProgram = kelvar_readers::programFacts(foundAs(wanted.command.front())).isProgram,
-               .program = program,
-               .directory = directory,
-               .folder = folder});
+  const std::string command = foundAs(wanted.command.front());
+  std::error_code unknown;
+  const std::vector<Recipe> plan = recipes({.wanted = wanted,
+                                            .machine = machine,
+                                            .facts = facts,
+                                            .commandIsProgram = kelvar_readers::programFacts(command).isProgram,
+                                            .startsAnother = !std::filesystem::equivalent(command, program, unknown),
+                                            .program = program,
+                                            .directory = directory,
+                                            .folder = folder});
   sayPlan(plan);
   LookedAt sources = lookAtSources(wanted, directory);
   if (wanted.dryRun) {

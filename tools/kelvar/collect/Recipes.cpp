@@ -128,7 +128,8 @@ Recipe dependencies(const Circumstances& here) {
                  "--child-silent-after-fork=yes",
                  "--xml-file=" + forValgrind(here.folder) + "/helgrind.xml.%p",
                  "--log-file=" + forValgrind(here.folder) + "/helgrind.log"};
-  if (!here.commandIsProgram) recipe.tool.emplace_back("--trace-children=yes");
+  // Else what a launcher such as env or timeout starts would be found free of races, unseen.
+  if (!here.commandIsProgram || here.startsAnother) recipe.tool.emplace_back("--trace-children=yes");
   return recipe;
 }
 
@@ -136,6 +137,10 @@ Recipe map(const Circumstances& here) {
   Recipe recipe{.analysis = "map", .obstacle = noValgrind(here), .option = "--lackey"};
   recipe.runsProgram = recipe.isPiped = true;
   if (recipe.obstacle.empty()) recipe.obstacle = noLines(here);
+  if (here.startsAnother) {
+    recipe.hint = "lackey traces " + inQuotes(here.wanted.command.front()) +
+                  " alone, and nothing that it starts: if it starts the program, name that as COMMAND";
+  }
   recipe.how = "by valgrind's lackey, ";
   recipe.how += here.wanted.mapAccesses == 0
                     ? "all accesses"
@@ -150,19 +155,26 @@ Recipe map(const Circumstances& here) {
   return recipe;
 }
 
-Recipe suitability(const Circumstances& here, bool hasSurvey) {
+Recipe model(const Circumstances& here, bool hasSurvey) {
   Recipe recipe{.analysis = "suitability", .option = "--model"};
-  if (here.machine.hasCoz && here.facts.hasProgressPoints) {
-    recipe.option = "--coz";
-    recipe.how = "by coz's experiments";
-    recipe.output = "profile.coz";
-    recipe.runsProgram = true;
-    recipe.tool = {"coz", "run", "--output", here.folder + "/profile.coz", "---"};
-    return recipe;
-  }
   recipe.how = "by a model of " + std::to_string(here.wanted.cores) + " cores over the survey";
-  if (here.facts.hasProgressPoints) recipe.how += " (the program has progress points; coz would measure)";
+  if (here.facts.hasProgressPoints && !here.machine.hasCoz) {
+    recipe.how += " (the program has progress points; coz would measure)";
+  }
   if (!hasSurvey) recipe.obstacle = "it is computed from a survey, and there is none";
+  return recipe;
+}
+
+Recipe suitability(const Circumstances& here, bool hasSurvey) {
+  Recipe byModel = model(here, hasSurvey);
+  if (!here.machine.hasCoz || !here.facts.hasProgressPoints) return byModel;
+  Recipe recipe{.analysis = "suitability", .option = "--coz"};
+  recipe.how = "by coz's experiments";
+  recipe.hint = "coz reads DWARF 4 alone (-gdwarf-4), of gcc with -gno-variable-location-views";
+  recipe.output = "profile.coz";
+  recipe.runsProgram = true;
+  recipe.tool = {"coz", "run", "--output", here.folder + "/profile.coz", "---"};
+  if (hasSurvey) recipe.instead.push_back(std::move(byModel));
   return recipe;
 }
 

@@ -59,8 +59,13 @@ bool Session::make(const Recipe& recipe) {
     // Said below.
   } catch (const ReadError& error) {
     if (interrupts_.signal() == 0) {
-      ++failed_;
       say(recipe.analysis + ": " + error.what());
+      if (!recipe.hint.empty()) say(recipe.analysis + ": " + recipe.hint);
+      if (!recipe.instead.empty() && !programDied_) {
+        say(recipe.analysis + ": " + recipe.instead.front().how + " in its place");
+        return make(recipe.instead.front());
+      }
+      ++failed_;
     }
   }
   if (interrupts_.signal() != 0) say(recipe.analysis + ": interrupted; its result is what it was before");
@@ -121,6 +126,9 @@ void Session::importFiles(const Recipe& recipe) {
   request.ran->collectionStartTime = secondsNow();
   const Clock::time_point start = Clock::now();
   const kelvar_platform::FileDescriptor input = input_.open();
+  // In a folder that is kept, coz would add to what an earlier run left.
+  std::error_code error;
+  if (!recipe.output.ends_with('.')) fs::remove(fs::path(setting_.folder) / recipe.output, error);
   const std::set<std::string> before = outputsOf(recipe);
   Child child(startOf(recipe, input.get()), guard_, interrupts_);
   endOf(recipe, child);
