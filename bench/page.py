@@ -2,7 +2,7 @@
 """How long the page waits for its data: page.py KELVAR PROJECT
 
 Starts `kelvar view` on the project and asks what the page asks, over HTTP as a browser does: the time until the first
-rows are there, from the start of the command on; then every ordering in both directions, and each filter. Every
+rows are there, from the start of the command on; then the pictures, every ordering in both directions, and each filter. Every
 question differs from the one before, so none is answered from what the server has. Prints milliseconds.
 """
 
@@ -51,7 +51,11 @@ def main(kelvar, project):
     loaded = time.perf_counter()
     program = view.ask("/data/program")
     view.rows(sort=3, kind="site")
-    print(f"{'first rows':30} {1000 * (time.perf_counter() - begin):14.0f}   of which until it serves {1000 * (loaded - begin):.0f}; processor time {view.processor_time():.0f}; program {program} bytes; load {os.getloadavg()[0]:.1f}")
+    begun = time.perf_counter()
+    pictures = view.ask("/data/pictures")
+    drawn = time.perf_counter()
+    print(f"{'first rows':30} {1000 * (begun - begin):14.0f}   of which until it serves {1000 * (loaded - begin):.0f}; processor time {view.processor_time():.0f}; program {program} bytes; load {os.getloadavg()[0]:.1f}")
+    print(f"{'pictures':30} {1000 * (drawn - begun):14.0f}   {pictures} bytes")
     say("sort", [view.rows(sort=sort, reverse=reverse, kind="site") for sort in range(15) for reverse in (0, 1)])
     say("kind", [view.rows(sort=3, kind=kind) for kind in ("all", "function", "loop", "task", "site")])
     say("analysis", [view.rows(sort=3, kind="all", analysis=analysis) for analysis in (0, 1, 2, 3, 4)])

@@ -45,18 +45,27 @@ struct Overview::Mark {
 
 Overview::Overview(const kelvar::SummaryData& data, const std::function<void(const Site&)>& look) {
   std::vector<Mark> marks;
-  std::map<std::string, std::vector<kelvar::SummaryItem*>> bySpelling;
+  BySpelling bySpelling;
+  std::vector<kelvar::SummaryItem*>* sameFile = nullptr;  // rows come file by file, mostly
+  toolbelt::path_t before;
   double functions = 0;
   double loops = 0;
   rows_ = data.num_items();
+  sites_.reserve(static_cast<std::size_t>(rows_));
   for (int index = 0; index < data.num_items(); ++index) {
     const Site site = siteOf(*data.item(index));
     if (look) look(site);
-    if (!site.place.get_file().empty()) bySpelling[site.place.get_file().get_text()].push_back(data.item(index));
+    if (const toolbelt::path_t file = site.place.get_file(); !file.empty()) {
+      if (!sameFile || !(before == file)) sameFile = &bySpelling[file.get_text()];
+      before = file;
+      sameFile->push_back(data.item(index));
+    }
     if (site.handle != 0) sites_.emplace(site.handle, data.item(index));
     anyCurrent_ = anyCurrent_ || site.current;
     if (site.sort == SiteSort::function) functions += site.surveyTime.value_or(0);
     if (site.sort == SiteSort::loop) loops += site.own.value_or(0);
+    const auto kind = static_cast<std::size_t>(site.kind);
+    if (site.sort == SiteSort::annotated && kind < kinds_.size()) kinds_[kind] = true;
     if (site.sort != SiteSort::annotated || site.handle == 0 || site.place.get_file().empty()) continue;
     marks.push_back({.file = site.place.get_file().get_text(),
                      .line = site.place.get_line(),
@@ -78,9 +87,9 @@ Overview::Overview(const kelvar::SummaryData& data, const std::function<void(con
 }
 
 // The longest spelling that ends as all others do stands for them; where two long ones differ, none does.
-void Overview::uniteFiles(std::map<std::string, std::vector<kelvar::SummaryItem*>>&& bySpelling) {
+void Overview::uniteFiles(BySpelling&& bySpelling) {
   std::unordered_map<std::string, std::vector<std::string>> byLeaf;
-  std::unordered_map<std::string, std::string> normal;
+  std::unordered_map<std::string_view, std::string> normal;
   for (const auto& [spelling, rows] : bySpelling) {
     std::string path = std::filesystem::path(spelling).lexically_normal().native();
     std::vector<std::string>& alike = byLeaf[path.substr(path.rfind('/') + 1)];
@@ -101,7 +110,7 @@ void Overview::uniteFiles(std::map<std::string, std::vector<kelvar::SummaryItem*
       if (!longer || alike[at].size() > longer->size()) longer = &alike[at];
     }
     const std::string& one = longer && !differ ? *longer : path;
-    spellings_.emplace(spelling, one);
+    spellings_.emplace(std::string(spelling), one);
     spellings_.emplace(one, one);
     std::vector<kelvar::SummaryItem*>& all = files_[one];
     all.insert(all.end(), rows.begin(), rows.end());

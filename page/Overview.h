@@ -54,6 +54,10 @@ class Overview {
   /// Whether any living annotation is there: without one, nothing can match.
   [[nodiscard]] bool anyCurrent() const noexcept { return anyCurrent_; }
   [[nodiscard]] std::int64_t rows() const noexcept { return rows_; }
+  /// Whether a row is an annotated site of this kind.
+  [[nodiscard]] bool has(sitenotes::annotation_t::kind_t kind) const noexcept {
+    return kinds_[static_cast<std::size_t>(kind)];
+  }
 
   /// The rows that are at a place of the file now, in the order of the first walk. Valid as long as the data takes no
   /// further result. Analyses spell one file in several ways: `src/a.cpp`, `./src/a.cpp` and, where no other file ends
@@ -75,8 +79,9 @@ class Overview {
 
  private:
   struct Mark;
+  using BySpelling = std::map<std::string_view, std::vector<kelvar::SummaryItem*>>;  // of paths, which are never freed
   void nest(std::vector<Mark>& marks);
-  void uniteFiles(std::map<std::string, std::vector<kelvar::SummaryItem*>>&& bySpelling);
+  void uniteFiles(BySpelling&& bySpelling);
 
   std::unordered_map<unsigned long, Region> regions_;  // by handle; only what is in or around another or has an end
   std::map<std::string, std::vector<kelvar::SummaryItem*>> files_;  // by their one spelling
@@ -86,6 +91,7 @@ class Overview {
   double whole_ = 0;
   std::int64_t rows_ = 0;
   bool anyCurrent_ = false;
+  std::array<bool, sitenotes::annotation_t::all_kinds> kinds_{};
 };
 
 }  // namespace kelvar_page

@@ -16,6 +16,7 @@ namespace kelvar_page {
 namespace {
 
 using digestio::SummaryDataKind;
+using sitenotes::annotation_t;
 
 constexpr std::size_t kMostLines = 20000;  // of a source
 
@@ -149,11 +150,9 @@ void writePoints(PageJson& json, const Model& model) {
 
 void writeKinds(PageJson& json, const Model& model) {
   std::set<std::string> kinds;
-  for (const auto& [name, rows] : model.overview.files()) {
-    for (kelvar::SummaryItem* const item : rows) {
-      if (item->detailKind() == digestio::kAnnotatedSite)
-        kinds.insert(sitenotes::annotation_t::display(item->annotationKind()));
-    }
+  for (int kind = 0; kind < annotation_t::all_kinds; ++kind) {
+    const auto one = static_cast<annotation_t::kind_t>(kind);
+    if (model.overview.has(one)) kinds.insert(annotation_t::display(one));
   }
   json.beginList("kinds");
   for (const std::string& kind : kinds) {
@@ -198,11 +197,14 @@ void writeProgram(PageJson& json, const Model& model, const std::string& project
   for (const std::string& complaint : model.complaints) json.text({}, complaint);
   json.endList();
   writeKinds(json, model);
-  writeTree(json, model);
-  writePoints(json, model);
   json.beginList("fields");
   writeFields(json);
   json.endList();
+}
+
+void writePictures(PageJson& json, const Model& model) {
+  writeTree(json, model);
+  writePoints(json, model);
 }
 
 void writeFields(PageJson& json) {

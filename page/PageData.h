@@ -14,8 +14,10 @@ namespace kelvar_page {
 /// The item that a key names; null where there is none any more.
 [[nodiscard]] kelvar::SummaryItem* itemOf(const Model& model, const std::string& key);
 
-/// The program: its findings, orderings, kinds, the tree of times and the points of time against gain.
+/// The program: its findings and kinds, and the fields of a row. Needs nothing but what the model holds.
 void writeProgram(PageJson& json, const Model& model, const std::string& project);
+/// The tree of times and the points of time against gain: a walk over all rows.
+void writePictures(PageJson& json, const Model& model);
 /// The names of a row's fields, as a list; a row is a list of their values.
 void writeFields(PageJson& json);
 void writeRow(PageJson& json, const Model& model, const Site& site);

@@ -110,6 +110,7 @@ std::string embeddedPage(const Model& model, const std::string& project, kelvar:
   PageJson json;
   json.beginObject();
   writeProgram(json, model, project);
+  writePictures(json, model);
   json.beginList("embedded");
   for (kelvar::SummaryItem* const item : rows) {
     places.emplace(item, static_cast<std::int64_t>(places.size()));

@@ -133,6 +133,7 @@ Answer ViewPages::answer(const Request& request) {
     return answered(json);
   }
   if (target.path == "/data/program") return {.body = program_};
+  if (target.path == "/data/pictures") return {.body = pictures()};
   if (target.path == "/data/comparison") return {.body = comparison_.empty() ? "null" : comparison_};
   if (target.path == "/data/rows") return rows(target);
   if (target.path == "/data/row" || target.path == "/data/site") return one(target);
@@ -181,6 +182,17 @@ std::string ViewPages::programOf(const Model& model) const {
   return json.json();
 }
 
+const std::string& ViewPages::pictures() {
+  if (pictures_.empty()) {
+    PageJson json;
+    json.beginObject();
+    writePictures(json, *model_);
+    json.endObject();
+    pictures_ = json.json();
+  }
+  return pictures_;
+}
+
 std::string ViewPages::compared() const {
   return source_.comparison ? source_.comparison() : std::string();
 }
@@ -193,6 +205,7 @@ void ViewPages::reloadIfChanged() {
   comparison_ = compared();
   view_ = std::make_unique<RowView>(*fresh->data);
   program_ = std::move(program);
+  pictures_.clear();
   model_ = std::move(fresh);
   version_ = now;
 }

@@ -58,6 +58,7 @@ class ViewPages {
   [[nodiscard]] Answer rows(const Target& target);
   [[nodiscard]] Answer one(const Target& target) const;
   [[nodiscard]] Answer source(const Target& target) const;
+  [[nodiscard]] const std::string& pictures();
   [[nodiscard]] std::string compared() const;
   void reloadIfChanged();
   [[nodiscard]] std::string programOf(const Model& model) const;
@@ -69,7 +70,8 @@ class ViewPages {
   std::unique_ptr<Model> model_;
   std::unique_ptr<RowView> view_;
   std::string comparison_;
-  std::string program_;  // asked for by every page that opens, and a walk over all rows
+  std::string program_;
+  std::string pictures_;  // made when they are first asked for, which a page does once it has shown rows
 };
 
 }  // namespace kelvar_page

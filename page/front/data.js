@@ -62,6 +62,10 @@ class Embedded {
     return this.program.sources[file] ?? null;
   }
 
+  async pictures() {
+    return this.program;
+  }
+
   async comparison() {
     return null;
   }
@@ -107,6 +111,11 @@ class Served {
   async source(file) {
     if (file.length > 4000) return null;  // no file has such a name
     return this.ask("data/source", { file });
+  }
+
+  /** Where time goes, and time against gain. The server takes a walk over all rows for them, so rows are asked for first. */
+  async pictures() {
+    return this.ask("data/pictures");
   }
 
   /** What changed to the project that it is compared with; null where there is none. */

@@ -15,10 +15,16 @@ class Page {
 
   async start() {
     this.fill();
-    this.comparison.show(await this.source.comparison());
     this.bind();
     addEventListener("hashchange", () => this.follow());
-    return this.follow();
+    await this.follow();
+    return this.rest();
+  }
+
+  /** What is shown beside the rows. */
+  async rest() {
+    this.comparison.show(await this.source.comparison());
+    this.pictures.show(await this.source.pictures(), this.source.program.findings);
   }
 
   // ---- what the address says
@@ -105,7 +111,6 @@ class Page {
     this.options("analysis", [[-1, "any"], ...ANALYSES.map((name, at) => [at, name])]);
     this.options("match", Object.entries(MATCHES));
     this.options("sort", ORDERS.map((name, at) => [at, name]));
-    this.pictures.show(program);
   }
 
   findings(program) {
@@ -168,10 +173,10 @@ class Page {
         known = version;
         await this.source.open();
         this.fill();
-        this.comparison.show(await this.source.comparison());
         this.table.query = null;
         this.stale = true;
         await this.follow();
+        await this.rest();
       } catch (error) {
         this.fail(error);
       }

@@ -45,7 +45,7 @@ class Pictures {
     this.choose = choose;
     this.tree = document.getElementById("tree");
     this.plot = document.getElementById("plot");
-    new ResizeObserver(() => { if (this.program) this.drawTree(); }).observe(this.tree);
+    new ResizeObserver(() => { if (this.drawn) this.drawTree(); }).observe(this.tree);
     this.plot.addEventListener("keydown", (event) => {
       if ((event.key === "Enter" || event.key === " ") && event.target.dataset.key) {
         this.choose(event.target.dataset.key);
@@ -54,8 +54,9 @@ class Pictures {
     });
   }
 
-  show(program) {
-    this.program = program;
+  show(drawn, findings) {
+    this.drawn = drawn;
+    this.begin = findings.find((finding) => finding.rule === "begin")?.key;
     this.drawTree();
     this.drawPlot();
   }
@@ -69,11 +70,11 @@ class Pictures {
   drawTree() {
     this.tree.replaceChildren();
     const twice = document.getElementById("tree-twice");
-    twice.hidden = !this.program.treeTwice;
-    twice.textContent = `Up to ${this.program.treeTwice} of this may be in two boxes: in a site, and in a function elsewhere that it calls.`;
+    twice.hidden = !this.drawn.treeTwice;
+    twice.textContent = `Up to ${this.drawn.treeTwice} of this may be in two boxes: in a site, and in a function elsewhere that it calls.`;
     const { clientWidth: width, clientHeight: height } = this.tree;
-    if (this.program.tree.length === 0) this.tree.append(element("p", { class: "soft", text: "Nothing was timed." }));
-    squares(this.program.tree, 0, 0, width, height, (file, x, y, w, h) => {
+    if (this.drawn.tree.length === 0) this.tree.append(element("p", { class: "soft", text: "Nothing was timed." }));
+    squares(this.drawn.tree, 0, 0, width, height, (file, x, y, w, h) => {
       if (w < 3 || h < 3) return;
       const name = element("div", { class: "box file", role: "listitem", title: file.file + ": " + file.text, text: h > 26 ? leaf(file.file) + "  " + file.text : "" });
       this.put(name, x, y, w, h);
@@ -117,7 +118,7 @@ class Pictures {
 
   // The best place is the upper right: much time, much gain. The one to begin with has a ring and its name.
   drawPlot() {
-    const points = this.program.points;
+    const points = this.drawn.points;
     this.plot.replaceChildren();
     if (points.length === 0) {
       this.plot.append(element("p", { class: "soft", text: "No suitability analysis says what a site would gain." }));
@@ -138,11 +139,10 @@ class Pictures {
     }
     svg.append(this.svg("text", { x: (left + width) / 2, y: height - 4, "text-anchor": "middle" }, "share of the time"),
       this.svg("text", { x: left, y: top - 3, "text-anchor": "start" }, "gain of the program"));
-    const begin = this.program.findings.find((finding) => finding.rule === "begin")?.key;
-    const named = new Set([begin, ...[...points].sort((a, b) => b.gain - a.gain).slice(0, 4).map((point) => point.key)]);
+    const named = new Set([this.begin, ...[...points].sort((a, b) => b.gain - a.gain).slice(0, 4).map((point) => point.key)]);
     const taken = [];
     for (const point of points) {
-      const first = point.key === begin;
+      const first = point.key === this.begin;
       const dot = this.svg("circle", { class: "point" + (point.races > 0 ? " races" : "") + (first ? " first" : ""), cx: x(point.share), cy: y(point.gain),
         r: first ? 8 : 5.5, tabindex: 0, role: "button", "data-key": point.key, "aria-pressed": "false",
         "aria-label": `${point.label}, ${point.text}${point.races > 0 ? ", races" : ""}` });

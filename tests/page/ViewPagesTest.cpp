@@ -21,8 +21,17 @@ class Served : public testing::Test {
     return true;
   }
 
+  void measure(double time) const {
+    scratch.write("survey/result.json", R"({"formatVersion":1})");
+    scratch.write("survey/collection.json",
+                  R"({"formatVersion":1,"dataKind":"survey","details":[{"label":"Other","file":"src/b.cpp","line":4,)"
+                  R"("annotationKind":2,"survey":{"priority":1,"id":1,"cpuTime":)" +
+                      std::to_string(time) + "}}]}");
+  }
+
   [[nodiscard]] std::unique_ptr<Model> load() const {
     auto data = boost::make_shared<kelvar::SummaryData>(kelvar_platform::openAnnotationDatabase(database));
+    data->addSummaryData(scratch.path("survey"), kelvar_platform::openAnnotationDatabase(database));
     return std::make_unique<Model>(data, EvidenceIndex(), scratch.path().string(), std::vector<std::string>());
   }
 
@@ -46,6 +55,14 @@ class Served : public testing::Test {
                   8080,
                   kToken};
 };
+
+TEST_F(Served, PicturesFollowTheProject) {
+  EXPECT_EQ(get("/data/pictures"), R"(200 {"treeTwice":"","tree":[],"points":[]})");
+  measure(1.5);
+  version = 2;
+  EXPECT_EQ(get("/data/version"), R"(200 {"version":"2"})");
+  EXPECT_NE(get("/data/pictures").find(R"("text":"1.50 s")"), std::string::npos) << get("/data/pictures");
+}
 
 TEST_F(Served, OnlyThoseWhoMayAreAnswered) {
   struct Case {
