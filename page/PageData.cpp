@@ -46,12 +46,13 @@ std::string firstWord(const std::string& text) {
 struct Field {
   const char* name;
   std::string (*text)(const Site& site, const Model& model);
+  bool shared = false;  // many rows have the same
 };
 constexpr std::array kTexts{
     Field{"key", [](const Site& site, const Model&) { return keyOf(site); }},
     Field{"label", [](const Site& site, const Model&) { return site.label; }},
     Field{"kind", [](const Site& site, const Model&) { return kindName(site); }},
-    Field{"file", [](const Site& site, const Model&) { return site.place.get_file().get_text(); }},
+    Field{"file", [](const Site& site, const Model&) { return site.place.get_file().get_text(); }, true},
     Field{"where", [](const Site& site, const Model&) { return shortPlace(site.place); }},
     Field{"time", [](const Site& site, const Model& model) { return optionalTime(site.time, model.units.of(site)); }},
     Field{"share",
@@ -59,7 +60,7 @@ constexpr std::array kTexts{
     Field{"own", ownText},
     Field{"vectorised",
           [](const Site& site, const Model& model) { return firstWord(vectorisedText(site, model.evidence)); }},
-    Field{"reason", [](const Site& site, const Model& model) { return vectorisedText(site, model.evidence); }},
+    Field{"reason", [](const Site& site, const Model& model) { return vectorisedText(site, model.evidence); }, true},
     Field{"gain", [](const Site& site, const Model&) { return optionalText(site.gain, gainText); }},
     Field{"siteGain", [](const Site& site, const Model&) { return optionalText(site.siteGain, gainText); }},
     Field{"cores",
@@ -214,9 +215,18 @@ void writeFields(PageJson& json) {
     json.text({}, name);
 }
 
-void writeRow(PageJson& json, const Model& model, const Site& site) {
+namespace {
+
+void writeRow(PageJson& json, const Model& model, const Site& site, SharedTexts* shared) {
+  const auto write = [&](const std::string& text, bool mayShare) {
+    if (shared && mayShare) {
+      json.number({}, shared->placeOf(text));
+    } else {
+      json.text({}, text);
+    }
+  };
   json.beginList();
-  for (const Field& field : kTexts) json.text({}, field.text(site, model));
+  for (const Field& field : kTexts) write(field.text(site, model), field.shared);
   json.number({}, std::int64_t{site.place.get_line()});
   json.number({}, static_cast<std::int64_t>(site.handle));
   json.number({}, model.overview.shareOf(site).value_or(0));
@@ -228,9 +238,35 @@ void writeRow(PageJson& json, const Model& model, const Site& site) {
   std::string match;
   for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
     match += static_cast<char>('0' + site.match[kind]);
-    json.text({}, site.details[kind] ? whyMatched(site, kind) : "");
+    write(site.details[kind] ? whyMatched(site, kind) : "", true);
   }
   json.endList().text({}, match).number({}, static_cast<std::int64_t>(site.sort)).endList();
+}
+
+}  // namespace
+
+void writeRow(PageJson& json, const Model& model, const Site& site) {
+  writeRow(json, model, site, nullptr);
+}
+
+void writeRow(PageJson& json, const Model& model, const Site& site, SharedTexts& shared) {
+  writeRow(json, model, site, &shared);
+}
+
+std::int64_t SharedTexts::placeOf(const std::string& text) {
+  const auto [place, isNew] = places_.try_emplace(text, static_cast<std::int64_t>(texts_.size()));
+  if (isNew) texts_.push_back(&place->first);
+  return place->second;
+}
+
+void SharedTexts::write(PageJson& json) const {
+  json.beginList("texts");
+  for (const std::string* const text : texts_) json.text({}, *text);
+  json.endList().beginList("shared");
+  for (const Field& field : kTexts) {
+    if (field.shared) json.text({}, field.name);
+  }
+  json.text({}, "why").endList();
 }
 
 void writeRows(PageJson& json, const Model& model, const RowView& view, int from, int count) {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
 #include "Model.h"
 #include "PageJson.h"
@@ -21,6 +24,19 @@ void writePictures(PageJson& json, const Model& model);
 /// The names of a row's fields, as a list; a row is a list of their values.
 void writeFields(PageJson& json);
 void writeRow(PageJson& json, const Model& model, const Site& site);
+
+/// The texts that many rows share, such as their file, each once: rows of a file name them by their place here.
+class SharedTexts {
+ public:
+  [[nodiscard]] std::int64_t placeOf(const std::string& text);
+  /// The texts, and which fields of a row name them.
+  void write(PageJson& json) const;
+
+ private:
+  std::unordered_map<std::string, std::int64_t> places_;
+  std::vector<const std::string*> texts_;
+};
+void writeRow(PageJson& json, const Model& model, const Site& site, SharedTexts& shared);
 /// `count` rows of the view from `from` on, and how many there are.
 void writeRows(PageJson& json, const Model& model, const RowView& view, int from, int count);
 /// Evidence, and with a database the edits, of one site.

@@ -111,12 +111,14 @@ std::string embeddedPage(const Model& model, const std::string& project, kelvar:
   json.beginObject();
   writeProgram(json, model, project);
   writePictures(json, model);
+  SharedTexts shared;
   json.beginList("embedded");
   for (kelvar::SummaryItem* const item : rows) {
     places.emplace(item, static_cast<std::int64_t>(places.size()));
-    writeRow(json, model, siteOf(*item));
+    writeRow(json, model, siteOf(*item), shared);
   }
   json.endList();
+  shared.write(json);
   const bool all = rows.size() < kMostEmbedded;
   json.number("leftOut", all ? 0 : model.overview.rows() - static_cast<std::int64_t>(rows.size()));
   json.beginObject("sites");

@@ -15,11 +15,15 @@ function rowOf(fields, values) {
   return row;
 }
 
-/** What a file holds: all rows at once, and the place of each in every order. */
+/**
+ * What a file holds: all rows at once, and the place of each in every order. Rows stay the lists that they are until
+ * they are shown: objects of twenty thousand take longer than all else that the page does before it is seen.
+ */
 class Embedded {
   constructor(data) {
     this.program = data;
-    this.all = data.embedded.map((values) => rowOf(data.fields, values));
+    this.all = data.embedded;
+    this.at = rowOf(data.fields, data.fields.map((_, at) => at));  // where each field is in a row
     this.query = "";
     this.left = [];
   }
@@ -29,29 +33,40 @@ class Embedded {
     if (asked === this.query) return;
     this.query = asked;
     const text = query.text.toLowerCase();
+    const files = text ? this.program.texts.map((one) => one.toLowerCase().includes(text)) : [];
     const order = this.program.orders[query.sort];
-    this.left = order.filter((at) => this.wanted(this.all[at], query, text));
+    this.left = order.filter((place) => this.wanted(this.all[place], query, text, files));
     if (query.reverse) this.left.reverse();
   }
 
-  wanted(row, query, text) {
-    if (query.kind === "site" ? row.sort !== 0 : query.kind !== "all" && row.kind !== query.kind) return false;
-    if (query.analysis >= 0 && row.match[query.analysis] === "0") return false;
-    const exact = row.match.includes("4");
-    const moved = row.match.includes("3");
+  wanted(row, query, text, files) {
+    const { at } = this;
+    if (query.kind === "site" ? row[at.sort] !== 0 : query.kind !== "all" && row[at.kind] !== query.kind) return false;
+    const match = row[at.match];
+    if (query.analysis >= 0 && match[query.analysis] === "0") return false;
+    const exact = match.includes("4");
+    const moved = match.includes("3");
     if (query.match === "exact" && (!exact || moved)) return false;
     if (query.match === "moved" && !moved) return false;
     if (query.match === "none" && (exact || moved)) return false;
-    return !text || row.label.toLowerCase().includes(text) || row.file.toLowerCase().includes(text);
+    return !text || files[row[at.file]] || row[at.label].toLowerCase().includes(text);
+  }
+
+  whole(values) {
+    const row = rowOf(this.program.fields, values);
+    const text = (place) => this.program.texts[place];
+    for (const name of this.program.shared) row[name] = Array.isArray(row[name]) ? row[name].map(text) : text(row[name]);
+    return row;
   }
 
   async rows(query, from, count) {
     this.select(query);
-    return { total: this.left.length, rows: this.left.slice(from, from + count).map((at) => this.all[at]) };
+    return { total: this.left.length, rows: this.left.slice(from, from + count).map((place) => this.whole(this.all[place])) };
   }
 
   async row(key) {
-    return this.all.find((row) => row.key === key) ?? null;
+    const found = this.all.find((values) => values[this.at.key] === key);
+    return found ? this.whole(found) : null;
   }
 
   async site(key) {
