@@ -40,6 +40,10 @@ void findNames(const std::string& program, ProgramFacts& facts) {
     if (!facts.isProgram) return;
     if (text.find(kTsan) != std::string::npos) facts.hasThreadSanitizer = true;
     if (text.find(kCoz) != std::string::npos) facts.hasProgressPoints = true;
+    if (text.find("libgomp.so") != std::string::npos) facts.hasGccOpenMp = true;
+    for (const char* const name : {"libomp.so", "libiomp5.so", "libomp5.so"}) {
+      if (text.find(name) != std::string::npos) facts.hasClangOpenMp = true;
+    }
     text.erase(0, text.size() - std::min(text.size(), kOverlap));
   }
 }

@@ -12,6 +12,8 @@ struct ProgramFacts {
   bool hasFramePointers = false;  ///< its compilers recorded -fno-omit-frame-pointer for all units
   bool hasThreadSanitizer = false;
   bool hasProgressPoints = false;  ///< of coz
+  bool hasGccOpenMp = false;       ///< linked with libgomp
+  bool hasClangOpenMp = false;     ///< linked with libomp, whichever name it has
   std::set<std::string> units;     ///< the sources that were compiled, without folder and suffix
   std::set<std::string> folders;   ///< where they lay and were compiled
 };

@@ -14,6 +14,8 @@ namespace {
 
 constexpr const char* kNoValgrind = "valgrind is not installed (Debian's package valgrind)";
 
+constexpr const char* kKnown = "clang's -fopenmp -fsanitize=thread knows them";
+
 /// Why valgrind cannot run the program with its instructions known; empty where it can.
 std::string noValgrind(const Circumstances& here) {
   if (!here.commandIsProgram) {
@@ -111,7 +113,14 @@ Recipe dependencies(const Circumstances& here) {
   if (here.facts.hasThreadSanitizer) {
     recipe.how = "by the program's own ThreadSanitizer";
     recipe.output = "tsan.";
-    recipe.environment = {tsanOptions("verbosity=1 exitcode=0 log_path='" + here.folder + "/tsan'")};
+    std::string options = "verbosity=1 exitcode=0 log_path='" + here.folder + "/tsan'";
+    // What the library does by itself is no race; which barriers it has, its Archer tells.
+    if (here.facts.hasClangOpenMp) options += " ignore_noninstrumented_modules=1";
+    if (here.facts.hasGccOpenMp) {
+      recipe.how += "; it does not know the barriers of gcc's OpenMP, and reports races where there are none: ";
+      recipe.how += kKnown;
+    }
+    recipe.environment = {tsanOptions(options)};
     return recipe;
   }
   recipe.option = "--helgrind";
@@ -120,6 +129,15 @@ Recipe dependencies(const Circumstances& here) {
     recipe.obstacle = std::string(kNoValgrind) + ", and the program was not built with -fsanitize=thread";
   }
   recipe.how = "by valgrind's helgrind (a build with -fsanitize=thread is faster, and knows more kinds of locks)";
+  if (here.facts.hasGccOpenMp || here.facts.hasClangOpenMp) {
+    const std::string untrue =
+        "valgrind does not know the barriers of OpenMP, and reports races where there are none: ";
+    const bool isAskedFor = here.wanted.only.count(recipe.analysis) > 0;
+    recipe.how = "by valgrind's helgrind; " + untrue + kKnown;
+    if (!isAskedFor && recipe.obstacle.empty()) {
+      recipe.obstacle = untrue + kKnown + " (--only dependencies makes it all the same)";
+    }
+  }
   recipe.tool = {"valgrind",
                  "--quiet",
                  "--vgdb=no",
