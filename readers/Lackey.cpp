@@ -104,13 +104,15 @@ class LackeyReader {
     while (const auto line = input_.nextLine()) {
       readLine(*line);
       if (reading_.mapAccesses == 0) continue;
-      // A loop that computes in registers has a line for each instruction, and hardly any access.
+      // What libraries do does not count: a program begins in them, for millions of accesses. A loop that computes in
+      // registers has a line for each instruction, and hardly any access.
       const bool isLong = instructions_ / kInstructionsAnAccess >= reading_.mapAccesses;
       if (accesses_ < reading_.mapAccesses && !isLong) continue;
       reading_.endedEarly = true;
       reading_.remark("the trace was read up to " + std::to_string(accesses_) + " accesses" +
                       (isLong ? " in " + std::to_string(instructions_) + " instructions" : std::string()) +
-                      ", by --map-accesses: what the program did later is not in it");
+                      ", by --map-accesses: what the program did later is not in it: a "
+                      "smaller input or a greater N reaches further");
       break;
     }
     if (!any_) input_.refuse("line 1", "the trace of valgrind --tool=lackey --trace-mem=yes");
@@ -179,11 +181,11 @@ class LackeyReader {
     const auto taken = take(text);
     if (!taken) return;
     const auto [address, size] = *taken;
-    ++accesses_;
     if (!walk_) {
       ++elsewhere_;
       return;
     }
+    ++accesses_;
     Line& line = lines_[walk_->line];
     Neighbours& near = groups_[line.group].*neighbours;
     const auto step = static_cast<std::int64_t>(address - walk_->last);
