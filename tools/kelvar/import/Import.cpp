@@ -110,7 +110,8 @@ void addOptions(CLI::App& app, Line& line) {
   addText(app, "--cores", "How many cores to model", [&line](const std::string& text) {
     takeCores(line, text);
   }).value("N");
-  addText(app, "--map-accesses", "Of a trace of memory, read so many accesses, or ten\ntimes as many instructions; 0: all",
+  addText(app, "--map-accesses",
+          "Of a trace of memory, read so many accesses, or ten\ntimes as many instructions; 0: all",
           [&line](const std::string& text) {
             const auto count = decimal(text, std::numeric_limits<std::int64_t>::max());
             if (!count) throw UsageError("--map-accesses: expected a count, not " + inQuotes(text));
