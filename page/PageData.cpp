@@ -198,7 +198,11 @@ void writeProgram(PageJson& json, const Model& model, const std::string& project
   for (const std::string& complaint : model.complaints) json.text({}, complaint);
   json.endList();
   writeKinds(json, model);
-  json.beginList("fields");
+  json.beginList("analyses");
+  for (const SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
+    json.flag({}, model.data->summaryDataStatus(kind) != kelvar::kNotPresent);
+  }
+  json.endList().beginList("fields");
   writeFields(json);
   json.endList();
 }

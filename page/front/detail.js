@@ -46,7 +46,9 @@ class Detail {
   figures(row) {
     this.head(`${row.kind}${row.handle ? ", site " + row.handle : ""}, ${row.file.slice(0, LONGEST)}:${row.line}`, row.word && `${row.mark} ${row.word}`);
     const parts = [];
+    const { analyses } = this.source.program;
     ANALYSES.forEach((name, at) => {
+      if (!analyses[at]) return;
       parts.push(element("h3", { text: name }));
       parts.push(element("p", { class: "soft", text: row.why[at] || "says nothing of this site" }));
       if (!row.why[at]) return;
@@ -56,6 +58,8 @@ class Detail {
       }
       parts.push(list);
     });
+    const missing = ANALYSES.filter((_, at) => !analyses[at]);
+    if (missing.length > 0) parts.push(element("p", { class: "soft missing", text: "No result of: " + missing.join(", ") }));
     return parts;
   }
 

@@ -102,6 +102,7 @@ class Page {
     const summary = [program.wholeText && program.wholeText + " in all", program.gainText && "up to " + program.gainText + " as fast",
       program.leftOut > 0 && `the first ${program.embedded.length} of ${program.rows} rows: ${program.leftOut} are left out`, program.timeSource];
     document.getElementById("summary").textContent = summary.filter(Boolean).join(", ");
+    this.table.shape(program);
     this.findings(program);
     const complaints = document.getElementById("complaints");
     complaints.hidden = program.complaints.length === 0;

@@ -59,6 +59,7 @@ class Pictures {
     this.begin = findings.find((finding) => finding.rule === "begin")?.key;
     this.drawTree();
     this.drawPlot();
+    this.mark(this.chosen ?? "");
   }
 
   mark(key) {

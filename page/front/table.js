@@ -4,18 +4,19 @@ const ROW_HEIGHT = 32;
 const MOST_PIXELS = 8000000;
 const BLOCK = 100;  // rows that are asked for at a time
 
+// Widths are in rem; what `needs` an analysis is left out where the project has no result of it.
 const COLUMNS = [
-  { field: "label", title: "Site", order: 2 },
-  { field: "kind", title: "Kind", order: 1 },
-  { field: "where", title: "Where", order: 0 },
-  { field: "time", title: "Time", order: 3, right: true },
-  { field: "share", title: "Share", right: true, hint: "Part of the whole time" },
-  { field: "own", title: "Own", right: true, hint: "Share without what lies within" },
-  { field: "vectorised", title: "Vector", order: 8, hint: "Sorts by the priority of loops" },
-  { field: "gain", title: "Gain", order: 11, right: true, hint: "How much faster the program could be" },
-  { field: "races", title: "Races", order: 12 },
-  { field: "stride", title: "Stride", hint: "The stride that matters" },
-  { field: "word", title: "Match", hint: "What is stale" },
+  { field: "label", title: "Site", order: 2, width: 8, grows: 3 },
+  { field: "kind", title: "Kind", order: 1, width: 4.9 },
+  { field: "where", title: "Where", order: 0, width: 6.6, grows: 1.3 },
+  { field: "time", title: "Time", order: 3, right: true, width: 4.6 },
+  { field: "share", title: "Share", right: true, hint: "Part of the whole time", width: 4.4 },
+  { field: "own", title: "Own", right: true, hint: "Share without what lies within", width: 4 },
+  { field: "vectorised", title: "Vector", order: 8, hint: "Sorts by the priority of loops", needs: 1, width: 3.8 },
+  { field: "gain", title: "Gain", order: 11, right: true, hint: "How much faster the program could be", needs: 2, width: 3.8 },
+  { field: "races", title: "Races", order: 12, needs: 3, width: 4.4 },
+  { field: "stride", title: "Stride", hint: "The stride that matters", needs: 4, width: 7.4 },
+  { field: "word", title: "Match", hint: "What is stale", width: 5 },
 ];
 
 function element(name, values = {}, ...children) {
@@ -46,10 +47,19 @@ class Table {
     new ResizeObserver(() => this.later()).observe(this.scroll);
   }
 
+  /** Which columns there are; times of another unit than seconds take more room. */
+  shape(program) {
+    this.columns = COLUMNS.filter((column) => (column.field === "word" ? program.annotated : column.needs === undefined || program.analyses[column.needs]));
+    const width = (column) => (column.field === "time" ? Math.max(column.width, .55 * program.wholeText.length + 1.2) : column.width);
+    const grid = document.getElementById("grid");
+    grid.style.setProperty("--columns", this.columns.map((column) => (column.grows ? `minmax(${width(column)}rem, ${column.grows}fr)` : width(column) + "rem")).join(" "));
+    grid.style.setProperty("--least", this.columns.reduce((all, column) => all + width(column), 0) + "rem");
+  }
+
   head(query, order) {
     const head = document.getElementById("head");
     const had = document.activeElement?.dataset?.order;
-    head.replaceChildren(...COLUMNS.map((column, at) => {
+    head.replaceChildren(...this.columns.map((column, at) => {
       if (column.order === undefined) {
         return element("div", { role: "columnheader", "aria-colindex": at + 1, class: column.right ? "right" : "", title: column.hint, text: column.title });
       }
@@ -147,7 +157,7 @@ class Table {
       line.append(element("div", { role: "gridcell", text: "\u2026" }));
       return line;
     }
-    COLUMNS.forEach((column, at) => line.append(this.cell(row, column, at)));
+    this.columns.forEach((column, at) => line.append(this.cell(row, column, at)));
     line.addEventListener("click", () => { this.focus = index; this.choose(row); });
     return line;
   }

@@ -188,12 +188,15 @@ class PageTest(unittest.TestCase):
         with serving(folder) as server:
             for address in (page.as_uri(), server.stdout.readline().strip()):
                 self.browser.open(address + "#kind=all&sort=3&reverse=1")
+                self.assertEqual(self.browser.js("return [...document.querySelectorAll('#head > div')].map(one => one.textContent.slice(0, 5))"),
+                                 ["Site", "Kind", "Where", "Time ", "Share", "Own"])  # no other analysis, and no annotation
                 self.assertEqual(self.browser.js(f"return {ROWS}.map(text => text.slice(0, 40))"),
                                  [label.replace("\0", "\ufffd")[:40] for label in HOSTILE])
                 for at in range(len(HOSTILE)):
                     self.browser.js("document.querySelectorAll('#rows .row')[arguments[0]].click()", at)
                     self.browser.until("document.getElementById('detail-title').textContent.slice(0, 40) === arguments[0]",
                                        HOSTILE[at].replace("\0", "\ufffd")[:40])
+                self.assertIn("No result of: vectorization, suitability, dependencies, memory access", self.browser.js("return document.getElementById('facts').textContent"))
                 self.assertNotEqual(self.browser.js("return document.title"), "owned")
                 self.assertEqual(self.browser.js("return document.images.length + document.scripts.length"), 2)
                 self.assertEqual([text for text in self.browser.complaints() if " 404 " not in text and "favicon" not in text], [])

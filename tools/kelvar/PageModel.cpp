@@ -9,6 +9,23 @@
 
 namespace kelvar_tool {
 
+namespace {
+
+/// Shares are of what is in rows, so a reader has to know how much is not.
+std::string timesText(const Pieces& pieces, const kelvar_page::Model& model) {
+  constexpr double kMatters = 0.01;
+  const std::string source = timeSourceOf(pieces);
+  std::string text = source.empty() ? source : "times by " + source;
+  const double placeless = placelessTimeOf(pieces);
+  if (placeless > kMatters * model.overview.wholeTime()) {
+    text += "; another " + kelvar_page::timeText(placeless, model.units.survey) +
+            " is in code whose source is not known, and in no share";
+  }
+  return text;
+}
+
+}  // namespace
+
 std::unique_ptr<kelvar_page::Model> modelOf(const Loaded& loaded, const Pieces& pieces, const std::string& sourceRoot) {
   kelvar_page::EvidenceIndex evidence;
   std::vector<std::string> damaged;
@@ -18,7 +35,7 @@ std::unique_ptr<kelvar_page::Model> modelOf(const Loaded& loaded, const Pieces& 
   complaints.insert(complaints.end(), damaged.begin(), damaged.end());
   auto model = std::make_unique<kelvar_page::Model>(loaded.data, std::move(evidence), sourceRoot, std::move(complaints),
                                                     unitsOf(pieces));
-  if (const std::string source = timeSourceOf(pieces); !source.empty()) model->timeSource = "times by " + source;
+  model->timeSource = timesText(pieces, *model);
   return model;
 }
 

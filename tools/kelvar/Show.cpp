@@ -65,7 +65,9 @@ void showProject(const Model& model, const Request& request, const Terminal& ter
   std::string note;
   if (rows.empty() && !all) {
     rows = shownRows(model, true);
-    note = "No site is annotated: these are functions and loops. 'kelvar annotate' marks sites.\n\n";
+    note =
+        "No site is annotated: these are functions and loops. 'kelvar annotate DATABASE scan' finds the parallel\n"
+        "regions of the sources, and 'add --kind parallel --label NAME --at FILE:LINE' makes a site of any line.\n\n";
   }
   print(painted(terminal, Paint::bold, heading(model, rows.size(), request.project.project.value_or("project"))) +
         "\n\n");

@@ -1,5 +1,6 @@
 #include "TimeSource.h"
 
+#include <charconv>
 #include <fstream>
 #include <string_view>
 
@@ -12,6 +13,7 @@ namespace {
 constexpr std::string_view kImported = "imported by kelvar as ";
 constexpr std::string_view kFrom = " from --";
 constexpr std::string_view kTimes = "times are in ";
+constexpr std::string_view kPlaceless = " records have no place, and stand in no row; together they weigh ";
 constexpr std::string_view kIn = ", in ";
 constexpr std::size_t kMostLines = 20;  // the import says it first
 
@@ -19,26 +21,36 @@ std::string wordBefore(std::string_view text, char end) {
   return std::string(text.substr(0, text.find(end)));
 }
 
-std::string sourceIn(const std::string& log) {
-  std::ifstream in(log);
+/// What an import noted in the log of its result.
+struct Noted {
   std::string tool;
   std::string unit;
+  double placeless = 0;
+};
+
+Noted notedIn(const std::string& result) {
+  Noted noted;
+  std::ifstream in(result.empty() ? result : result + "/collector.log");
   std::string line;
   for (std::size_t number = 0; number < kMostLines && std::getline(in, line); ++number) {
     const std::string_view text = line;
     const std::size_t from = text.find(kFrom);
+    const std::size_t weight = text.find(kPlaceless);
     if (text.starts_with(kImported) && from != std::string_view::npos) {
-      tool = wordBefore(text.substr(from + kFrom.size()), ' ');
+      noted.tool = wordBefore(text.substr(from + kFrom.size()), ' ');
     } else if (text.starts_with(kTimes)) {
-      unit = wordBefore(text.substr(kTimes.size()), ',');
+      noted.unit = wordBefore(text.substr(kTimes.size()), ',');
+    } else if (weight != std::string_view::npos) {
+      const std::string_view digits = text.substr(weight + kPlaceless.size());
+      std::from_chars(digits.data(), digits.data() + digits.size(), noted.placeless);
     }
   }
-  return unit.empty() || tool.empty() ? tool : tool + std::string(kIn) + unit;
+  return noted;
 }
 
 std::string sourceOf(const Pieces& pieces, digestio::SummaryDataKind kind) {
-  const std::string& result = pieces.results[kind];
-  return result.empty() ? result : sourceIn(result + "/collector.log");
+  const Noted noted = notedIn(pieces.results[kind]);
+  return noted.unit.empty() || noted.tool.empty() ? noted.tool : noted.tool + std::string(kIn) + noted.unit;
 }
 
 }  // namespace
@@ -46,6 +58,10 @@ std::string sourceOf(const Pieces& pieces, digestio::SummaryDataKind kind) {
 std::string timeSourceOf(const Pieces& pieces) {
   const auto kind = pieces.results[digestio::kSurvey].empty() ? digestio::kSuitability : digestio::kSurvey;
   return sourceOf(pieces, kind);
+}
+
+double placelessTimeOf(const Pieces& pieces) {
+  return notedIn(pieces.results[digestio::kSurvey]).placeless;
 }
 
 kelvar_page::TimeUnit unitOf(const std::string& timeSource) {

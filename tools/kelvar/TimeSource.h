@@ -13,6 +13,10 @@ namespace kelvar_tool {
 /// suitability analysis. Empty where nothing says so: results of a suite's own tools need no such log.
 [[nodiscard]] std::string timeSourceOf(const Pieces& pieces);
 
+/// What of the survey's time lies where no source is known, and so is in no row, as its import noted it. 0 where
+/// nothing says so.
+[[nodiscard]] double placelessTimeOf(const Pieces& pieces);
+
 /// What the times of such a source count.
 [[nodiscard]] kelvar_page::TimeUnit unitOf(const std::string& timeSource);
 /// What the times of each analysis count; those of a modelled suitability are the survey's.
