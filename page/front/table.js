@@ -6,17 +6,17 @@ const BLOCK = 100;  // rows that are asked for at a time
 
 // Widths are in rem; what `needs` an analysis is left out where the project has no result of it.
 const COLUMNS = [
-  { field: "label", title: "Site", order: 2, width: 8, grows: 3 },
-  { field: "kind", title: "Kind", order: 1, width: 4.9 },
-  { field: "where", title: "Where", order: 0, width: 6.6, grows: 1.3 },
+  { field: "label", title: "Site", order: 2, width: 7.4, grows: 3 },
+  { field: "kind", title: "Kind", order: 1, width: 4.6 },
+  { field: "where", title: "Where", order: 0, width: 6.4, grows: 1.3 },
   { field: "time", title: "Time", order: 3, right: true, width: 4.6 },
-  { field: "share", title: "Share", right: true, hint: "Part of the whole time", width: 4.4 },
-  { field: "own", title: "Own", right: true, hint: "Share without what lies within", width: 4 },
-  { field: "vectorised", title: "Vector", order: 8, hint: "Sorts by the priority of loops", needs: 1, width: 3.8 },
-  { field: "gain", title: "Gain", order: 11, right: true, hint: "How much faster the program could be", needs: 2, width: 3.8 },
-  { field: "races", title: "Races", order: 12, needs: 3, width: 4.4 },
-  { field: "stride", title: "Stride", hint: "The stride that matters", needs: 4, width: 7.4 },
-  { field: "word", title: "Match", hint: "What is stale", width: 5 },
+  { field: "share", title: "Share", right: true, hint: "Part of the whole time", width: 4.2 },
+  { field: "own", title: "Own", right: true, hint: "Share without what lies within", width: 3.8 },
+  { field: "vectorised", title: "Vector", order: 8, hint: "Sorts by the priority of loops", needs: 1, width: 3.5 },
+  { field: "gain", title: "Gain", order: 11, right: true, hint: "How much faster the program could be", needs: 2, width: 3.6 },
+  { field: "races", title: "Races", order: 12, needs: 3, width: 4.1 },
+  { field: "stride", title: "Stride", hint: "The stride that matters", needs: 4, width: 6.8 },
+  { field: "word", title: "Match", hint: "What is stale", width: 4.6 },
 ];
 
 function element(name, values = {}, ...children) {

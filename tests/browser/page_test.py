@@ -167,6 +167,8 @@ class PageTest(unittest.TestCase):
                     self.browser.until("document.querySelectorAll('#source tr').length > 50")
                     self.assertEqual(self.browser.js(CONTRAST), [], scheme)
                     self.assertLessEqual(self.browser.js("return document.documentElement.scrollWidth"), width)
+                    if width > 1000:
+                        self.assertLessEqual(self.browser.js("const grid = document.getElementById('grid'); return grid.scrollWidth - grid.clientWidth"), 0)
                     if SHOTS and name == "file":
                         self.browser.screenshot(f"{SHOTS}/page-{scheme}-{width}.png")
             for node in self.browser.chrome("Accessibility.getFullAXTree")["nodes"]:
