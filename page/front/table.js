@@ -8,7 +8,7 @@ const BLOCK = 100;  // rows that are asked for at a time
 const COLUMNS = [
   { field: "label", title: "Site", order: 2, width: 7.4, grows: 3 },
   { field: "kind", title: "Kind", order: 1, width: 4.6 },
-  { field: "where", title: "Where", order: 0, width: 6.4, grows: 1.3 },
+  { field: "where", title: "Where", order: 0, width: 7, grows: 1.5 },
   { field: "time", title: "Time", order: 3, right: true, width: 4.6 },
   { field: "share", title: "Share", right: true, hint: "Part of the whole time", width: 4.2 },
   { field: "own", title: "Own", right: true, hint: "Share without what lies within", width: 3.8 },
@@ -175,11 +175,16 @@ class Table {
       const bar = element("i", { "aria-hidden": "true" });
       bar.style.width = Math.min(100, 100 * row.part) * .86 + "%";
       cell.append(bar);
+    } else if (column.field === "where") {
+      // The line is never cut off, the file may be.
+      const colon = value.lastIndexOf(":");
+      cell.classList.add("where", "soft");
+      cell.replaceChildren(element("span", { text: value.slice(0, colon).slice(0, 300) }), element("span", { text: value.slice(colon) }));
     } else if (column.field === "races" && row.raceCount > 0) cell.classList.add("bad");
     else if (column.field === "vectorised" && value === "yes") cell.classList.add("good");
     else if (column.field === "vectorised" && value === "no" && row.part >= .1) cell.classList.add("warn");
     else if (column.field === "word") cell.classList.add("warn");
-    else if (column.field === "where" || column.field === "kind") cell.classList.add("soft");
+    else if (column.field === "kind") cell.classList.add("soft");
     return cell;
   }
 

@@ -227,6 +227,7 @@ class PageTest(unittest.TestCase):
         with serving(SAMPLE, "--with", str(after), "--source-root", SOURCES) as server:
             address = server.stdout.readline().strip()
             self.browser.open(address)
+            self.browser.complaints()  # of the page before, whose server has ended
             self.assertFalse(self.browser.js("return document.getElementById('compare').hidden"))
             text = self.browser.js("return document.getElementById('compare-alone').textContent")
             self.assertIn(HOSTILE[0], text)
