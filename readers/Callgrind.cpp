@@ -1,7 +1,11 @@
+#include <optional>
+#include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 
 #include "Sources.h"
+#include "TextNumbers.h"
 
 namespace kelvar_readers {
 
@@ -11,31 +15,27 @@ namespace {
 class Names {
  public:
   struct Name {
-    std::string text;
+    std::string_view text;
     std::size_t number = 0;
   };
 
-  const Name& take(std::string_view text, const Input& input) {
+  Name take(std::string_view text, const Input& input) {
     std::string_view rest = text;
     const bool opens = takePrefix(rest, "(");
     const std::optional<unsigned> id = opens ? takeNumber<unsigned>(rest) : std::nullopt;
-    if (!id || !takePrefix(rest, ")")) return numbered(text);
+    if (!id || !takePrefix(rest, ")")) return numbered(names_.numberOf(text));
     rest = trimmed(rest);
-    if (!rest.empty()) return *(byId_[*id] = &numbered(rest));
+    if (!rest.empty()) return numbered(byId_[*id] = names_.numberOf(rest));
     const auto found = byId_.find(*id);
     if (found == byId_.end()) input.refuse("the name of (" + std::to_string(*id) + ") before its use");
-    return *found->second;
+    return numbered(found->second);
   }
 
  private:
-  const Name& numbered(std::string_view text) {
-    const auto [found, isNew] = byText_.try_emplace(std::string(text));
-    if (isNew) found->second = {found->first, byText_.size()};
-    return found->second;
-  }
+  Name numbered(std::size_t number) const { return {names_.textNumbered(number), number + 1}; }
 
-  std::unordered_map<std::string, Name> byText_;  // names stay where they are
-  std::unordered_map<unsigned, const Name*> byId_;
+  TextNumbers names_;
+  std::unordered_map<unsigned, std::size_t> byId_;
 };
 
 /// The number of a position: absolute, `+N` and `-N` from the last one, or `*` for the same.
@@ -134,7 +134,7 @@ class CallgrindReader {
   void readAssignment(std::string_view key, std::string_view value) {
     Place& place = told_.chain.front();
     if (key == "fn") {
-      const Names::Name& name = functions_.take(value, input_);
+      const Names::Name name = functions_.take(value, input_);
       told_.function = place.function = name.text;
       record_.function = name.number;
       place.file = home_;
@@ -145,7 +145,7 @@ class CallgrindReader {
     } else if (key == "fi" || key == "fe") {
       place.file = files_.take(value, input_).text;
     } else if (key == "ob") {
-      symbols_ = reading_.binaries.find(objects_.take(value, input_).text);
+      symbols_ = reading_.binaries.find(std::string(objects_.take(value, input_).text));
     } else if (key == "cfn") {
       callee_ = functions_.take(value, input_).number;
     } else if (key == "cfi" || key == "cfl") {

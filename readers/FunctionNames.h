@@ -1,37 +1,28 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
 
 #include "Demangle.h"
+#include "TextNumbers.h"
 
 namespace kelvar_readers {
 
 /// Numbers the names of functions, as rows show them.
 class FunctionNames {
  public:
-  [[nodiscard]] std::size_t numberOf(const std::string& function) {
-    if (last_ && *last_ == function) return lastNumber_;
-    auto found = numbers_.find(function);
-    if (found == numbers_.end()) {
-      const auto [plain, isNew] = plain_.try_emplace(plainName(function), names_.size());
-      if (isNew) names_.push_back(&plain->first);
-      found = numbers_.emplace(function, plain->second).first;
-    }
-    last_ = &found->first;
-    lastNumber_ = found->second;
-    return lastNumber_;
+  [[nodiscard]] std::size_t numberOf(std::string_view function) {
+    const std::size_t number = asTold_.numberOf(function);
+    if (number == plainOf_.size()) plainOf_.push_back(plain_.numberOf(plainName(function)));
+    return plainOf_[number];
   }
-  [[nodiscard]] const std::string& nameNumbered(std::size_t number) const { return *names_[number]; }
+  [[nodiscard]] std::string_view nameNumbered(std::size_t number) const { return plain_.textNumbered(number); }
 
  private:
-  std::unordered_map<std::string, std::size_t> numbers_;
-  std::unordered_map<std::string, std::size_t> plain_;
-  std::vector<const std::string*> names_;
-  const std::string* last_ = nullptr;  // they come in runs of one
-  std::size_t lastNumber_ = 0;
+  TextNumbers asTold_;
+  TextNumbers plain_;
+  std::vector<std::size_t> plainOf_;  // of the names as told
 };
 
 }  // namespace kelvar_readers

@@ -8,13 +8,18 @@
 
 namespace kelvar_readers {
 
-void appendLineTime(std::string& text, const LineTime& line) {
+void LineTimesText::add(const LineTime& line) {
   const auto isNoField = [](std::string_view field) { return field.find_first_of("\t\n") != std::string_view::npos; };
-  if (isNoField(line.file) || isNoField(line.function)) return;
+  const bool isSame = line.file == last_.file && line.function == last_.function && !text_.empty();
+  if (!isSame && (isNoField(line.file) || isNoField(line.function))) return;
   std::array<char, 64> figures;
-  const auto time = std::to_chars(figures.begin(), figures.end(), line.time);
-  text.append(figures.begin(), time.ptr).append("\t").append(std::to_string(line.line)).append("\t");
-  text.append(line.file).append("\t").append(line.function).append("\n");
+  char* end = std::to_chars(figures.begin(), figures.end(), line.time).ptr;
+  *end++ = '\t';
+  end = std::to_chars(end, figures.end(), line.line).ptr;
+  text_.append(figures.begin(), end);
+  if (!isSame) text_.append("\t").append(line.file).append("\t").append(line.function);
+  text_ += '\n';
+  last_ = line;
 }
 
 std::vector<KeptLineTime> readLineTimes(const std::string& path) {
@@ -23,15 +28,23 @@ std::vector<KeptLineTime> readLineTimes(const std::string& path) {
   std::vector<KeptLineTime> lines;
   Input input(path);
   while (auto text = input.nextLine()) {
-    KeptLineTime line;
     const auto time = takeNumber<double>(*text);
     const bool tab = takePrefix(*text, "\t");
     const auto number = takeNumber<int>(*text);
-    if (!time || !tab || !number || !takePrefix(*text, "\t")) input.refuse("a time, a line, a file and a function");
+    const bool isSame = text->empty() && !lines.empty();
+    if (!time || !tab || !number || (!isSame && !takePrefix(*text, "\t"))) {
+      input.refuse("a time, a line, a file and a function");
+    }
+    KeptLineTime line;
     line.time = *time;
     line.line = *number;
-    line.file = takeUntil(*text, '\t');
-    line.function = *text;
+    if (isSame) {
+      line.file = lines.back().file;
+      line.function = lines.back().function;
+    } else {
+      line.file = takeUntil(*text, '\t');
+      line.function = *text;
+    }
     lines.push_back(std::move(line));
   }
   return lines;

@@ -23,7 +23,7 @@ struct InLine {
   [[nodiscard]] auto key() const { return std::tie(function, file, line); }
 };
 
-/// Times by line. Records come in runs of one line, and lines in runs of one function: what is added waits unsorted.
+/// Times by line. Records come in runs of one function, most functions in one run: each run is folded as it ends.
 class TimesByLine {
  public:
   void add(const InLine& in) {
@@ -32,32 +32,39 @@ class TimesByLine {
       return;
     }
     if (lines_.size() >= roomBeforeFolding_) {
-      fold();
+      fold(0);
       roomBeforeFolding_ = std::max(roomBeforeFolding_, 2 * lines_.size());
+    } else if (!lines_.empty() && lines_.back().function != in.function) {
+      fold(run_);
     }
     lines_.push_back(in);
   }
   /// Each line once.
   [[nodiscard]] const std::vector<InLine>& folded() {
-    fold();
+    fold(0);
     return lines_;
   }
 
  private:
-  void fold() {
-    std::stable_sort(lines_.begin(), lines_.end(), [](const InLine& a, const InLine& b) { return a.key() < b.key(); });
-    std::size_t kept = 0;
-    for (std::size_t i = 1; i < lines_.size(); ++i) {
+  /// Adds up those of one line from `first` on, and puts them in order.
+  void fold(std::size_t first) {
+    const auto isBefore = [](const InLine& a, const InLine& b) { return a.key() < b.key(); };
+    const auto begin = lines_.begin() + static_cast<std::ptrdiff_t>(first);
+    if (!std::is_sorted(begin, lines_.end(), isBefore)) std::stable_sort(begin, lines_.end(), isBefore);
+    std::size_t kept = first;
+    for (std::size_t i = first + 1; i < lines_.size(); ++i) {
       if (lines_[i].key() == lines_[kept].key()) {
         lines_[kept].time += lines_[i].time;
       } else {
         lines_[++kept] = lines_[i];
       }
     }
-    if (!lines_.empty()) lines_.resize(kept + 1);
+    if (lines_.size() > first) lines_.resize(kept + 1);
+    run_ = lines_.size();
   }
 
   std::vector<InLine> lines_;
+  std::size_t run_ = 0;  // where the last function's lines begin
   std::size_t roomBeforeFolding_ = 1U << 20U;
 };
 
@@ -151,19 +158,12 @@ class SurveyAnalysis final : public Analysis {
   }
 
   [[nodiscard]] std::string lineTimes() {
-    // Each line is told once: a text that grew by copies would take the most memory of the import.
-    constexpr std::size_t kFigures = 48;
-    std::size_t most = kFigures;
+    LineTimesText text;
+    text.add({"", 0, "", total_});
     for (const InLine& in : lines_.folded()) {
-      most += kFigures + places_.pathNumbered(in.file).size() + names_.nameNumbered(in.function).size();
+      text.add({places_.pathNumbered(in.file), in.line, names_.nameNumbered(in.function), in.time});
     }
-    std::string text;
-    text.reserve(most);
-    appendLineTime(text, {"", 0, "", total_});
-    for (const InLine& in : lines_.folded()) {
-      appendLineTime(text, {places_.pathNumbered(in.file), in.line, names_.nameNumbered(in.function), in.time});
-    }
-    return text;
+    return text.take();
   }
 
   Places& places_;

@@ -60,16 +60,18 @@ std::size_t Tally::numberOf(const Frame& frame) {
 
 /// Functions of one name are several where they begin at several places.
 std::size_t Tally::numberOf(const std::string& function, const Place& begin) {
-  if (begin.line == 0 && lastName_ && *lastName_ == function) return lastNumber_;
-  std::string key = function;
-  if (begin.line > 0) key.append(1, '\0').append(begin.file).append(":").append(std::to_string(begin.line));
-  const auto [found, isNew] = numbers_.try_emplace(std::move(key), functions_.size());
-  if (isNew) functions_.push_back({.name = plainName(function), .begin = begin, .files = {}, .weights = {}});
+  std::size_t number = 0;
   if (begin.line == 0) {
-    lastName_ = &found->first;
-    lastNumber_ = found->second;
+    number = numbers_.numberOf(function);
+  } else {
+    std::string key = function;
+    key.append(1, '\0').append(begin.file).append(":").append(std::to_string(begin.line));
+    number = numbers_.numberOf(key);
   }
-  return found->second;
+  if (number == functions_.size()) {
+    functions_.push_back({.name = plainName(function), .begin = begin, .files = {}, .weights = {}});
+  }
+  return number;
 }
 
 std::size_t Tally::addToFunction(const Frame& frame, const Weights& weights) {

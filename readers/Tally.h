@@ -2,11 +2,11 @@
 
 #include <cstddef>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "Places.h"
 #include "Record.h"
+#include "TextNumbers.h"
 
 namespace kelvar_readers {
 
@@ -69,11 +69,9 @@ class Tally {
   std::vector<std::size_t> lastRecord_;  // of each site
   std::size_t record_ = 0;
   std::vector<std::size_t> passed_;  // sites of the record
-  std::unordered_map<std::string, std::size_t> numbers_;
+  TextNumbers numbers_;
   std::vector<std::size_t> ofFrames_;  // number + 1 of each frame that comes again
   std::vector<Function> functions_;
-  const std::string* lastName_ = nullptr;  // records come in runs of one function
-  std::size_t lastNumber_ = 0;
   Weights placeless_{};
   std::size_t placelessCount_ = 0;
 };
