@@ -100,7 +100,8 @@ class Comparer {
     const std::vector<double> after = known(after_.wholes(result_.wholeOf));
     if (!areEnough(before, after)) return;
     whole.p = rankTest(before, after);
-    const bool more = whole.p <= levelFor(before.size(), after.size()) && std::abs(whole.change) >= result_.threshold;
+    const bool more =
+        whole.p <= familyLevelFor(before.size(), after.size()) && std::abs(whole.change) >= result_.threshold;
     whole.verdict = !more ? Verdict::same : whole.change > 0 ? Verdict::slower : Verdict::faster;
   }
 

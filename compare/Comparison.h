@@ -59,7 +59,7 @@ struct SiteChange {
 
 struct Settings {
   static constexpr double kUsualThreshold = 0.03;
-  static constexpr double kLeastShare = 0.001;  ///< of the whole; a smaller site is not judged
+  static constexpr double kLeastShare = 0.01;  ///< of the whole; a smaller site is not judged
 
   /// The least change that counts, 0.05 for 5 %. Where too few runs are there for a test, it decides alone.
   std::optional<double> threshold;

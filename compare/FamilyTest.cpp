@@ -1,8 +1,10 @@
 // Times are compared by their logarithms, since a machine's noise is a share of the time. What a run has in common over
-// all sites (a busy machine, another frequency) is taken off, up to a limit: a change beyond it is not a machine's. The
+// all sites (a busy machine, another frequency) is taken off each site as far as the site follows it, which code that
+// waits for memory does and arithmetic does not, and up to a limit: a change beyond it is not a machine's. The
 // statistic is the difference of the sides' means over its standard error, plus a constant of the family that keeps a
-// site from looking clear by a spread that is small by chance (Tusher, Tibshirani and Chu 2001). All of that is
-// decided without looking at which side a run is of, so that every split is as likely as the one at hand.
+// site from looking clear by a spread that is small by chance (Tusher, Tibshirani and Chu 2001): the lower quartile of
+// the spreads, since a median would hide what happens to the quiet sites among loud ones. All of that is decided
+// without looking at which side a run is of, so that every split is as likely as the one at hand.
 #include "FamilyTest.h"
 
 #include <algorithm>
@@ -20,16 +22,20 @@ namespace {
 constexpr std::size_t kMostSplits = 10'000;
 constexpr std::size_t kLeastCommon = 5;    // with fewer sites, a single one may dominate the common factor
 constexpr double kMostCommon = 0.1397619;  // log 1.15
-constexpr double kLeastTime = 1e-4;        // of the site's greatest time; a smaller one was hardly sampled
+constexpr double kMedian = 0.5;
+constexpr double kLowerQuartile = 0.25;
+constexpr double kLeastTime = 1e-4;  // of the site's greatest time; a smaller one was hardly sampled
 
 using Sides = std::vector<char>;  // 1: the run is of AFTER
 
-double medianOf(std::vector<double> values) {
+/// 0 if there are no values.
+double quantileOf(std::vector<double> values, double part) {
   if (values.empty()) return 0;
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  if (values.size() % 2 == 1) return *middle;
-  return (*middle + *std::max_element(values.begin(), middle)) / 2;
+  const double at = part * static_cast<double>(values.size() - 1);
+  const auto below = values.begin() + static_cast<std::ptrdiff_t>(at);
+  std::nth_element(values.begin(), below, values.end());
+  if (below + 1 == values.end()) return *below;
+  return std::lerp(*below, *std::min_element(below + 1, values.end()), at - std::floor(at));
 }
 
 std::vector<double> logarithms(const std::vector<double>& seconds) {
@@ -55,22 +61,43 @@ double meanOf(const std::vector<double>& values) {
   return count > 0 ? sum / count : 0;
 }
 
-/// Removes each run's common factor, taken over the sites that every run timed.
-void takeOffCommon(std::vector<std::vector<double>>& sites) {
-  std::vector<std::size_t> complete;
-  for (std::size_t at = 0; at < sites.size(); ++at) {
-    if (std::none_of(sites[at].begin(), sites[at].end(), [](double one) { return std::isnan(one); })) {
-      complete.push_back(at);
+/// How far a site follows what its runs have in common, from 0 to 1: the median slope over all pairs of runs (Theil
+/// 1950, Sen 1968), which a change of the site itself moves little.
+double slopeOf(const std::vector<double>& site, const std::vector<double>& common) {
+  constexpr double kApart = 1e-9;  // a slope between equal runs says nothing
+  std::vector<double> slopes;
+  for (std::size_t a = 0; a < site.size(); ++a) {
+    for (std::size_t b = a + 1; b < site.size(); ++b) {
+      const double apart = common[b] - common[a];
+      if (std::abs(apart) <= kApart || std::isnan(site[a]) || std::isnan(site[b])) continue;
+      slopes.push_back((site[b] - site[a]) / apart);
     }
   }
-  if (complete.size() < kLeastCommon) return;
-  std::vector<double> means;
-  for (const std::size_t at : complete) means.push_back(meanOf(sites[at]));
-  for (std::size_t run = 0; run < sites.front().size(); ++run) {
-    std::vector<double> offsets;
-    for (std::size_t i = 0; i < complete.size(); ++i) offsets.push_back(sites[complete[i]][run] - means[i]);
-    const double common = std::clamp(medianOf(std::move(offsets)), -kMostCommon, kMostCommon);
-    for (std::vector<double>& site : sites) site[run] -= common;
+  return std::clamp(quantileOf(std::move(slopes), kMedian), 0.0, 1.0);
+}
+
+/// What each run has in common, taken over the sites that every run timed; 0 where they are too few.
+std::vector<double> commonOf(const std::vector<std::vector<double>>& sites) {
+  std::vector<std::vector<double>> offsets(sites.front().size());
+  for (const std::vector<double>& site : sites) {
+    if (std::any_of(site.begin(), site.end(), [](double one) { return std::isnan(one); })) continue;
+    const double mean = meanOf(site);
+    for (std::size_t run = 0; run < site.size(); ++run) offsets[run].push_back(site[run] - mean);
+  }
+  std::vector<double> common(offsets.size(), 0);
+  for (std::size_t run = 0; run < offsets.size(); ++run) {
+    if (offsets[run].size() >= kLeastCommon) common[run] = quantileOf(std::move(offsets[run]), kMedian);
+  }
+  return common;
+}
+
+void takeOffCommon(std::vector<std::vector<double>>& sites) {
+  const std::vector<double> common = commonOf(sites);
+  for (std::vector<double>& site : sites) {
+    const double slope = slopeOf(site, common);
+    for (std::size_t run = 0; run < site.size(); ++run) {
+      site[run] -= std::clamp(slope * common[run], -kMostCommon, kMostCommon);
+    }
   }
 }
 
@@ -81,9 +108,9 @@ void drawIn(std::vector<double>& site) {
   for (const double one : site) {
     if (!std::isnan(one)) known.push_back(one);
   }
-  const double median = medianOf(known);
+  const double median = quantileOf(known, kMedian);
   for (double& one : known) one = std::abs(one - median);
-  const double reach = kFar * medianOf(std::move(known));
+  const double reach = kFar * quantileOf(std::move(known), kMedian);
   for (double& one : site) {
     if (!std::isnan(one)) one = std::clamp(one, median - reach, median + reach);
   }
@@ -106,7 +133,7 @@ class Statistic {
     }
     std::vector<double> spreads;
     for (const std::vector<double>& site : sites_) spreads.push_back(spreadOf(site));
-    constant_ = medianOf(std::move(spreads));
+    constant_ = quantileOf(std::move(spreads), kLowerQuartile);
   }
 
   [[nodiscard]] std::size_t count() const { return sites_.size(); }
@@ -228,8 +255,8 @@ Timed timedIn(const std::vector<double>& values, std::size_t before) {
 }
 
 double changeOf(const Timed& timed) {
-  const double base = medianOf(timed.before);
-  return base > 0 && !timed.after.empty() ? medianOf(timed.after) / base - 1 : std::nan("");
+  const double base = quantileOf(timed.before, kMedian);
+  return base > 0 && !timed.after.empty() ? quantileOf(timed.after, kMedian) / base - 1 : std::nan("");
 }
 
 }  // namespace
