@@ -6,21 +6,21 @@
 #include <new>
 #include <string>
 
-#include "Annotate.h"
 #include "CommandLine.h"
-#include "Compare.h"
 #include "Diagnosis.h"
 #include "Messages.h"
 #include "Output.h"
 #include "ProcessMemory.h"
-#include "Report.h"
-#include "Runs.h"
-#include "Show.h"
-#include "Status.h"
 #include "Subcommand.h"
-#include "View.h"
+#include "annotate/Annotate.h"
 #include "collect/Collect.h"
+#include "compare/Compare.h"
 #include "import/Import.h"
+#include "report/Report.h"
+#include "runs/Runs.h"
+#include "show/Show.h"
+#include "status/Status.h"
+#include "view/View.h"
 
 namespace kelvar_tool {
 

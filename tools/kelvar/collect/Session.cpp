@@ -12,10 +12,10 @@
 #include <filesystem>
 #include <system_error>
 
-#include "CollectedSources.h"
 #include "Diagnosis.h"
 #include "Messages.h"
 #include "Project.h"
+#include "status/CollectedSources.h"
 
 namespace kelvar_tool {
 

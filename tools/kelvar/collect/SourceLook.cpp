@@ -6,7 +6,7 @@
 #include "Messages.h"
 #include "RunFolder.h"
 #include "ShellText.h"
-#include "StaleSites.h"
+#include "status/StaleSites.h"
 
 namespace kelvar_tool {
 

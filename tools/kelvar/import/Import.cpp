@@ -8,13 +8,13 @@
 #include <utility>
 #include <vector>
 
-#include "CollectedSources.h"
 #include "Messages.h"
 #include "Names.h"
 #include "Options.h"
 #include "Request.h"
 #include "RunFolder.h"
-#include "StaleSites.h"
+#include "status/CollectedSources.h"
+#include "status/StaleSites.h"
 
 namespace kelvar_tool {
 

@@ -3,10 +3,10 @@
 #include <array>
 #include <map>
 
-#include "JsonText.h"
 #include "Messages.h"
 #include "Names.h"
 #include "Place.h"
+#include "text/JsonText.h"
 
 namespace kelvar_tool {
 

@@ -14,7 +14,7 @@
 #include "SiteHistory.h"
 #include "SiteSearch.h"
 #include "Staleness.h"
-#include "TextTable.h"
+#include "text/TextTable.h"
 
 namespace kelvar_tool {
 

@@ -8,7 +8,6 @@
 #include <string>
 
 #include "Annotations.h"
-#include "JsonText.h"
 #include "Messages.h"
 #include "Names.h"
 #include "Options.h"
@@ -16,6 +15,7 @@
 #include "Place.h"
 #include "SiteDoubts.h"
 #include "scan/Scan.h"
+#include "text/JsonText.h"
 
 namespace kelvar_tool {
 

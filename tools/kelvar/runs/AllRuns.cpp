@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "Annotations.h"
-#include "CsvText.h"
 #include "Diagnosis.h"
 #include "Messages.h"
 #include "RunFolder.h"
 #include "Runs.h"
+#include "text/CsvText.h"
 
 namespace kelvar_tool {
 

@@ -13,7 +13,6 @@
 #include <vector>
 
 #include "CollectedSources.h"
-#include "Columns.h"
 #include "Diagnosis.h"
 #include "Messages.h"
 #include "Names.h"
@@ -21,10 +20,11 @@
 #include "Output.h"
 #include "Place.h"
 #include "ProjectOptions.h"
-#include "Rows.h"
 #include "SharedLeaves.h"
 #include "StaleSites.h"
 #include "names.h"
+#include "report/Columns.h"
+#include "report/Rows.h"
 
 namespace kelvar_tool {
 

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "Cell.h"
 #include "CompareRuns.h"
+#include "text/Cell.h"
 
 namespace kelvar_tool {
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "CompareColumns.h"
-#include "Terminal.h"
-#include "TextTable.h"
+#include "text/Terminal.h"
+#include "text/TextTable.h"
 
 namespace kelvar_tool {
 

@@ -10,7 +10,7 @@
 #include "Formats.h"
 #include "Messages.h"
 #include "Output.h"
-#include "Unicode.h"
+#include "text/Unicode.h"
 
 namespace kelvar_tool {
 

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "Formats.h"
-#include "JsonText.h"
 #include "Names.h"
 #include "Output.h"
 #include "names.h"
+#include "text/JsonText.h"
 
 namespace kelvar_tool {
 

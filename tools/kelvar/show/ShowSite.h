@@ -4,7 +4,7 @@
 
 #include "Model.h"
 #include "Project.h"
-#include "Terminal.h"
+#include "text/Terminal.h"
 
 namespace kelvar_tool {
 

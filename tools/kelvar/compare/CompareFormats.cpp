@@ -4,10 +4,10 @@
 #include <optional>
 #include <string>
 
-#include "CsvText.h"
-#include "JsonText.h"
 #include "Output.h"
 #include "RankTest.h"
+#include "text/CsvText.h"
+#include "text/JsonText.h"
 
 namespace kelvar_tool {
 

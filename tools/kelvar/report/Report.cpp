@@ -8,7 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "AllRuns.h"
 #include "Formats.h"
 #include "Messages.h"
 #include "Names.h"
@@ -16,6 +15,7 @@
 #include "Output.h"
 #include "PageModel.h"
 #include "ProjectOptions.h"
+#include "runs/AllRuns.h"
 
 namespace kelvar_tool {
 

@@ -5,13 +5,13 @@
 #include <vector>
 
 #include "Columns.h"
-#include "JsonText.h"
 #include "Loading.h"
 #include "Model.h"
 #include "Output.h"
 #include "ReportEvidence.h"
 #include "Rows.h"
 #include "kelvar/SummaryData.h"
+#include "text/JsonText.h"
 
 namespace kelvar_tool {
 

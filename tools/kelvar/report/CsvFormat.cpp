@@ -3,9 +3,9 @@
 #include <string_view>
 #include <vector>
 
-#include "CsvText.h"
 #include "Formats.h"
 #include "Output.h"
+#include "text/CsvText.h"
 
 namespace kelvar_tool {
 

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "Evidence.h"
-#include "JsonText.h"
 #include "Project.h"
 #include "digestio.h"
+#include "text/JsonText.h"
 
 namespace kelvar_tool {
 

@@ -9,8 +9,6 @@
 #include <system_error>
 
 #include "Browser.h"
-#include "ComparePage.h"
-#include "CompareRuns.h"
 #include "Loading.h"
 #include "Messages.h"
 #include "Names.h"
@@ -20,6 +18,8 @@
 #include "PageModel.h"
 #include "ProjectOptions.h"
 #include "ViewServer.h"
+#include "compare/ComparePage.h"
+#include "compare/CompareRuns.h"
 
 namespace kelvar_tool {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "Model.h"
-#include "Terminal.h"
+#include "text/Terminal.h"
 
 namespace kelvar_tool {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Formats.h"
 #include "ProjectOptions.h"
 #include "Subcommand.h"
+#include "report/Formats.h"
 
 namespace kelvar_tool {
 

@@ -3,8 +3,8 @@
 #include "CompareFormats.h"
 #include "CompareRows.h"
 #include "Output.h"
-#include "Terminal.h"
-#include "TextTable.h"
+#include "text/Terminal.h"
+#include "text/TextTable.h"
 
 namespace kelvar_tool {
 

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "Columns.h"
+#include "report/Columns.h"
 
 namespace kelvar_tool {
 

@@ -8,8 +8,8 @@
 
 #include "Figures.h"
 #include "Staleness.h"
-#include "TextTable.h"
-#include "Unicode.h"
+#include "text/TextTable.h"
+#include "text/Unicode.h"
 
 namespace kelvar_tool {
 

@@ -4,11 +4,11 @@
 #include <string_view>
 #include <vector>
 
-#include "Cell.h"
 #include "PerKind.h"
 #include "digestio.h"
 #include "kelvar/SummaryData.h"
 #include "sitenotes.h"
+#include "text/Cell.h"
 
 namespace kelvar_tool {
 

@@ -1,7 +1,7 @@
 #include "Rows.h"
 
 #include "Messages.h"
-#include "Unicode.h"
+#include "text/Unicode.h"
 
 namespace kelvar_tool {
 

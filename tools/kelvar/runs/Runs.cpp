@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "Diagnosis.h"
-#include "JsonText.h"
 #include "Loading.h"
 #include "Messages.h"
 #include "Names.h"
@@ -17,8 +16,9 @@
 #include "Project.h"
 #include "RunFile.h"
 #include "RunFolder.h"
-#include "Terminal.h"
-#include "TextTable.h"
+#include "text/JsonText.h"
+#include "text/Terminal.h"
+#include "text/TextTable.h"
 
 namespace kelvar_tool {
 
