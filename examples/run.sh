@@ -1,5 +1,5 @@
 #!/bin/sh
-# Makes the sample's project from its annotations and the captured output of the tools, and prints its report:
+# Makes the sample's project from its annotations and the captured output of the tools, and shows what to mend first:
 # run.sh KELVAR [OUT_DIR]
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
@@ -25,4 +25,10 @@ rm -f "$project/annotations.db"
   cat "$project/import.log" >&2
   exit 1
 }
-"$kelvar" report --verbose "$project"
+"$kelvar" show "$project" --source-root "$here"
+[ $# -ge 2 ] || exit 0
+sources=$(dirname "$0")
+echo
+echo "One site, with its source:  $1 show $project 'column mean' --source-root $sources"
+echo "The same in a browser:      $1 view $project --source-root $sources"
+echo "The report for programs:    $1 report $project"
