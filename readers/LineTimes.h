@@ -26,8 +26,8 @@ struct KeptLineTime {
   double time = 0;
 };
 
-/// Writes the file: a line holds the time, the line, the file and the function, with tabs between them. The last two are
-/// left out where they are those of the line before.
+/// Writes the file: a line holds the time, the line, the file and the function, with tabs between them. The last two
+/// are left out where they are those of the line before.
 class LineTimesText {
  public:
   void add(const LineTime& line);
