@@ -31,7 +31,7 @@ const AddressSpaces::Space::value_type* AddressSpaces::mappedAt(long process, st
   return &*std::prev(after);
 }
 
-/// Where what lies at this place of its file was mapped to.
+/// The run-time address of a frame whose address is an offset in its file.
 std::optional<std::uint64_t> AddressSpaces::mappedAddress(long process, const PerfFrame& frame) const {
   const auto space = spaces_.find(process);
   if (space == spaces_.end()) return std::nullopt;
@@ -47,7 +47,7 @@ Symbols* AddressSpaces::symbolsOf(const PerfFrame& frame, const Space::value_typ
   if (frame.object.starts_with('/')) return binaries_.find(std::string(frame.object));
   if (!frame.object.empty()) return nullptr;
   if (mapped) return binaries_.find(mapped->second.path);
-  // Nothing tells which file it is; one that lies where it was linked to can be told by the address alone.
+  // The line names no file. A binary that is not position-independent is recognised by the address alone.
   for (const auto& given : binaries_.given()) {
     if (!given->isPositionIndependent() && given->holds(frame.address)) return given.get();
   }
@@ -58,7 +58,8 @@ const Frame* AddressSpaces::frameAt(long process, const PerfFrame& frame, bool i
   const Space::value_type* const mapped = mappedAt(process, frame.address);
   Symbols* const symbols = symbolsOf(frame, mapped);
   if (!symbols) return nullptr;
-  // perf prints the address of the run, or in stacks the place in the file.
+  // perf prints a run-time address or, in stacks, an offset in the file. The first candidate that agrees with the
+  // printed offset in the function wins, else the first one that is possible.
   std::array<std::optional<std::uint64_t>, 4> candidates;
   if (mapped) candidates[0] = symbols->addressOfOffset(frame.address - mapped->first + mapped->second.offset);
   if (!symbols->isPositionIndependent() && symbols->holds(frame.address)) candidates[1] = frame.address;
@@ -72,7 +73,7 @@ const Frame* AddressSpaces::frameAt(long process, const PerfFrame& frame, bool i
     if (!address || agrees) address = candidate;
     if (agrees) break;
   }
-  // A position-independent file whose mapping was not told: the one function of this name tells where it lies.
+  // Without a mapping, the only function of this name gives the address.
   if (frame.offset && !mapped) {
     const auto begin = symbols->addressOfFunction(std::string(frame.symbol));
     if (begin) address = *begin + *frame.offset;

@@ -11,7 +11,7 @@
 
 namespace kelvar_readers {
 
-/// Which file lies where in each process, and so what its addresses are.
+/// The files mapped into each process; turns the addresses that perf prints into places in the source.
 class AddressSpaces {
  public:
   explicit AddressSpaces(Binaries& binaries) : binaries_(binaries) {}
@@ -19,8 +19,8 @@ class AddressSpaces {
   void add(const PerfMapping& mapping);
   void fork(const PerfFork& fork);
 
-  /// A frame as the debug information has it; null where none is to be had. `isCaller` tells that the address is where
-  /// the call returns to.
+  /// The frame according to the debug information; null when there is none. `isCaller`: the address is a return
+  /// address, so the call itself is just before it.
   [[nodiscard]] const Frame* frameAt(long process, const PerfFrame& frame, bool isCaller);
 
  private:
@@ -29,7 +29,7 @@ class AddressSpaces {
     std::uint64_t offset = 0;
     std::string path;
   };
-  using Space = std::map<std::uint64_t, Mapped>;  // by where they start
+  using Space = std::map<std::uint64_t, Mapped>;  // by start address
 
   [[nodiscard]] const Space::value_type* mappedAt(long process, std::uint64_t address) const;
   [[nodiscard]] std::optional<std::uint64_t> mappedAddress(long process, const PerfFrame& frame) const;

@@ -11,11 +11,11 @@
 
 namespace kelvar_readers {
 
-/// What an import is asked for beside its files.
+/// The options of an import, apart from its files.
 struct Wishes {
   std::string project;
-  int cores = 0;       ///< of the model
-  double atLeast = 0;  ///< percent of the whole below which a function gets no row
+  int cores = 0;       ///< that the model assumes
+  double atLeast = 0;  ///< percent of the total; a function below it gets no row
 };
 
 /// Turns records into the details of one kind of analysis. Records come one by one, and are not kept unless the kind
@@ -24,7 +24,7 @@ class Analysis {
  public:
   virtual ~Analysis() = default;
   virtual void add(const Record& record) = 0;
-  /// Once, after the last record; `reading` has what the readers told beside their records.
+  /// Called once, after the last record; `reading` holds what the readers found out apart from the records.
   [[nodiscard]] virtual Outcome finish(const Reading& reading) = 0;
 };
 
@@ -32,9 +32,9 @@ class Analysis {
 [[nodiscard]] std::unique_ptr<Analysis> vectorizationOf(Places& places, const Wishes& wishes);
 [[nodiscard]] std::unique_ptr<Analysis> dependenciesOf(Places& places, const Wishes& wishes);
 [[nodiscard]] std::unique_ptr<Analysis> mapOf(Places& places, const Wishes& wishes);
-/// From coz's experiments.
+/// From the experiments of coz.
 [[nodiscard]] std::unique_ptr<Analysis> suitabilityOf(Places& places, const Wishes& wishes);
-/// From the survey that stands in the project, by Amdahl's law; takes no records.
+/// From the project's survey, by Amdahl's law; takes no records.
 [[nodiscard]] std::unique_ptr<Analysis> modelOf(Places& places, const Wishes& wishes);
 
 }  // namespace kelvar_readers

@@ -37,7 +37,7 @@ void Binaries::expect(std::string_view path, std::string_view buildId) {
   expected_.insert_or_assign(std::string(path), std::string(buildId));
 }
 
-/// Where one of both has no build-id, nothing can be said against it.
+/// False when either has no build-id: nothing contradicts it then.
 bool Binaries::isOtherBuild(const std::string& path, const Symbols& symbols) const {
   const auto expected = expected_.find(path);
   return expected != expected_.end() && !symbols.buildId().empty() && symbols.buildId() != expected->second;
@@ -46,7 +46,7 @@ bool Binaries::isOtherBuild(const std::string& path, const Symbols& symbols) con
 Symbols* Binaries::open(const std::string& path) {
   for (std::size_t i = 0; i < names_.size(); ++i) {
     if (stemOf(names_[i]) != stemOf(path)) continue;
-    // The user's word is taken for it.
+    // The user named this file, so it is used in spite of the mismatch.
     if (isOtherBuild(path, *given_[i])) {
       otherBuilds_.push_back(names_[i] + " is of another build than the " + path +
                              " that ran: its places may be wrong");

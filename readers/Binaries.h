@@ -10,22 +10,22 @@
 
 namespace kelvar_readers {
 
-/// The programs and libraries that a source names: those that the user gave, found by their names, and else those that
-/// lie where the source says.
+/// The programs and libraries that a tool's output names. Those that the user gave are found by their file names, all
+/// others at the path in the output.
 class Binaries {
  public:
-  /// Throws kelvar_platform::ReadError where one of the `given` cannot be read or has no lines.
+  /// Throws kelvar_platform::ReadError when one of the `given` cannot be read or has no line information.
   Binaries(const std::vector<std::string>& given, Frames& frames);
 
-  /// The file that the source calls `path`, such as `/usr/bin/app` or `[vdso]`; null where it is not to be had.
+  /// The file that the output calls `path`, such as `/usr/bin/app` or `[vdso]`; null when it is not available.
   [[nodiscard]] Symbols* find(const std::string& path);
-  /// What ran as `path` had this build-id. A file of another build that lies there now is not used.
+  /// Records the build-id of what ran as `path`. If the file there now is another build, it is not used.
   void expect(std::string_view path, std::string_view buildId);
-  /// A sentence for each file that was asked for, and is of another build than the one that ran.
+  /// A sentence for each requested file that is another build than the one that ran.
   [[nodiscard]] const std::vector<std::string>& otherBuilds() const noexcept { return otherBuilds_; }
-  /// Those that the user gave, in that order.
+  /// The files that the user gave, in that order.
   [[nodiscard]] const std::vector<std::unique_ptr<Symbols>>& given() const noexcept { return given_; }
-  /// For addresses of no file that can be read.
+  /// For frames in files that cannot be read.
   [[nodiscard]] Frames& frames() noexcept { return frames_; }
 
  private:
@@ -33,7 +33,7 @@ class Binaries {
   [[nodiscard]] bool isOtherBuild(const std::string& path, const Symbols& symbols) const;
 
   Frames& frames_;
-  std::vector<std::string> names_;  // of the given ones
+  std::vector<std::string> names_;  // of given_, by index
   std::vector<std::unique_ptr<Symbols>> given_;
   std::vector<std::unique_ptr<Symbols>> found_;
   std::map<std::string, Symbols*, std::less<>> byPath_;

@@ -37,7 +37,7 @@ std::vector<double> CallGraph::timesOfSites(std::size_t count) {
   return times;
 }
 
-/// Tarjan's strongly connected components, without recursion: programs nest deeper than a stack.
+/// Tarjan's strongly connected components. Without recursion: call graphs can be deeper than our stack.
 void CallGraph::findGroups() {
   constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
   const std::size_t size = self_.size();
@@ -112,8 +112,8 @@ bool CallGraph::isRecursive(const Part& part) const {
                      [this](std::size_t call) { return groups_[calls_[call].caller] == groups_[calls_[call].callee]; });
 }
 
-/// Follows from callers to callees how much of each group runs below the site; what the site's own code takes there is
-/// in its caller's costs already.
+/// Walks from callers to callees and works out which share of each group runs on behalf of the site. That share is
+/// already in the cost of the site's calls, so only the rest of the group's part in the site is added.
 double CallGraph::timeOf(const Parts& parts) const {
   std::map<std::size_t, Part, std::greater<>> open = byGroup(parts);
   if (std::all_of(open.begin(), open.end(), [](const auto& one) { return one.second.calls.empty(); })) {
@@ -121,14 +121,14 @@ double CallGraph::timeOf(const Parts& parts) const {
     for (const auto& [group, part] : open) self += part.self;
     return self;
   }
-  std::map<std::size_t, double> below;  // what reaches a group from the site
+  std::map<std::size_t, double> below;  // by group: the cost of calls into it that come from the site
   double time = 0;
   while (!open.empty()) {
     const std::size_t group = open.begin()->first;
     Part part = std::move(open.begin()->second);
     open.erase(open.begin());
     const double share = into_[group] > 0 ? std::min(1.0, below[group] / into_[group]) : 0;
-    // Where the site calls its own function again, all that this function does lies below the site but for what the
+    // If the site calls its own function again, everything in that function runs below the site, except for what the
     // first call does outside of it.
     const bool recursive = isRecursive(part);
     if (recursive) part = {.self = selfOfGroup_[group], .calls = outOfGroup_[group]};

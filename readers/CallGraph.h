@@ -6,15 +6,15 @@
 
 namespace kelvar_readers {
 
-/// What sites take with all that they call, where a tool tells what each function took itself and what the calls from
-/// each place cost, but not which calls led there. What a site's calls come back to is counted once.
+/// The time of sites including what they call. For tools that report the cost of each function itself and of the calls
+/// from each place, but no stacks. What a site's calls lead back to is counted once.
 class CallGraph {
  public:
-  /// Functions are numbered from 0.
+  /// Functions are numbered from 0; `sites` are those that the code lies in.
   void addSelf(std::size_t function, double cost, const std::vector<std::size_t>& sites);
   void addCall(std::size_t caller, std::size_t callee, double cost, const std::vector<std::size_t>& sites);
 
-  /// Of the sites below `count`, each with all that runs inside it.
+  /// The inclusive time of each site with an index below `count`.
   [[nodiscard]] std::vector<double> timesOfSites(std::size_t count);
 
  private:
@@ -23,7 +23,7 @@ class CallGraph {
     std::size_t callee = 0;
     double cost = 0;
   };
-  /// What of a site lies in one function.
+  /// The part of a site that lies in one function.
   struct Part {
     double self = 0;
     std::vector<std::size_t> calls;  // their indices
@@ -40,10 +40,11 @@ class CallGraph {
   std::vector<double> self_;
   std::vector<Call> calls_;
   std::vector<Parts> sites_;
-  // Functions that call each other around in circles are one group; a group's number is greater than those it calls.
+  // Functions that call each other in a cycle form one group. A group's number is greater than those of the groups that
+  // it calls.
   std::vector<std::size_t> groups_;
   std::vector<double> selfOfGroup_;
-  std::vector<double> into_;                          // what calls of a group from others cost
+  std::vector<double> into_;                          // by group: the cost of calls from other groups
   std::vector<std::vector<std::size_t>> outOfGroup_;  // indices of its calls to other groups
 };
 

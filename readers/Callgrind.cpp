@@ -11,7 +11,7 @@ namespace kelvar_readers {
 
 namespace {
 
-/// `(ID) NAME` where a name is given first, `(ID)` from then on, or the name alone. Names are numbered from 1.
+/// `(ID) NAME` where a name comes first, `(ID)` from then on, or the name alone. Names are numbered from 1.
 class Names {
  public:
   struct Name {
@@ -38,7 +38,7 @@ class Names {
   std::unordered_map<unsigned, std::size_t> byId_;
 };
 
-/// The number of a position: absolute, `+N` and `-N` from the last one, or `*` for the same.
+/// A position: absolute, `+N` or `-N` relative to the last one, or `*` for the same.
 bool takePosition(std::string_view& text, long long& position) {
   if (takePrefix(text, "*")) return true;
   if (takePrefix(text, "0x")) {
@@ -69,7 +69,7 @@ class CallgrindReader {
     while (const auto line = input_.nextLine()) readLine(*line);
     if (!sawEvents_) input_.refuse("an events: line, as callgrind writes it");
     if (!sawCost_) input_.refuse("a cost line");
-    // Callgrind writes the total last where it has one, and a summary first where it has none.
+    // Callgrind writes either a total at the end or a summary at the beginning.
     if (afterCalls_) input_.refuse("the cost of the call");
     if (!sawTotal_) input_.refuse("the rest of the file: neither totals: nor summary:");
     if (summary_ > 0 && !approximatelySummed()) input_.refuse("the rest of the file: its costs are less than summary:");
@@ -167,7 +167,7 @@ class CallgrindReader {
     if (hasLine_ && !takeColumn(line, line_)) input_.refuse("a line and a cost");
     const auto cost = line.empty() ? std::optional<unsigned long long>(0) : takeNumber<unsigned long long>(line);
     if (!cost) input_.refuse("a cost");
-    if (std::exchange(afterJump_, false)) return;  // where the jump stands
+    if (std::exchange(afterJump_, false)) return;  // the cost line of a jump has no cost
     record_.weights[0] = static_cast<double>(*cost) / 1e6;
     record_.stack.assign(1, &frameHere());
     if (std::exchange(afterCalls_, false)) {
@@ -182,14 +182,14 @@ class CallgrindReader {
     sink_(record_);
   }
 
-  /// What the debug information says of the address; without one, what the file says of its line.
+  /// From the debug information of the address; without it, the line that the file itself gives.
   const Frame& frameHere() {
     const auto address = static_cast<std::uint64_t>(address_);
     if (hasAddress_ && symbols_ && symbols_->hasLines() && symbols_->holds(address)) {
       const Frame& frame = symbols_->frameAt(address);
       if (!frame.function.empty() && frame.chain.front().line > 0) return frame;
     }
-    // Code without a line belongs to the line before it.
+    // Code without a line counts for the line before it.
     if (line_ > 0 && line_ <= 2147483647) lined_ = static_cast<int>(line_);
     told_.chain.front().line = lined_;
     return told_;
@@ -219,7 +219,7 @@ class CallgrindReader {
   Reading& reading_;
   const Sink& sink_;
   Record record_;
-  Frame told_;  // where the file says that its costs are
+  Frame told_;  // the place of the costs according to the file itself
   Names files_;
   Names functions_;
   Names objects_;
@@ -229,7 +229,7 @@ class CallgrindReader {
   std::string part_;
   std::string thread_;
   std::size_t callee_ = 0;
-  int lined_ = 0;  // the last line that was told in this function
+  int lined_ = 0;  // the last line given in this function
   long long line_ = 0;
   long long address_ = 0;
   double summary_ = 0;

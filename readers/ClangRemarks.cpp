@@ -8,7 +8,7 @@
 #include "Sources.h"
 #include "Tool.h"
 
-// One YAML document a remark, of every pass there is; those that say how a loop fared are a few in a hundred:
+// One YAML document for each remark, of every pass; only a few in a hundred are about the vectorisation of a loop:
 //
 //   --- !Passed
 //   Pass:            loop-vectorize
@@ -23,12 +23,12 @@ namespace kelvar_readers {
 
 namespace {
 
-/// Gives the parser one stream of the documents worth parsing, and knows on which line of the file each begins.
+/// Feeds the parser only the documents worth parsing, as one stream, and knows on which line of the file each begins.
 class Documents {
  public:
   explicit Documents(Input& input) : input_(input) {}
 
-  /// For the parser: as much as it has room for, 0 at the end.
+  /// Fills the parser's buffer as far as possible and returns the size; 0 at the end.
   std::size_t read(unsigned char* to, std::size_t room) {
     while (given_ == document_.size()) {
       document_.clear();
@@ -41,14 +41,14 @@ class Documents {
     return count;
   }
 
-  /// The line of the file that stands on `line` (from 0) of the stream.
+  /// The line in the file, from 1, of a `line` in the stream, from 0.
   [[nodiscard]] std::size_t lineOf(std::size_t line) const {
     auto after = std::upper_bound(starts_.begin(), starts_.end(), std::pair(line, static_cast<std::size_t>(-1)));
     return after == starts_.begin() ? line + 1 : std::prev(after)->second + line - std::prev(after)->first;
   }
 
  private:
-  /// Reads on to the next document that says how a loop fared; false where there is none.
+  /// Reads on to the next document about the vectorisation of a loop; false when there is none.
   bool nextWanted() {
     while (const auto line = input_.nextLine()) {
       if (line->empty()) continue;
@@ -65,7 +65,7 @@ class Documents {
     return false;
   }
 
-  /// The rest of a document, up to its `...`; whether it is one of the wanted.
+  /// Reads the rest of a document, up to its `...`; true when it is one that is wanted.
   bool readDocument(std::size_t& lines) {
     const bool reason = document_.starts_with("--- !Analysis");  // why a loop is not vectorised
     bool pass = false;
@@ -85,7 +85,7 @@ class Documents {
     input_.refuse("the rest of the remark: its ... line");
   }
 
-  /// No pass is called by a number: these are numbers of texts.
+  /// Refuses a file whose texts are numbers that refer to a string table elsewhere: no pass has a number for a name.
   void requireTexts(std::string_view pass) const {
     if (pass.empty() || pass.find_first_not_of("0123456789") != std::string_view::npos) return;
     input_.refuse(
@@ -135,7 +135,7 @@ class RemarkReader {
   }
 
  private:
-  /// An exception must not cross the parser's C: it waits here until the parser is back.
+  /// An exception must not pass through the parser's C code, so it is kept until the parser has returned.
   static int feed(void* self, unsigned char* to, std::size_t room, std::size_t* count) noexcept {
     auto& reader = *static_cast<RemarkReader*>(self);
     try {
@@ -186,7 +186,7 @@ class RemarkReader {
     }
   }
 
-  /// Keys and values take turns; what nests starts with a key again.
+  /// Keys and values alternate; a nested mapping starts with a key again.
   void takeScalar(std::string_view text, const yaml_event_t& event) {
     if (key_.empty()) {
       key_ = text;
@@ -233,7 +233,7 @@ class RemarkReader {
 
 namespace {
 
-/// LLVM's own tool reads what is saved as bitstream: it is versioned by LLVM's release, and the newest reads the most.
+/// A bitstream is converted by LLVM's own tool. Its name carries the LLVM version, and newer ones read more files.
 void readBitstream(Input& input, const Sink& sink) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(input.path(), error)) input.refuse("line 1", "a bitstream that lies in a file");

@@ -7,10 +7,10 @@ namespace kelvar_readers {
 
 namespace {
 
-// Coz takes a sample each millisecond of a thread's time.
+// Coz takes a sample for each millisecond of a thread's time.
 constexpr double kSecondsASample = 0.001;
 
-/// What one line's experiments came to, by how much the line was sped up.
+/// The sum of a line's experiments at one virtual speedup.
 struct Trial {
   double duration = 0;
   double visits = 0;  // of the progress points
@@ -80,7 +80,7 @@ class CozReader {
     any_ = true;
   }
 
-  /// The line sped up most, short of taking no time at all, against the line as it is.
+  /// Compares the experiment with the greatest speedup below 100 % with the one without speedup.
   void give(const std::string& location, const std::map<double, Trial>& trials) {
     const auto seconds = seconds_.find(location);
     Weights weights{};
@@ -109,7 +109,7 @@ class CozReader {
   const Sink& sink_;
   std::map<std::string, std::map<double, Trial>> experiments_;
   std::map<std::string, double> seconds_;
-  Trial* trial_ = nullptr;  // of the experiment that was read last; nodes of a map stay where they are
+  Trial* trial_ = nullptr;  // of the experiment read last; elements of a map do not move
   bool any_ = false;
 };
 

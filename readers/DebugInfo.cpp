@@ -17,18 +17,18 @@ struct Row {
   const char* file = nullptr;  // the debug information keeps it
   int line = 0;
   int column = 0;
-  bool ends = false;  // no instruction of the sequence stands here or behind
+  bool ends = false;  // the sequence of instructions ends before this address
 };
 
 struct Function {
   std::uint64_t begin = 0;
   std::uint64_t end = 0;
   Dwarf_Die die{};
-  std::shared_ptr<InlineTree> tree;  // once it is asked for; of all the pieces of a function
-  std::size_t whole = 0;             // its first piece
+  std::shared_ptr<InlineTree> tree;  // built on demand, and only for the first piece of a function
+  std::size_t whole = 0;             // the index of that first piece
 };
 
-/// The last of the sorted `rows` at or before `address`; their number where all are behind it.
+/// The index of the last of the sorted `rows` at or before `address`; rows.size() when all are after it.
 template <class Rows, class Key>
 std::size_t lastUpTo(const Rows& rows, std::uint64_t address, Key key) {
   const auto after = std::upper_bound(rows.begin(), rows.end(), address,
@@ -36,7 +36,7 @@ std::size_t lastUpTo(const Rows& rows, std::uint64_t address, Key key) {
   return after == rows.begin() ? rows.size() : static_cast<std::size_t>(std::prev(after) - rows.begin());
 }
 
-/// Calls `take` with each piece of what the entry covers. What the linker dropped is left at address 0.
+/// Calls `take` with each address range of the entry. Code that the linker dropped has address 0 and is skipped.
 template <class Take>
 void eachRange(Dwarf_Die* die, Take take) {
   Dwarf_Addr base = 0;
@@ -49,7 +49,7 @@ void eachRange(Dwarf_Die* die, Take take) {
 
 }  // namespace
 
-/// A unit of compilation, read as far as it was asked about.
+/// A compilation unit; its lines and functions are read on demand.
 struct DebugInfo::Unit {
   Unit(Dwarf_Die entry, Dwarf_Die inside) : die(entry), full(inside) {}
 
@@ -74,7 +74,7 @@ struct DebugInfo::Unit {
     rows.push_back(row);
   }
 
-  /// The functions that stand in the unit or a namespace of it; `everywhere` for those within others too.
+  /// Reads the functions in the unit and its namespaces; with `everywhere`, also those nested in other entries.
   void readFunctions(bool everywhere) {
     functions.clear();
     functionsRead = true;
@@ -135,8 +135,8 @@ struct DebugInfo::Unit {
     return *tree;
   }
 
-  Dwarf_Die die;   // what it covers, and its lines
-  Dwarf_Die full;  // its functions: the same, or in a file of its own
+  Dwarf_Die die;   // has the address ranges and the lines
+  Dwarf_Die full;  // has the functions: the same entry, or the one in the split debug file
   bool linesRead = false;
   bool functionsRead = false;
   bool deepRead = false;
@@ -165,7 +165,7 @@ void DebugInfo::addUnit(Dwarf_Die die, Dwarf_Die functions) {
   const std::size_t number = units_.size() - 1;
   eachRange(&die, [&](Dwarf_Addr begin, Dwarf_Addr end) { ranges_.push_back({begin, end, number}); });
   if (ranges_.size() != before) return;
-  // A unit that does not say what it covers, as some assemblers write it: its lines do.
+  // Some assemblers write no address ranges for a unit: take them from its lines.
   Unit& unit = *units_.back();
   unit.readLines();
   std::optional<std::uint64_t> begin;
@@ -197,7 +197,7 @@ std::vector<Place> DebugInfo::chainAt(std::uint64_t address, std::uint64_t begin
   if (at == rows.size() || rows[at].ends) return {};
   std::vector<Place> chain(1);
   if (rows[at].file) chain[0].file = rows[at].file;
-  // Back to instructions that have a line.
+  // Go back to the nearest instruction that has a line.
   std::uint64_t lined = address;
   while (rows[at].line == 0 && rows[at].address > begin) {
     const std::size_t before = lastUpTo(rows, rows[at].address - 1, &Row::address);

@@ -12,8 +12,8 @@
 
 namespace kelvar_readers {
 
-/// What the debug information of one file says of addresses: lines, and calls that were inlined. A unit is read when an
-/// address in it is asked about; addresses are those of the debug information.
+/// Lines and inlined calls by address, from the debug information of one file. A unit is read when an address in it is
+/// first looked up. Addresses are those of the debug information.
 class DebugInfo {
  public:
   explicit DebugInfo(Dwarf* dwarf);
@@ -22,8 +22,8 @@ class DebugInfo {
   DebugInfo& operator=(const DebugInfo&) = delete;
 
   [[nodiscard]] bool hasLines() const noexcept;
-  /// The chain of places at the address, innermost first. An address without a line has that of the nearest before it
-  /// that has one, from `begin` on; that is then said in `isGuessed`. Empty where nothing is known.
+  /// The chain of places at the address, innermost first. An address without a line takes the line of the nearest
+  /// instruction before it, back to `begin`, and `isGuessed` is set. Empty when nothing is known.
   [[nodiscard]] std::vector<Place> chainAt(std::uint64_t address, std::uint64_t begin, bool& isGuessed);
 
  private:

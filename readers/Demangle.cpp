@@ -14,7 +14,7 @@ struct Free {
   void operator()(char* text) const noexcept { std::free(text); }  // NOLINT(cppcoreguidelines-no-malloc)
 };
 
-/// The bracket that closes the one at `open`; npos where none does.
+/// The index of the bracket that closes the one at `open`; npos when none does.
 std::size_t closing(std::string_view text, std::size_t open, char opens, char closes) {
   int depth = 0;
   for (std::size_t i = open; i < text.size(); ++i) {
@@ -48,7 +48,7 @@ std::string plainName(std::string_view function) {
       ++i;
     } else if (function[i] == '(') {
       const std::size_t end = closing(function, i, '(', ')');
-      // A local class of a function, or a lambda: the arguments stand within the name.
+      // A local class of a function, or a lambda: the arguments are in the middle of the name.
       const std::string_view behind = function.substr(std::min(end, function.size() - 1) + 1);
       if (!behind.starts_with("::") && !behind.starts_with('#')) break;
       i = end;

@@ -5,11 +5,11 @@
 
 namespace kelvar_readers {
 
-/// A symbol as its programmer wrote it; a name that is not mangled stays as it is.
+/// The demangled symbol; a name that is not mangled is returned unchanged.
 [[nodiscard]] std::string demangled(const std::string& symbol);
 
-/// A function's name without its arguments, result and template arguments' depth: what a label has room for, and what
-/// tools agree on. `(anonymous namespace)::smooth(float*, int)` is `smooth`.
+/// A function's name without its arguments, result type, template arguments and anonymous namespaces: short enough for
+/// a label, and the part that all tools agree on. `(anonymous namespace)::smooth(float*, int)` is `smooth`.
 [[nodiscard]] std::string plainName(std::string_view function);
 
 }  // namespace kelvar_readers

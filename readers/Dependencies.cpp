@@ -15,11 +15,11 @@ class DependenciesAnalysis final : public Analysis {
  public:
   DependenciesAnalysis(Places& places, const Wishes&) : places_(places), tally_(places) {}
 
-  /// A report comes as one record for each of its stacks: it counts once, whatever they have in common.
+  /// A report comes as one record for each of its stacks, but counts once.
   void add(const Record& record) override {
     if (record.report != report_ || record.report == 0) endReport();
     report_ = record.report;
-    // The reader's frames of a report end with it.
+    // Copied, since the reader's frames live only during this call.
     Stack& stack = stacks_.emplace_back();
     stack.record = record;
     for (const Frame* const frame : record.stack) stack.frames.push_back(*frame);
@@ -44,7 +44,7 @@ class DependenciesAnalysis final : public Analysis {
     Record record;
     std::deque<Frame> frames;
   };
-  /// What was found, told once however often it came.
+  /// A finding; repeated reports of it are only counted.
   struct Found {
     kelvar_platform::Evidence evidence;
     std::set<std::size_t> sites;
@@ -76,7 +76,8 @@ class DependenciesAnalysis final : public Analysis {
     return kNone;
   }
 
-  /// The places that a finding rests on: of each of its stacks, the one that lies in a site, else the project's own.
+  /// Records a finding with one place of each of its stacks: the first one in a site, else the first of the project's
+  /// own.
   void keep(const std::set<std::size_t>& sites, std::size_t function) {
     if (sites.empty() && function == kNone) return;
     kelvar_platform::Evidence one{.kind = kindOf(stacks_.front().record.weights)};
@@ -136,7 +137,7 @@ class DependenciesAnalysis final : public Analysis {
 
   Places& places_;
   Tally tally_;
-  std::deque<Stack> stacks_;  // of the report that is being read
+  std::deque<Stack> stacks_;  // of the current report
   std::vector<Found> found_;
   std::map<std::string, std::size_t> numbers_;
   std::size_t report_ = 0;

@@ -9,7 +9,7 @@
 
 namespace kelvar_readers {
 
-/// Numbers the names of functions, as rows show them.
+/// Numbers functions by their plain names, as rows show them.
 class FunctionNames {
  public:
   [[nodiscard]] std::size_t numberOf(std::string_view function) {
@@ -22,7 +22,7 @@ class FunctionNames {
  private:
   TextNumbers asTold_;
   TextNumbers plain_;
-  std::vector<std::size_t> plainOf_;  // of the names as told
+  std::vector<std::size_t> plainOf_;  // by the number in asTold_
 };
 
 }  // namespace kelvar_readers

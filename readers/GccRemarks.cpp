@@ -25,7 +25,7 @@ std::string_view messageOf(const object& record) {
   return {};
 }
 
-/// All that a record says: texts, and the expressions and statements among them.
+/// The whole message of a record: its texts, and the expressions and statements among them.
 std::string wholeMessageOf(const object& record) {
   std::string whole;
   array message;
@@ -69,12 +69,12 @@ Place placeOf(const object& record) {
   return place;
 }
 
-/// Only a record whose message is one of these says how a loop fared. An epilogue that stays scalar is told like a loop
-/// of its own: the loop counts as vectorised all the same, at its first and greatest width.
+/// Only records with these messages say whether a loop was vectorised. gcc reports a scalar epilogue like a loop of its
+/// own; the loop counts as vectorised all the same, at its first and greatest width.
 bool readVerdict(const object& record, Record& loop) {
   std::string_view message = messageOf(record);
   std::string_view first = message;
-  loop.words.text = std::string(takeUntil(first, '\n'));  // gcc may go on in the same record with its next loop
+  loop.words.text = std::string(takeUntil(first, '\n'));  // gcc may continue with its next loop in the same record
   if (takePrefix(message, "loop vectorized using ")) {
     loop.weights = {1, 0, 0};
     loop.note = std::string(takeUntil(message, ' ')) + "B";
@@ -87,9 +87,9 @@ bool readVerdict(const object& record, Record& loop) {
   return true;
 }
 
-/// Why a loop is not vectorised: what failed last in its function and pass before gcc gives the loop up. The record is
-/// at a statement of the loop, or at one inlined into it, and need not say "not vectorized"; failures of other passes,
-/// such as that over basic blocks, are not about the loop.
+/// Why a loop is not vectorised: the last failure in its function and pass before gcc gives up on the loop. The record
+/// is at a statement of the loop, or at one inlined into it, and need not say "not vectorized". Failures of other
+/// passes, such as the one over basic blocks, are not about the loop.
 struct Failure {
   std::string function;
   std::string pass;

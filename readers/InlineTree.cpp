@@ -12,7 +12,7 @@ namespace kelvar_readers {
 
 namespace {
 
-// No compiler nests this deep; damaged files do.
+// No compiler nests this deep; damaged files may.
 constexpr std::size_t kDeepest = 4096;
 
 int numberOf(Dwarf_Die* die, unsigned attribute) {
@@ -89,11 +89,11 @@ void InlineTree::paint(Dwarf_Die* die, std::size_t call) {
   for (std::ptrdiff_t at = 0; (at = dwarf_ranges(die, at, &base, &begin, &end)) > 0;) paint(begin, end, call);
 }
 
-/// What is painted last lies innermost: calls come after those around them.
+/// The last call painted over an address is the innermost, since outer calls are visited first.
 void InlineTree::paint(std::uint64_t begin, std::uint64_t end, std::size_t call) {
   if (begin >= end) return;
   const auto behind = innermost_.upper_bound(end);
-  const std::size_t after = std::prev(behind)->second;  // 0 is always there
+  const std::size_t after = std::prev(behind)->second;  // there is always an entry at address 0
   const auto from = innermost_.lower_bound(begin);
   innermost_.erase(from, behind);
   innermost_[begin] = call;

@@ -12,14 +12,14 @@
 
 namespace kelvar_readers {
 
-/// One function of a unit of debug information: which calls were inlined where.
+/// The calls that were inlined into one function, by address.
 class InlineTree {
  public:
-  /// Of the subprogram; `files` are those of its unit.
+  /// `subprogram` is the function's entry; `files` are those of its unit, or null.
   InlineTree(Dwarf_Die subprogram, Dwarf_Files* files);
 
-  /// Appends the inlined calls around `address`, innermost first, to a chain that begins with the place that the line
-  /// table has for it, and names what each place lies in. The last one lies in the subprogram itself.
+  /// `chain` holds the place that the line table has for `address`. Appends the places of the inlined calls around it,
+  /// innermost first, and fills in the function of each place. The last one lies in the subprogram itself.
   void appendChain(std::uint64_t address, std::vector<Place>& chain) const;
 
  private:
@@ -38,7 +38,7 @@ class InlineTree {
 
   Dwarf_Files* files_;
   std::vector<Call> calls_;                         // the first is the subprogram
-  std::map<std::uint64_t, std::size_t> innermost_;  // from an address on, up to the next
+  std::map<std::uint64_t, std::size_t> innermost_;  // each entry holds up to the next address
 };
 
 }  // namespace kelvar_readers

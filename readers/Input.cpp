@@ -15,9 +15,9 @@ namespace kelvar_readers {
 namespace {
 
 constexpr std::size_t kChunk = 1U << 18U;
-// No tool writes longer lines: what has none is no text, and is not worth holding.
+// No tool writes longer lines. A longer one means that the file is no text, and is not worth the memory.
 constexpr std::size_t kLongestLine = 1U << 24U;
-// Below this a file is read before anyone could look.
+// A smaller file is read too fast for progress to be worth showing.
 constexpr std::size_t kWorthShowing = 32U << 20U;
 
 }  // namespace
@@ -54,7 +54,7 @@ bool Input::hasMore() {
   return begin_ < end_ || refill();
 }
 
-/// The descriptor where `file` is empty. Compression is told from what the file begins with.
+/// Opens `file`, or `descriptor` when `file` is empty. Compression is recognised by the first bytes.
 void Input::open(const std::string& file, int descriptor) {
   file_.reset(archive_read_new());
   ::archive* const opened = file_.get();
@@ -68,14 +68,14 @@ void Input::open(const std::string& file, int descriptor) {
   const int done = file.empty() ? archive_read_open_fd(opened, descriptor, kChunk)
                                 : archive_read_open_filename(opened, file.c_str(), kChunk);
   if (done != ARCHIVE_OK) {
-    // What is compressed and cut off is noticed here already, if it is short.
+    // A short compressed file that was cut off fails here already.
     const bool cut = reason().find("runcated") != std::string::npos;
     refuse(cut ? linePlace(1) : "", (cut ? "the rest of the file (" : "a file that can be read (") + reason() + ")");
   }
   archive_entry* entry = nullptr;
   const int header = archive_read_next_header(opened, &entry);
   if (header == ARCHIVE_EOF) {
-    file_.reset();  // there is nothing in it
+    file_.reset();  // the file is empty
   } else if (header < ARCHIVE_WARN) {
     refuse(linePlace(1), "the rest of the file (" + reason() + ")");
   }
@@ -103,7 +103,7 @@ std::optional<std::string_view> Input::nextLine() {
     searched = begin_ + unread;
   }
   if (begin_ == end_) return std::nullopt;
-  // Every tool ends its last line: one without an end was cut off.
+  // Every tool ends its last line, so a line without an end was cut off.
   refuse(linePlace(lineNumber_ + 1), "the rest of the line");
 }
 
@@ -116,7 +116,7 @@ std::string Input::rest() {
   return text;
 }
 
-/// Reads on behind what is not given out yet; false at the end of the file.
+/// Reads more after the unread part of the buffer; false at the end of the file.
 bool Input::refill() {
   std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
   end_ -= begin_;

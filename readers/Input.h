@@ -21,32 +21,32 @@ struct ArchiveEnd {
 
 using ShowProgress = std::function<void(std::string_view activity)>;
 
-/// A tool's output as it is read, compressed by gzip, bzip2, xz or zstd or not: by lines where it may be of any size,
-/// or whole where its parser wants that. Every refusal is a kelvar_platform::ReadError that names the line.
+/// A tool's output, plain or compressed by gzip, bzip2, xz or zstd. It is read line by line, or whole for a parser that
+/// needs that. Every refusal is a kelvar_platform::ReadError that names the line.
 class Input {
  public:
-  /// `-` is the standard input. `showProgress` is told how far a large file is read; it may be empty.
+  /// `-` is the standard input. `showProgress` is called with the progress of a large file; it may be empty.
   explicit Input(std::string path, ShowProgress showProgress = {});
 
-  /// What a tool that runs writes; `name` stands for it in refusals.
+  /// The output of a running tool; refusals call it `name`.
   Input(int descriptor, std::string name);
   ~Input();
   Input(const Input&) = delete;
   Input& operator=(const Input&) = delete;
 
-  /// Whether what was not read yet begins like this.
+  /// Whether the unread part begins with `text`.
   [[nodiscard]] bool beginsWith(std::string_view text);
   [[nodiscard]] bool hasMore();
   /// The next line without its end; empty at the end of the file. Valid until the next call.
   [[nodiscard]] std::optional<std::string_view> nextLine();
-  /// All that was not read yet.
+  /// Everything that was not read yet.
   [[nodiscard]] std::string rest();
 
   [[nodiscard]] const std::string& path() const noexcept { return path_; }
-  /// Of the line that nextLine gave last, counted from 1; 0 before the first.
+  /// The number of the line that nextLine returned last, from 1; 0 before the first.
   [[nodiscard]] std::size_t lineNumber() const noexcept { return lineNumber_; }
 
-  /// What does not fit, at the line read last or another place.
+  /// Throws a ReadError that says what was expected, at the last line or at `place`.
   [[noreturn]] void refuse(const std::string& expected) const;
   [[noreturn]] void refuse(const std::string& place, const std::string& expected) const;
 
@@ -59,18 +59,18 @@ class Input {
   std::string path_;  // as it is named in refusals
   std::unique_ptr<::archive, ArchiveEnd> file_;
   std::vector<char> buffer_;
-  std::size_t begin_ = 0;  // what is read and not given out stands from here
-  std::size_t end_ = 0;    // to here
+  std::size_t begin_ = 0;  // of the unread part of the buffer
+  std::size_t end_ = 0;    // of the unread part of the buffer
   std::size_t lineNumber_ = 0;
   std::size_t size_ = 0;  // of the file on disk
   std::size_t toldPercent_ = 0;
   ShowProgress showProgress_;
 };
 
-/// `place` of a refusal for a line.
+/// A line as the `place` of a refusal; empty for line 0.
 [[nodiscard]] std::string linePlace(std::size_t line);
 
-/// Takes a number off the front of `text`; empty, and nothing taken, where none stands there or it is out of range.
+/// Takes a number off the front of `text`. Empty, with nothing taken, when there is none or it is out of range.
 template <class Number, class... Base>
 [[nodiscard]] std::optional<Number> takeNumber(std::string_view& text, Base... base) {
   Number value{};
@@ -83,9 +83,9 @@ template <class Number, class... Base>
   return value;
 }
 
-/// Takes `prefix` off the front of `text` where it stands there.
+/// Takes `prefix` off the front of `text`; false when `text` does not begin with it.
 [[nodiscard]] bool takePrefix(std::string_view& text, std::string_view prefix);
-/// Takes off what stands before `separator`, and the separator; all of it where there is none.
+/// Takes the text before `separator` off the front, and drops the separator; takes everything when there is none.
 [[nodiscard]] std::string_view takeUntil(std::string_view& text, char separator);
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 

@@ -9,21 +9,21 @@
 // Lackey's --trace-mem=yes, among valgrind's own lines (==PID== ...):
 //
 //   I  0401ab73,5      an instruction: address, size
-//    L 1fff0006e8,8    what it loads; S: what it stores; M: what it modifies
+//    L 1fff0006e8,8    a load; S: a store; M: a modify
 namespace kelvar_readers {
 
 namespace {
 
-// Where valgrind on amd64 puts what was linked to begin at 0.
+// The address at which valgrind on amd64 loads a position-independent program.
 constexpr std::uint64_t kValgrindBase = 0x108000;
-/// How many instructions count as much as one access does, of those that a trace is bound to.
+/// For the limit of a trace, this many instructions count like one access.
 constexpr std::uint64_t kInstructionsAnAccess = 10;
 constexpr std::size_t kNoLine = static_cast<std::size_t>(-1);
 
 enum Stride : std::size_t { unit, constant, none };
 
-/// The accesses of one kind by the instructions of one source line, newest last: a loop that was unrolled walks an
-/// array with several instructions, each of which carries on where another one stopped.
+/// The ends of the latest accesses of one kind in a group. An unrolled loop walks an array with several instructions,
+/// each of which continues where another one stopped.
 struct Neighbours {
   std::array<std::uint64_t, 8> ends{};
   std::size_t next = 0;
@@ -39,17 +39,18 @@ struct Walk {
   std::uint64_t last = 0;
   std::int64_t step = 0;
   bool started = false;
-  std::size_t line = 0;  // which line of the source it belongs to
+  std::size_t line = 0;  // index of its source line; kNoLine when it has none
 };
 
-/// How far accesses lie from those before them, in bytes. Steps come in runs of one.
+/// Counts the distances between successive accesses, in bytes. Equal steps come in runs, so each run is counted at
+/// once.
 class Steps {
  public:
   void add(std::int64_t step) {
     if (step != last_) flush(step);
     ++run_;
   }
-  /// The commonest, most often first.
+  /// The most frequent steps and their counts, the most frequent first.
   [[nodiscard]] std::vector<std::pair<std::int64_t, std::int64_t>> commonest() {
     flush(last_);
     std::vector<std::pair<std::int64_t, std::int64_t>> steps(counts_.begin(), counts_.end());
@@ -62,7 +63,7 @@ class Steps {
 
  private:
   static constexpr std::size_t kMostSteps = 3;
-  static constexpr std::size_t kMostKnown = 1024;  // of a line that jumps about, the first ones do
+  static constexpr std::size_t kMostKnown = 1024;  // bounds the memory for a line with irregular accesses
 
   void flush(std::int64_t next) {
     if (run_ > 0) {
@@ -81,17 +82,17 @@ class Steps {
   std::int64_t run_ = 0;
 };
 
-/// The accesses that carry on from each other: those of one line, or in one function those without a line of their own,
-/// such as the body of a loop that was vectorised.
+/// Accesses that may continue each other: those of one line, or in one function all those without a line of their own,
+/// such as the body of a vectorised loop.
 struct Group {
   Neighbours loads;
   Neighbours stores;
 };
 
-/// The accesses of the instructions that are one line of one function, all in the same inlined call or in none.
+/// The accesses of one source line in one function, in one and the same chain of inlined calls.
 struct Line {
   const Frame* frame = nullptr;
-  std::size_t group = 0;  // whose accesses are its neighbours
+  std::size_t group = 0;
   Weights accesses{};
   Steps steps;
 };
@@ -104,8 +105,8 @@ class LackeyReader {
     while (const auto line = input_.nextLine()) {
       readLine(*line);
       if (reading_.mapAccesses == 0) continue;
-      // What libraries do does not count: a program begins in them, for millions of accesses. A loop that computes in
-      // registers has a line for each instruction, and hardly any access.
+      // Accesses of libraries do not count: a program starts with millions of them. Instructions are limited too: a
+      // loop that computes in registers fills the trace with instructions and hardly any accesses.
       const bool isLong = instructions_ / kInstructionsAnAccess >= reading_.mapAccesses;
       if (accesses_ < reading_.mapAccesses && !isLong) continue;
       reading_.endedEarly = true;
@@ -123,7 +124,7 @@ class LackeyReader {
   }
 
  private:
-  /// What is no line of the trace is valgrind's own, or what the program printed: both share the standard error.
+  /// Other lines are valgrind's own, or printed by the program: all share the standard error.
   void readLine(std::string_view text) {
     if (takePrefix(text, "I  ")) {
       ++instructions_;
@@ -145,7 +146,7 @@ class LackeyReader {
     return std::pair(*address, *size);
   }
 
-  /// Null for an instruction of no binary that was given.
+  /// Null for an instruction outside of the given binaries.
   Walk* walkAt(std::uint64_t address) {
     const auto known = walks_.find(address);
     if (known != walks_.end()) return known->second.line == kNoLine ? nullptr : &known->second;
@@ -189,7 +190,7 @@ class LackeyReader {
     Line& line = lines_[walk_->line];
     Neighbours& near = groups_[line.group].*neighbours;
     const auto step = static_cast<std::int64_t>(address - walk_->last);
-    // What an instruction touches first is no step yet.
+    // The first access of an instruction makes no step.
     if (walk_->started) {
       ++line.accesses[strideOf(step, size, near, address)];
       line.steps.add(step);
@@ -214,7 +215,7 @@ class LackeyReader {
   std::unordered_map<std::string, std::size_t> groupOfKey_;
   std::vector<Line> lines_;
   std::vector<Group> groups_;
-  Walk* walk_ = nullptr;  // of the instruction read last; nodes of a map stay where they are
+  Walk* walk_ = nullptr;  // of the instruction read last; elements of the map do not move
   double elsewhere_ = 0;
   std::uint64_t accesses_ = 0;
   std::uint64_t instructions_ = 0;

@@ -7,12 +7,12 @@
 
 namespace kelvar_readers {
 
-/// The name, in a project, of the file that keeps where the time of each function went when its survey was imported. No
-/// reader of results asks for it; the import of loops does.
+/// The file in a project that keeps the time of each line of each function, written by the import of a survey. It is no
+/// part of a result: the import of vectorisation remarks reads it, to give loops their times.
 inline constexpr const char* kLineTimesFile = "survey-lines.tsv";
 
-/// The seconds, or whatever a survey counts, of one line of the project's own files, in one function. Its texts live as
-/// long as the text is written.
+/// The time of one line of the project's own files, in one function: in seconds, or in the survey's unit. Its texts
+/// must live until the writer is done.
 struct LineTime {
   std::string_view file;
   int line = 0;
@@ -26,8 +26,8 @@ struct KeptLineTime {
   double time = 0;
 };
 
-/// Writes the file: a line holds the time, the line, the file and the function, with tabs between them. The last two
-/// are left out where they are those of the line before.
+/// Builds the file's text. A line holds the time, the line number, the file and the function, separated by tabs. File
+/// and function are left out when they are those of the line before.
 class LineTimesText {
  public:
   void add(const LineTime& line);
@@ -38,7 +38,7 @@ class LineTimesText {
   LineTime last_;
 };
 
-/// Nothing where there is no such file. Throws kelvar_platform::ReadError for one that does not fit.
+/// Empty when there is no such file. Throws kelvar_platform::ReadError for a malformed one.
 [[nodiscard]] std::vector<KeptLineTime> readLineTimes(const std::string& path);
 
 }  // namespace kelvar_readers

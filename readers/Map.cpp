@@ -47,7 +47,7 @@ class MapAnalysis final : public Analysis {
     }
   }
 
-  /// The commonest steps of a site, with the line that makes most of them.
+  /// The most frequent steps of a site, each with the line that makes it most often.
   void addEvidence(Outcome& outcome, std::size_t site) {
     for (const auto& [bytes, stepped] : steps_[site]) {
       outcome.evidence.push_back({.detail = static_cast<std::int32_t>(outcome.details.size()) - 1,

@@ -12,35 +12,35 @@ namespace kelvar_readers {
 
 using Detail = kelvar_platform::DetailRecord;
 
-/// All that an import found out.
+/// The result of an import, before it is written.
 struct Outcome {
   std::vector<Detail> details;
-  std::vector<kelvar_platform::Evidence> evidence;  ///< what the details rest on
+  std::vector<kelvar_platform::Evidence> evidence;  ///< for the details, which it names by index
   double programMaxGain = 0;
-  std::string emptiness;             ///< why this says nothing of the program; empty where it says something
-  std::string lineTimes;             ///< of a survey: the text of its LineTime file, for what is imported after it
-  std::vector<std::string> remarks;  ///< sentences for who imports: what had no place, what was left out, what units
+  std::string emptiness;             ///< why the result says nothing about the program; empty when it does
+  std::string lineTimes;             ///< of a survey: the text of kLineTimesFile, for later imports
+  std::vector<std::string> remarks;  ///< sentences for the user: records without a place, what was left out, units
 };
 
 /// A row for the annotated site.
 [[nodiscard]] Detail siteDetail(const Region& region);
 /// A row for the function, as a hot spot.
 [[nodiscard]] Detail functionDetail(const FunctionRow& function);
-/// The functions that hold at least `percent` of all that the functions hold; says in `remarks` how many do not.
+/// The functions with at least `percent` of the weight of all functions; adds to `remarks` how many were left out.
 [[nodiscard]] std::vector<FunctionRow> weighty(std::vector<FunctionRow> functions, double percent,
                                                std::vector<std::string>& remarks);
-/// Says in `remarks` what belongs to no place, where anything does.
+/// Adds to `remarks` how many records have no place, if any.
 void remarkPlaceless(const Tally& tally, std::size_t records, std::vector<std::string>& remarks);
 
-/// A place as evidence names it; `role` is what happened there.
+/// The place in the form that evidence has; `role` is what happened there.
 [[nodiscard]] kelvar_platform::EvidencePlace evidencePlace(const Place& place, Places& places,
                                                            const std::string& role = {});
-/// A text that a result can hold: what is no UTF-8 is escaped, and so is what breaks a line.
+/// A text that a result can hold: bytes that are no UTF-8 are escaped, control characters become blanks.
 [[nodiscard]] std::string plainText(std::string_view text);
 
-/// A count as a result holds it.
+/// The weight as an integer, at most INT_MAX.
 [[nodiscard]] int countOf(double value);
-/// 1 for what takes a tenth of the whole or more, 2 for a hundredth or more, else 3.
+/// The priority of a share of the total: 1 from a tenth, 2 from a hundredth, else 3.
 [[nodiscard]] int priorityOf(double share);
 
 }  // namespace kelvar_readers

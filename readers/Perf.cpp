@@ -13,13 +13,13 @@
 #include "Sources.h"
 #include "Tool.h"
 
-// The text of `perf script`, a block for each sample: its line, and on it one frame or behind it those of its stack,
-// each of them with a source line behind it where that was asked for:
+// The text of `perf script` has a block for each sample. Its first line may hold a single frame; else the frames of the
+// stack follow, one a line. A source line may follow each frame:
 //
 //   COMM PID/TID TIME: PERIOD EVENT:  ADDRESS SYMBOL+0xOFFSET (OBJECT)
 //     FILE:LINE
 //
-// among them lines of other records: PERF_RECORD_MMAP2 tells where objects lie.
+// Lines of other records come in between: PERF_RECORD_MMAP2 says where an object is mapped.
 namespace kelvar_readers {
 
 namespace {
@@ -31,12 +31,12 @@ bool countsTime(std::string_view event) {
   return event.starts_with("cpu-clock") || event.starts_with("task-clock");
 }
 
-/// `cpu-clock:u` is the event `cpu-clock`, too.
+/// The event `cpu-clock:u` also goes by the name `cpu-clock`.
 bool isEventNamed(std::string_view event, std::string_view name) {
   return event == name || (event.starts_with(name) && event.substr(name.size()).starts_with(':'));
 }
 
-/// `  FILE:LINE`; anything else, such as `  [kernel.kallsyms][ffffffff81360092]`, names no source.
+/// Reads `  FILE:LINE`; leaves `place` alone for anything else, such as `  [kernel.kallsyms][ffffffff81360092]`.
 void readSourceLine(std::string_view text, Place& place) {
   const std::string_view source = trimmed(text);
   const std::size_t colon = source.rfind(':');
@@ -110,7 +110,7 @@ class PerfReader {
     record_.stack.clear();
     record_.weights = {weightOf(sample)};
     if (sample.rest.empty()) return;
-    // What tracepoints print behind their name is no frame.
+    // May be no frame: tracepoints print other text here.
     (void)takeFrame(sample.rest);
   }
 
@@ -119,7 +119,7 @@ class PerfReader {
     return sample.period.value_or(1e6) / 1e6;
   }
 
-  /// Whether samples of this event are wanted; several kinds cannot be added up.
+  /// Whether samples of this event are wanted. Refuses a second event, since different events cannot be added up.
   bool choose(std::string_view event) {
     if (event == event_) return true;
     if (!reading_.event.empty() && !isEventNamed(event, reading_.event)) return false;
@@ -153,7 +153,7 @@ class PerfReader {
     return true;
   }
 
-  /// Null for what perf says of inlined calls where the debug information says it as well.
+  /// Null for perf's own line of an inlined call when the debug information has that call too.
   const Frame* described(const PerfFrame& text, bool isCaller) {
     open_ = nullptr;
     const Frame* const frame = spaces_.frameAt(process_, text, isCaller);
@@ -173,7 +173,8 @@ class PerfReader {
     return &own;
   }
 
-  /// The source line of the frame before it; said once for each, and not where the debug information says more.
+  /// Reads the source line of the frame before it. It is ignored when the frame is known already or comes from the
+  /// debug information.
   bool readSource(std::string_view line) {
     if (!line.starts_with("  ")) return false;
     if (!open_) return true;
@@ -209,7 +210,7 @@ class PerfReader {
                     ": what is inlined there is not told; debug information (-g) at hand would tell");
   }
 
-  /// By the texts of frames: the same text in the same process is the same frame.
+  /// The same text in the same process is the same frame.
   struct Hash {
     using is_transparent = void;
     std::size_t operator()(std::string_view text) const noexcept { return std::hash<std::string_view>()(text); }
@@ -225,7 +226,7 @@ class PerfReader {
   const Sink& sink_;
   AddressSpaces spaces_;
   std::unordered_map<long, Known> known_;
-  std::unordered_map<std::uint64_t, std::string> objects_;  // of frames that only their text describes
+  std::unordered_map<std::uint64_t, std::string> objects_;  // by id, of frames without debug information
   std::map<std::string, std::size_t> withoutLines_;         // samples by object
   Record record_;
   Frame* open_ = nullptr;  // the frame that a source line may follow
@@ -239,9 +240,11 @@ class PerfReader {
   bool sawLine_ = false;
 };
 
-/// perf record writes at its end how much it wrote. perf script reads what lacks that, too, with a warning alone.
+/// perf record writes the size of its data at the end of the run. perf script reads a file without it, with no more
+/// than a warning.
 bool wasCutOff(const std::string& path) {
-  constexpr std::streamoff kDataSize = 48;  // in the header: behind the magic, two sizes, and three fields of sections
+  // The size of the data in the header: after the magic, two sizes and three fields of sections.
+  constexpr std::streamoff kDataSize = 48;
   std::ifstream file(path, std::ios::binary);
   std::uint64_t size = 0;
   file.seekg(kDataSize);
@@ -249,7 +252,7 @@ bool wasCutOff(const std::string& path) {
   return !file || size == 0;
 }
 
-/// A perf.data tells which builds ran: `BUILD-ID PATH`. The machine that reads it may have others at the same paths.
+/// A perf.data lists the build-ids of what ran, as `BUILD-ID PATH`. This machine may have other builds at these paths.
 void expectBuilds(const std::string& path, Binaries& binaries) {
   Tool perf({"perf", "buildid-list", "-f", "-i", path});
   if (!perf.isRunning()) return;

@@ -32,14 +32,14 @@ bool isEvent(std::string_view word) {
   return word.size() > 1 && word.ends_with(':') && word.find_first_not_of("0123456789.:") != std::string_view::npos;
 }
 
-/// `0xNUMBER` behind `prefix`.
+/// Takes `prefix` and the `0xNUMBER` after it.
 std::optional<std::uint64_t> takeHex(std::string_view& text, std::string_view prefix) {
   if (!takePrefix(text, prefix)) return std::nullopt;
-  (void)takePrefix(text, "0x");  // perf writes a plain 0 where it is 0
+  (void)takePrefix(text, "0x");  // perf writes zero as a plain 0
   return takeNumber<std::uint64_t>(text, 16);
 }
 
-/// What stands behind `mark`, if that stands in the line.
+/// The rest of the line after `mark`, if it contains `mark`.
 std::optional<std::string_view> behind(std::string_view line, std::string_view mark) {
   const std::size_t at = line.find(mark);
   if (at == std::string_view::npos) return std::nullopt;
@@ -53,7 +53,7 @@ std::optional<PerfSample> takePerfSample(std::string_view line) {
   std::string_view text = line;
   bool timed = false;
   std::optional<double> number;
-  // A command's name may hold blanks: the last words before the time decide, or before the event.
+  // A command's name may contain blanks and numbers, so the last words before the time, or before the event, count.
   for (std::string_view word = takeWord(text); !word.empty(); word = takeWord(text)) {
     std::string_view digits = word;
     if (!timed && isTime(word)) {
@@ -127,7 +127,7 @@ std::optional<PerfMapping> takePerfMapping(std::string_view line) {
   if (!start || !size || !offset || !kind) return std::nullopt;
   std::string_view build = trimmed(*range);
   const std::string_view buildId = takePrefix(build, "<") ? takeUntil(build, '>') : std::string_view();
-  (void)takeUntil(*kind, ' ');  // how it may be used
+  (void)takeUntil(*kind, ' ');  // the access rights
   return PerfMapping{
       .process = *process, .start = *start, .size = *size, .offset = *offset, .path = *kind, .buildId = buildId};
 }

@@ -4,25 +4,25 @@
 #include <optional>
 #include <string_view>
 
-/// Lines of `perf script`, whichever fields were asked for. What is found points into the line.
+/// Parses lines of `perf script`, whichever fields were requested. The texts in the results point into the line.
 namespace kelvar_readers {
 
-/// `COMM PID/TID [CPU] TIME: PERIOD EVENT: ...`; of all but the event, any may be missing.
+/// `COMM PID/TID [CPU] TIME: PERIOD EVENT: ...`; any field but the event may be missing.
 struct PerfSample {
-  long process = -1;  ///< -1: not told
+  long process = -1;  ///< -1: unknown
   std::optional<double> period = {};
   std::string_view event = {};
-  std::string_view rest = {};  ///< behind the event: the sample's one frame, or nothing
+  std::string_view rest = {};  ///< after the event: the sample's only frame, or nothing
 };
 [[nodiscard]] std::optional<PerfSample> takePerfSample(std::string_view line);
 
-/// `ADDRESS SYMBOL+0xOFFSET (OBJECT)`; of all but the address, any may be missing.
+/// `ADDRESS SYMBOL+0xOFFSET (OBJECT)`; any field but the address may be missing.
 struct PerfFrame {
   std::uint64_t address = 0;
-  std::string_view symbol = {};  ///< empty where perf knows none
+  std::string_view symbol = {};  ///< empty when perf knows none
   std::optional<std::uint64_t> offset = {};
-  std::string_view object = {};  ///< empty where it is not told
-  bool isInlined = false;        ///< perf's own idea of what was inlined at the next frame
+  std::string_view object = {};  ///< empty when missing
+  bool isInlined = false;        ///< perf's own line for a call that was inlined into the next frame
 };
 [[nodiscard]] std::optional<PerfFrame> takePerfFrame(std::string_view line);
 
@@ -33,7 +33,7 @@ struct PerfMapping {
   std::uint64_t size = 0;
   std::uint64_t offset = 0;
   std::string_view path = {};
-  std::string_view buildId = {};  ///< empty where it is not told
+  std::string_view buildId = {};  ///< empty when missing
 };
 [[nodiscard]] std::optional<PerfMapping> takePerfMapping(std::string_view line);
 

@@ -15,7 +15,7 @@ namespace {
 
 using Kind = sitenotes::annotation_t;
 
-/// What begins a site, and what ends it. A task loop is a task to its end.
+/// The annotation kinds that begin and end a site. A task loop is ended like a task.
 struct Pair {
   Kind::kind_t begin;
   Kind::kind_t end;
@@ -42,7 +42,7 @@ bool isSystemPath(std::string_view path) {
   return std::any_of(kSystem.begin(), kSystem.end(), [path](const char* root) { return isBelow(path, root); });
 }
 
-/// The components of a path with `.` and `..` gone.
+/// The components of a path, without `.` and `..`.
 std::vector<std::string> componentsOf(const std::string& path) {
   std::vector<std::string> components;
   for (const std::filesystem::path& component : std::filesystem::path(path).lexically_normal()) {
@@ -51,7 +51,7 @@ std::vector<std::string> componentsOf(const std::string& path) {
   return components;
 }
 
-/// How many components two paths have in common at their ends.
+/// The number of equal components at the ends of two paths.
 std::size_t commonTail(const std::vector<std::string>& a, const std::vector<std::string>& b) {
   const auto [at, other] = std::mismatch(a.rbegin(), a.rend(), b.rbegin(), b.rend());
   return static_cast<std::size_t>(at - a.rbegin());
@@ -72,13 +72,13 @@ Places::Places(const std::vector<kelvar_platform::Site>& sites, PathRules rules)
   cutIntoSegments();
 }
 
-/// Within a file, an end closes the last site of its label that is still open.
+/// Within a file, an end annotation closes the latest site of its label that is still open.
 void Places::pairUp(const std::vector<kelvar_platform::Site>& sites) {
   std::vector<const kelvar_platform::Site*> ordered;
   for (const kelvar_platform::Site& site : sites) {
     if (site.alive && !site.disabled) ordered.push_back(&site);
   }
-  // At one line a site begins before it ends: the line may be all there is of it.
+  // On one line, beginnings come before ends: a site may consist of a single line.
   const auto key = [](const kelvar_platform::Site* site) {
     return std::tuple(leafOf(site->file), std::string_view(site->file), site->line, !begins(site->kind), site->column,
                       site->sequence);
@@ -86,7 +86,7 @@ void Places::pairUp(const std::vector<kelvar_platform::Site>& sites) {
   std::sort(ordered.begin(), ordered.end(), [key](const auto* a, const auto* b) { return key(a) < key(b); });
   std::map<std::pair<std::string_view, std::string_view>, std::vector<std::size_t>> open;  // by file and label
   for (const kelvar_platform::Site* site : ordered) {
-    // cppcheck-suppress iterators3; one list, found once
+    // cppcheck-suppress iterators3; both iterators are of the same list
     std::vector<std::size_t>& waiting = open[{site->file, site->label}];
     if (begins(site->kind)) {
       waiting.push_back(regions_.size());
@@ -122,7 +122,7 @@ void Places::cutIntoSegments() {
   }
 }
 
-/// Those of the annotated file that the path means; null where it means none.
+/// The segments of the annotated file that the path refers to; null when it refers to none.
 const Places::Segments* Places::segmentsOf(const std::string& path) const {
   const auto found = byLeaf_.find(std::string(leafOf(path)));
   if (found == byLeaf_.end()) return nullptr;
@@ -133,7 +133,8 @@ const Places::Segments* Places::segmentsOf(const std::string& path) const {
   for (const Annotated& one : found->second) {
     const std::size_t tail = commonTail(components, one.components);
     if (tail == 0) continue;
-    // Paths that tell of other folders are other files, unless one of the two has said all it knows.
+    // With several annotated files of this name, the name alone is not enough: a folder must match too, unless one path
+    // is a tail of the other.
     const bool bothKnowMore = tail < components.size() && tail < one.components.size();
     if (bothKnowMore && tail == 1 && found->second.size() > 1) continue;
     if (tail > longest) {
@@ -245,7 +246,7 @@ Places::File Places::described(const std::string& name) {
   return file;
 }
 
-/// A root may be relative, and debug information has full paths.
+/// The root may be relative while debug information has full paths, so both forms are compared.
 bool Places::isBelowRoot(const std::string& path) const {
   if (isBelow(path, rules_.sourceRoot)) return true;
   const std::filesystem::path full = std::filesystem::absolute(path).lexically_normal();

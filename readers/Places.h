@@ -14,54 +14,57 @@
 
 namespace kelvar_readers {
 
-/// How the paths that a tool wrote become the project's.
+/// How the paths in a tool's output are turned into the project's.
 struct PathRules {
-  std::vector<std::pair<std::string, std::string>> prefixes;  ///< what a path begins with, and what it becomes
-  std::string sourceRoot;  ///< what relative paths are below; with one, all that is not below it is a library's
+  std::vector<std::pair<std::string, std::string>> prefixes;  ///< a leading folder, and what replaces it
+  std::string sourceRoot;  ///< relative paths are below it; if given, every file outside of it is a library's
 };
 
-/// An annotated site: from its annotation to the end annotation of its label, both lines included. One that is not
-/// closed, or whose kind is never closed, encloses nothing.
+/// The lines of an annotated site, from its annotation to the end annotation of its label, both included. A site
+/// without an end annotation encloses nothing.
 struct Region {
   sitenotes::annotation_t::kind_t kind = sitenotes::annotation_t::parallel;
   std::string label;
   std::string file;
   int first = 0;
-  int last = 0;  ///< 0 where it is not closed
+  int last = 0;  ///< 0 when there is no end annotation
   int column = 0;
 };
 
-/// Tells which annotated sites enclose a place of the source. A tool names a file as the build machine had it, and the
-/// annotations as the project does: the annotated file with the longest common tail is meant, by whole components, and
-/// the leaf's name at least. Where neither of two files has a folder in which they differ, the leaf decides.
+/// Finds the annotated sites around a place in the source. A tool names files as the build machine had them,
+/// annotations as the project does. So a path refers to the annotated file with the longest common tail, in whole
+/// components; at least the file names must be equal.
 class Places {
  public:
-  /// `sites` are the living ones of an annotation database.
+  /// Of `sites`, those that are alive and not disabled count.
   Places(const std::vector<kelvar_platform::Site>& sites, PathRules rules);
 
   [[nodiscard]] const std::vector<Region>& regions() const noexcept { return regions_; }
-  /// Indices of the regions around the place, innermost first. Valid until the object goes.
+  /// Indices of the regions around the place, innermost first. Valid as long as this object. Throws
+  /// kelvar_platform::ReadError when two annotated files match the place's file equally well.
   [[nodiscard]] std::span<const std::size_t> regionsAt(const Place& place);
-  /// The same for the first place of a stack that lies in one: a library's frames and helpers stand before it.
+  /// The same for the first place of the stack that lies in a region; frames of libraries and helpers may come before
+  /// it.
   [[nodiscard]] std::span<const std::size_t> regionsAt(const std::vector<const Frame*>& stack);
-  /// All regions that the places of a frame lie in, each once: what is inlined into a region is a part of it.
+  /// All regions around any place of the frame, each once: code inlined into a region is part of it. Valid until the
+  /// next call.
   [[nodiscard]] const std::vector<std::size_t>& regionsOf(const Frame& frame);
-  /// The regions around the beginning of a region, itself among them; none where it is not closed.
+  /// The regions around the first line of a region, including itself; none when it has no end annotation.
   [[nodiscard]] std::span<const std::size_t> regionsAround(std::size_t region) const;
-  /// The place of a stack whose function it counts for, where no region encloses it: the first of the project's own,
-  /// else the first that has a function; null where none has.
+  /// The place whose function a stack outside of all regions counts for: the first with a function in the project's own
+  /// files, else the first with a function; null when there is none.
   [[nodiscard]] const Place* ownPlace(const std::vector<const Frame*>& stack);
-  /// The path of a file as the project has it.
+  /// The project's path of a file that a tool named.
   [[nodiscard]] const std::string& pathOf(const std::string& file);
-  /// A number for the file: equal for equal paths alone.
+  /// A number for the file; two files have the same number exactly when their paths are equal.
   [[nodiscard]] std::size_t numberOf(const std::string& file);
-  /// The path of that number.
+  /// The path with this number.
   [[nodiscard]] const std::string& pathNumbered(std::size_t number) const { return *paths_[number]; }
-  /// Whether the file is the system's or a library's, not the project's. A file without a name is no one's.
+  /// Whether the file belongs to the system or a library, not to the project. False for an empty name.
   [[nodiscard]] bool isLibrary(const std::string& file);
 
  private:
-  /// From `line` to the next segment's, the same regions enclose all.
+  /// The lines from `line` up to the next segment, which all lie in the same regions.
   struct Segment {
     std::int64_t line = 0;
     std::vector<std::size_t> regions;
@@ -90,19 +93,19 @@ class Places {
   [[nodiscard]] const Segments* segmentsOf(const std::string& path) const;
 
   PathRules rules_;
-  std::string fullRoot_;  // the source root as a full path; empty where there is none
+  std::string fullRoot_;  // the source root as a full path; empty when there is none
   std::vector<Region> regions_;
   std::unordered_map<std::string, std::vector<Annotated>> byLeaf_;
-  std::unordered_map<std::string, File> files_;           // by the name that a tool has for it
+  std::unordered_map<std::string, File> files_;           // by the tool's name for it
   std::unordered_map<std::string, std::size_t> numbers_;  // by path
   std::vector<const std::string*> paths_;                 // by number
-  const std::string* lastName_ = nullptr;                 // records come in runs of one file
+  const std::string* lastName_ = nullptr;                 // most records name the same file as the one before
   const File* last_ = nullptr;
   struct Known {
     bool asked = false;
     std::vector<std::size_t> regions;
   };
-  std::vector<Known> ofFrames_;  // by id; the first is for those without
+  std::vector<Known> ofFrames_;  // by id; the first is for frames without one
 };
 
 /// What follows the last `/`.

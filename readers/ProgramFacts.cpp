@@ -23,7 +23,7 @@ std::string_view textOf(Dwarf_Die& die, unsigned name) {
   return text ? text : "";
 }
 
-/// Looks for what the linker or the program itself names, wherever it stands in the file.
+/// Searches the whole file for names of symbols and libraries that tell how it was built.
 void findNames(const std::string& program, ProgramFacts& facts) {
   constexpr std::string_view kTsan = "__tsan_init";
   constexpr std::string_view kCoz = "_coz_get_counter";

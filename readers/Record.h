@@ -11,7 +11,7 @@
 
 namespace kelvar_readers {
 
-/// A place in the source as a tool names it. What the tool does not know is empty or 0.
+/// A place in the source as a tool names it. A field that the tool does not know is empty or 0.
 struct Place {
   std::string function = {};
   std::string file = {};
@@ -21,17 +21,17 @@ struct Place {
   bool operator==(const Place&) const = default;
 };
 
-/// One call on a stack: what runs in one of the linker's functions, with all that was inlined there. Where a tool tells
-/// places and no addresses, a frame is one such place, or a stack as the tool shows it.
+/// One call on a stack: an address in a linker's function, with all calls inlined there. For a tool that reports places
+/// and no addresses, a frame holds one place, or a whole stack of the tool.
 struct Frame {
-  std::vector<Place> chain = {};  ///< the place itself first, then the calls that were inlined around it
-  std::string function = {};      ///< the function that the linker knows; empty where nobody does
-  Place begin = {};               ///< where that function begins; without a line where nobody knows
-  bool lineIsGuessed = false;     ///< the place has no line of its own, and stands at the nearest before it
-  std::uint64_t id = 0;           ///< from 1 for a frame that comes again and again; 0 for one that is told once
+  std::vector<Place> chain = {};  ///< the place itself first, then the inlined calls around it; never empty
+  std::string function = {};      ///< the linker's function; empty when unknown
+  Place begin = {};               ///< where that function begins; without a line when unknown
+  bool lineIsGuessed = false;     ///< the address has no line of its own; the place has the nearest line before it
+  std::uint64_t id = 0;           ///< from 1 for a frame in Frames; 0 for one that is used once
 };
 
-/// Frames that come again, each once. They stay where they are.
+/// Owns the frames that records refer to again and again. Their addresses stay valid.
 class Frames {
  public:
   [[nodiscard]] Frame& add() {
@@ -44,26 +44,27 @@ class Frames {
   std::deque<Frame> frames_;
 };
 
-/// What a tool counted at a place; each kind of analysis says what its weights mean.
+/// What a tool counted at a place; the readers say what their weights mean.
 using Weights = std::array<double, 3>;
 
-/// What a tool says of one thing in words, beyond its weights.
+/// What a tool says in words about one record.
 struct Words {
   std::string text = {};
-  std::string object = {};  ///< the variable or the block that it is about
-  std::string role = {};    ///< what the place of the record did: `write`, `read`
+  std::string object = {};  ///< the variable or the memory block that it is about
+  std::string role = {};    ///< what happened at the record's place: `write`, `read`
 };
 
-/// One thing that a tool says, whatever the format it says it in.
+/// One observation of a tool, independent of its format.
 struct Record {
-  std::vector<const Frame*> stack = {};  ///< where: the innermost call first. They live as long as the sink looks at it
+  std::vector<const Frame*> stack =
+      {};  ///< the innermost call first; frames with id 0 live only during the sink's call
   Weights weights{};
-  std::string note = {};   ///< in the tool's own words, where a kind shows them: the width of a loop
-  std::size_t report = 0;  ///< records with one number are one finding seen from several stacks; 0: on its own
+  std::string note = {};   ///< of a loop: its width, in the tool's own words
+  std::size_t report = 0;  ///< records with the same number are the stacks of one finding; 0: a finding by itself
   Words words = {};
-  std::vector<std::pair<std::int64_t, std::int64_t>> steps = {};  ///< of accesses: bytes, and how often
-  std::size_t function = 0;  ///< the number of the function that it lies in, from 1, where the tool tells calls
-  std::size_t callee = 0;    ///< where it is what calls from its place cost: the number of the one called; else 0
+  std::vector<std::pair<std::int64_t, std::int64_t>> steps = {};  ///< between accesses: bytes and count
+  std::size_t function = 0;  ///< the number of the enclosing function, from 1, if the tool reports calls; else 0
+  std::size_t callee = 0;    ///< not 0: the weight is the cost of calls from this place to the function of this number
 };
 
 using Sink = std::function<void(const Record&)>;

@@ -11,10 +11,10 @@ namespace {
 
 using kelvar_platform::EvidenceKind;
 
-// More lines than this say nothing more of a site.
+// Further lines of a site would say nothing new.
 constexpr std::size_t kMostLines = 24;
 
-/// Of seconds, microseconds; of millions of events, the events.
+/// Evidence has integer counts: microseconds for seconds, events for millions of events.
 std::int64_t countOfWeight(double weight) {
   return std::max<std::int64_t>(1, std::llround(std::min(weight * 1e6, 9e18)));
 }

@@ -9,15 +9,15 @@
 
 namespace kelvar_readers {
 
-/// Which functions and lines make up what a site takes, and how much of it lies on its own lines.
+/// Which functions and lines make up the time of each site, and how much of it is spent on the site's own lines.
 class SiteShares {
  public:
   SiteShares(Places& places, const Tally& tally);
 
-  /// `function` is its number in the tally, `place` where it ran.
+  /// Adds `weight` at `place`, in the function with this number in the tally, to a site.
   void add(std::size_t site, std::size_t function, const Place& place, double weight);
-  /// Appends what there is to say of the site, whose detail is the outcome's last. `time` is all that it takes,
-  /// `within` what runs on its lines and in code that is inlined there, or where stacks are told all of it.
+  /// Appends the evidence of the site; its detail must be the outcome's last. `time` is the site's inclusive time,
+  /// `within` the part on its lines and in code inlined there. With stacks, `within` is all of it.
   void addTo(Outcome& outcome, std::size_t site, double time, double within) const;
 
  private:

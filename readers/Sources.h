@@ -9,49 +9,51 @@
 #include "Input.h"
 #include "Record.h"
 
-/// One reader for each format. Each gives its records as it meets them, and refuses what is not of its format or is
-/// cut off, so that a caller who got to the end has seen all of it.
+/// One reader for each format. Each passes its records to the sink one by one, and throws kelvar_platform::ReadError
+/// for a file that is of another format or cut off: a reader that returns has read the whole file, unless it sets
+/// endedEarly.
 namespace kelvar_readers {
 
-/// What goes with the files of one import: what readers are told, and what they tell beside their records.
+/// The state shared by the readers of one import: their options, and what they find out apart from records.
 struct Reading {
   Binaries& binaries;
-  std::string event = {};                 ///< the one of several that is wanted; empty: there is only one
-  std::string unit = {};                  ///< what one unit of a survey's weight is, as the files say
-  bool hasStacks = false;                 ///< some record told who called its place
-  bool hasCalls = false;                  ///< what calls cost came as records of their own
-  bool isThorough = true;                 ///< false where a format that can tell inlined calls did not
-  std::uint64_t mapAccesses = 0;          ///< of a trace of memory, how many are read; 0: all
-  bool endedEarly = false;                ///< those were read, and there was more
-  std::vector<std::string> remarks = {};  ///< sentences about what is lost, each once
-  std::set<std::string> seen = {};        ///< what makes two files the same run, as the formats have it
+  std::string event = {};                 ///< the event to read; empty: the file has only one
+  std::string unit = {};                  ///< of a survey's weights, according to the files
+  bool hasStacks = false;                 ///< at least one record has a caller
+  bool hasCalls = false;                  ///< the costs of calls came as records of their own
+  bool isThorough = true;                 ///< false when the files lack the inlined calls that their format can have
+  std::uint64_t mapAccesses = 0;          ///< the most accesses to read of a memory trace; 0: all
+  bool endedEarly = false;                ///< that limit was reached before the end of the file
+  std::vector<std::string> remarks = {};  ///< sentences about what was lost, each once
+  std::set<std::string> seen = {};        ///< keys of the runs that were read, to refuse a file given twice
 
   void remark(const std::string& sentence);
 };
 
 inline constexpr const char* kSeconds = "seconds";
 
-/// What perf writes: the text of `perf script` with any fields that tell what is needed, or the perf.data itself.
-/// Weights: the CPU time of each sample in seconds, or what its event counts, in millions.
+/// The text of `perf script`, or a perf.data itself. Weights: the CPU time of each sample in seconds, or its count of
+/// events, in millions.
 void readPerf(Input& input, Reading& reading, const Sink& sink);
-/// A callgrind.out: its first event (Ir, unless it was told otherwise), in millions. What calls cost comes at the
-/// places of the calls.
+/// A callgrind.out: its first event, usually Ir, in millions. The costs of calls are records at the places of the
+/// calls.
 void readCallgrind(Input& input, Reading& reading, const Sink& sink);
 
-/// Weights of a loop: 1 where it was vectorised, 1 where it was not; the note is its width.
+/// Weights of a loop: {1, 0, 0} if it was vectorised, {0, 1, 0} if not, all 0 for a reason why not. The note is the
+/// width.
 void readClangRemarks(Input& input, Reading& reading, const Sink& sink);
 void readGccRemarks(Input& input, Reading& reading, const Sink& sink);
 
-/// Weights of a finding: a race, a matter of lock order, anything else.
+/// Weights of a finding: 1 at the index of its kind.
 enum Finding : std::size_t { race, lockOrder, otherFinding };
 void readTsan(Input& input, Reading& reading, const Sink& sink);
 void readValgrindXml(Input& input, Reading& reading, const Sink& sink);
 
-/// Weights of an instruction's accesses: of unit stride, of constant stride, of no stride. The places come from the
-/// debug information of the program that ran, which must be given.
+/// Weights: the numbers of accesses with unit stride, with constant stride, and without a stride. The places come from
+/// the debug information of the program that ran, which the user must give.
 void readLackey(Input& input, Reading& reading, const Sink& sink);
 
-/// Weights of a line: its seconds, how much faster it was made, how much faster that made the program.
+/// Weights of a line: its seconds, how many times as fast it was made, how many times as fast that made the program.
 void readCoz(Input& input, Reading& reading, const Sink& sink);
 
 }  // namespace kelvar_readers

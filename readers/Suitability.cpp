@@ -13,8 +13,7 @@ namespace {
 
 using Kind = sitenotes::annotation_t;
 
-/// Of what lies at one place: coz makes lines faster one at a time, so gains do not add up, and the best one stands for
-/// its site.
+/// The gain of one site or line. coz speeds up one line at a time, so gains do not add up: the best one counts.
 struct Gain {
   double seconds = 0;
   double site = 0;
@@ -77,7 +76,7 @@ class CozAnalysis final : public Analysis {
   std::size_t placeless_ = 0;
 };
 
-/// What the project's survey measured.
+/// The times of the project's survey.
 struct Measured {
   double total = 0;
   std::map<std::tuple<int, std::string, std::string>, double> sites;  // by kind, label and leaf of the file
@@ -103,7 +102,7 @@ Measured measured(const std::string& survey) {
   return measured;
 }
 
-/// Amdahl's law: what the program gains where `share` of its time is done `cores` times as fast.
+/// Amdahl's law: how many times as fast the program is when `share` of its time runs on `cores` cores.
 double amdahl(double share, int cores) {
   return 1 / (1 - share + share / cores);
 }
@@ -141,7 +140,8 @@ class Model final : public Analysis {
     return found == measured.sites.end() ? 0 : found->second;
   }
 
-  /// The program's gain counts each piece of the source once: for the outermost site that may run on several cores.
+  /// Whether the site is the outermost one that may run on several cores. The program's gain counts only these, so no
+  /// piece of the source counts twice.
   bool isOutermost(std::size_t index) {
     const Region& region = places_.regions()[index];
     if (!canBeShared(region.kind)) return false;

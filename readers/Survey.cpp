@@ -13,7 +13,7 @@ namespace kelvar_readers {
 
 namespace {
 
-/// The time of one line in one function, by their numbers.
+/// The time of one line in one function.
 struct InLine {
   std::size_t function = 0;
   std::size_t file = 0;
@@ -23,7 +23,8 @@ struct InLine {
   [[nodiscard]] auto key() const { return std::tie(function, file, line); }
 };
 
-/// Times by line. Records come in runs of one function, most functions in one run: each run is folded as it ends.
+/// Adds up times by line. Records come in runs of one function, so a run is folded when it ends; that keeps the list
+/// short without a lookup for each record.
 class TimesByLine {
  public:
   void add(const InLine& in) {
@@ -39,14 +40,14 @@ class TimesByLine {
     }
     lines_.push_back(in);
   }
-  /// Each line once.
+  /// The sums, each line once.
   [[nodiscard]] const std::vector<InLine>& folded() {
     fold(0);
     return lines_;
   }
 
  private:
-  /// Adds up those of one line from `first` on, and puts them in order.
+  /// Sorts the entries from `first` on, and adds up those of the same line.
   void fold(std::size_t first) {
     const auto isBefore = [](const InLine& a, const InLine& b) { return a.key() < b.key(); };
     const auto begin = lines_.begin() + static_cast<std::ptrdiff_t>(first);
@@ -128,7 +129,7 @@ class SurveyAnalysis final : public Analysis {
     }
   }
 
-  /// All lines that a frame is within, of the project's own: a loop's time includes what is inlined into it.
+  /// Adds the time to every line of the project in the frame's chain: a loop's time includes what is inlined into it.
   void addToLines(const Frame& frame, double time) {
     for (std::size_t i = 0; i < frame.chain.size(); ++i) {
       const Place& place = frame.chain[i];
@@ -146,7 +147,7 @@ class SurveyAnalysis final : public Analysis {
     outcome.details.push_back(std::move(detail));
   }
 
-  /// A row's number is its rank by time.
+  /// Numbers the rows by time, the slowest first.
   static void rank(std::vector<Detail>& details) {
     std::vector<kelvar_platform::SurveyRecord*> byTime;
     byTime.reserve(details.size());

@@ -35,10 +35,11 @@ struct Segment {
 struct Function {
   std::uint64_t begin = 0;
   std::uint64_t end = 0;
-  std::string name;  // as the linker has it
+  std::string name;  // mangled
 };
 
-/// Of names for one address, that which other tools show: global ones first, and those without underscores.
+/// Ranks the names of one address so that the greatest is the one that other tools show: global before weak before
+/// local names, then names without a leading underscore.
 int rankOf(const GElf_Sym& symbol, const char* name) {
   const int binding = GELF_ST_BIND(symbol.st_info);
   const int reach = binding == STB_GLOBAL ? 2 : binding == STB_WEAK ? 1 : 0;
@@ -116,7 +117,7 @@ struct Symbols::Impl {
     struct Candidate {
       Function function;
       int rank = 0;
-      std::uint64_t limit = 0;  // of one without a size
+      std::uint64_t limit = 0;  // the end of the section, for a symbol without a size
     };
     std::vector<Candidate> all;
     const int count = dwfl_module_getsymtab(module);
@@ -145,7 +146,7 @@ struct Symbols::Impl {
       functions.push_back(std::move(one.function));
       limits.push_back(one.limit);
     }
-    // What assemblers give no size reaches to the next function of its section.
+    // A function without a size, as assemblers write it, reaches to the next function or the end of its section.
     for (std::size_t i = 0; i < functions.size(); ++i) {
       if (functions[i].end > functions[i].begin) continue;
       functions[i].end = limits[i];
@@ -170,7 +171,7 @@ struct Symbols::Impl {
     return debug ? debug->chainAt(address + toDwarf, begin + toDwarf, isGuessed) : std::vector<Place>();
   }
 
-  /// Where the function begins in the source, asked for once.
+  /// Where the function begins in the source; looked up once.
   const Place& beginOf(const Function& function) {
     const auto [found, isNew] = begins.try_emplace(function.begin);
     if (isNew) {
@@ -199,12 +200,12 @@ struct Symbols::Impl {
   std::string path;
   std::unique_ptr<Dwfl, DwflEnd> dwfl;
   Dwfl_Module* module = nullptr;
-  Dwarf_Addr bias = 0;        // what the reader added to the addresses of the file
-  std::uint64_t toDwarf = 0;  // what makes an address one of the debug information
+  Dwarf_Addr bias = 0;        // added by libdwfl to the addresses of the file
+  std::uint64_t toDwarf = 0;  // added to an address to get that of the debug information
   bool positionIndependent = false;
   std::string buildId;
   std::vector<Segment> segments;
-  std::vector<Function> functions;  // by address, one for each
+  std::vector<Function> functions;  // by address, one for each address
   std::unordered_multimap<std::string, std::uint64_t> byName;
   bool demangledToo = false;
   std::unique_ptr<DebugInfo> debug;
@@ -235,7 +236,7 @@ const std::string& Symbols::buildId() const noexcept {
 
 std::optional<std::uint64_t> Symbols::addressOfOffset(std::uint64_t offset) const noexcept {
   for (const Segment& segment : impl_->segments) {
-    // A page of the next segment may stand in the file twice; code is what is asked for.
+    // Segments may overlap in the file; only code is of interest.
     if (segment.executable && offset >= segment.offset && offset - segment.offset < segment.size) {
       return offset - segment.offset + segment.address;
     }

@@ -58,7 +58,7 @@ std::size_t Tally::numberOf(const Frame& frame) {
   return number - 1;
 }
 
-/// Functions of one name are several where they begin at several places.
+/// Two functions of the same name are different when they begin at different places.
 std::size_t Tally::numberOf(const std::string& function, const Place& begin) {
   std::size_t number = 0;
   if (begin.line == 0) {

@@ -10,8 +10,8 @@
 
 namespace kelvar_readers {
 
-/// What came together at one function. Its position is where it begins; where no debug information tells, the first
-/// line seen in the file that most of it lies in, the project's own files before a library's.
+/// The sum of a function. Its place is where it begins. Without debug information, it is the first line seen in the
+/// file with most of the weight; the project's own files go before a library's.
 struct FunctionRow {
   std::string name;
   std::string file;
@@ -19,28 +19,28 @@ struct FunctionRow {
   Weights weights{};
 };
 
-/// Adds up records by the annotated sites and by the functions that they belong to.
+/// Adds up records by annotated site and by function.
 class Tally {
  public:
   explicit Tally(Places& places);
 
-  /// Adds the record to every site around the first place of its stack that lies in one; false where there is none. One
-  /// report counts for a site once.
+  /// Adds the record to every site around the first place of its stack that lies in a site; false when there is none. A
+  /// report counts once for each site.
   bool addToSites(const Record& record);
-  /// Adds the record to every site that its stack passes through, to each once: what is inlined or called there is a
-  /// part of it. Answers those sites, until the next call.
+  /// Adds the record once to every site that its stack passes through: code inlined or called in a site is part of it.
+  /// Returns these sites; the list is valid until the next call.
   const std::vector<std::size_t>& addToSitesOfStack(const Record& record);
-  /// Adds the weights to the frame's function and answers its number. Requires that it has one.
+  /// Adds the weights to the frame's function, which must have a name, and returns the function's number.
   std::size_t addToFunction(const Frame& frame, const Weights& weights);
   void addPlaceless(const Record& record);
 
-  /// By index of the region.
+  /// By the index of the region.
   [[nodiscard]] const std::vector<Weights>& sites() const noexcept { return sites_; }
-  /// By number.
+  /// By function number.
   [[nodiscard]] std::vector<FunctionRow> functions() const;
-  /// As rows name it.
+  /// The plain name, as rows show it.
   [[nodiscard]] const std::string& functionName(std::size_t number) const { return functions_[number].name; }
-  /// What belongs to no site and no function.
+  /// The sum of the records that belong to no site and no function.
   [[nodiscard]] const Weights& placeless() const noexcept { return placeless_; }
   [[nodiscard]] std::size_t placelessCount() const noexcept { return placelessCount_; }
 
@@ -65,12 +65,12 @@ class Tally {
 
   Places& places_;
   std::vector<Weights> sites_;
-  std::vector<std::size_t> lastReport_;  // of each site
-  std::vector<std::size_t> lastRecord_;  // of each site
+  std::vector<std::size_t> lastReport_;  // that was added to each site
+  std::vector<std::size_t> lastRecord_;  // that was added to each site
   std::size_t record_ = 0;
-  std::vector<std::size_t> passed_;  // sites of the record
+  std::vector<std::size_t> passed_;  // sites of the latest record
   TextNumbers numbers_;
-  std::vector<std::size_t> ofFrames_;  // number + 1 of each frame that comes again
+  std::vector<std::size_t> ofFrames_;  // by frame id: the function's number + 1; 0: not looked up yet
   std::vector<Function> functions_;
   Weights placeless_{};
   std::size_t placelessCount_ = 0;

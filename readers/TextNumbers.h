@@ -9,17 +9,17 @@
 
 namespace kelvar_readers {
 
-/// Numbers texts, from 0 and each once. They are kept in blocks: a program has names by the hundred thousand, and to
-/// allocate and free each on its own took a third of the import.
+/// Numbers distinct texts from 0. Texts are stored in blocks: a program has hundreds of thousands of names, and
+/// allocating each by itself took a third of the import's time.
 class TextNumbers {
  public:
   [[nodiscard]] std::size_t numberOf(std::string_view text) {
-    if (last_ < texts_.size() && texts_[last_] == text) return last_;  // they come in runs of one
+    if (last_ < texts_.size() && texts_[last_] == text) return last_;  // equal texts often come in a row
     const auto found = numbers_.find(text);
     last_ = found != numbers_.end() ? found->second : add(text);
     return last_;
   }
-  /// Lives as long as this.
+  /// Valid as long as this object.
   [[nodiscard]] std::string_view textNumbered(std::size_t number) const { return texts_[number]; }
   [[nodiscard]] std::size_t size() const noexcept { return texts_.size(); }
 

@@ -41,7 +41,7 @@ Tool::Tool(const std::vector<std::string>& command) {
 }
 
 Tool::~Tool() {
-  output_ = {};  // a tool that still writes ends by that
+  output_ = {};  // a tool that still writes is ended by SIGPIPE
   (void)wait();
 }
 

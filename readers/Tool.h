@@ -7,10 +7,10 @@
 
 namespace kelvar_readers {
 
-/// A program of another tool while it runs; its standard output is read from `output`.
+/// A child process whose standard output is read from `output`.
 class Tool {
  public:
-  /// Starts it, found as a shell would find it; isRunning() is false where there is none of its name.
+  /// Starts the command, found in PATH. isRunning() is false when that failed.
   explicit Tool(const std::vector<std::string>& command);
   ~Tool();
   Tool(const Tool&) = delete;
@@ -18,7 +18,7 @@ class Tool {
 
   [[nodiscard]] bool isRunning() const noexcept { return process_ > 0; }
   [[nodiscard]] int output() const noexcept { return output_.get(); }
-  /// Waits for its end and answers its exit status; 128 and more where a signal ended it.
+  /// Waits for the end and returns the exit status; 128 + N when signal N ended it; 127 when it is not running.
   int wait();
 
  private:

@@ -2,7 +2,7 @@
 
 #include "Sources.h"
 
-// ThreadSanitizer's reports, among whatever else the program printed:
+// ThreadSanitizer's reports come in between whatever else the program printed:
 //
 //   ==================
 //   WARNING: ThreadSanitizer: data race (pid=17)
@@ -23,7 +23,8 @@ Finding findingOf(std::string_view what) {
   return what.starts_with("lock-order-inversion") ? lockOrder : otherFinding;
 }
 
-/// The stacks of a report that say where it happened; the rest says where a thread, a mutex or a block came from.
+/// Whether the stack under this heading says where the finding happened. Other stacks say where a thread, a mutex or a
+/// memory block was created.
 bool isWhereItHappened(std::string_view heading, Finding finding) {
   if (finding == race) {
     return !heading.starts_with("Location ") && heading.find(" of size ") != std::string_view::npos;
@@ -32,7 +33,7 @@ bool isWhereItHappened(std::string_view heading, Finding finding) {
   return true;
 }
 
-/// Takes `:NUMBER` off the back of `text`.
+/// Takes `:NUMBER` off the end of `text`.
 std::optional<int> takeBackNumber(std::string_view& text) {
   const std::size_t colon = text.rfind(':');
   if (colon == std::string_view::npos) return std::nullopt;
@@ -43,8 +44,8 @@ std::optional<int> takeBackNumber(std::string_view& text) {
   return number;
 }
 
-/// Splits `FUNCTION FILE`. Both may hold blanks: a file begins at the first blank outside brackets that a `/` follows,
-/// and a relative one is the last word.
+/// Splits `FUNCTION FILE`. Both may contain blanks: the file begins after the first blank outside brackets that a `/`
+/// follows; a relative file is the last word.
 void splitFunctionAndFile(std::string_view text, Place& place) {
   std::size_t at = std::string_view::npos;
   int depth = 0;
@@ -142,7 +143,7 @@ class TsanReader {
     inReport_ = wanted_ = false;
   }
 
-  /// What a heading says of the stack behind it: `Write of size 4 at 0x7b4000000154 by thread T14:`.
+  /// Reads the heading of the next stack: `Write of size 4 at 0x7b4000000154 by thread T14:`.
   void readHeading(std::string_view text) {
     wanted_ = isWhereItHappened(text, finding_);
     std::string_view said = text;
@@ -163,7 +164,7 @@ class TsanReader {
     words_.role = std::string(earlier ? "earlier " : "") + (writes ? "write" : "read");
   }
 
-  /// Takes ` at 0x7b4000000154` out: it is another in every run.
+  /// Removes ` at 0x7b4000000154`, which differs in every run.
   static void cutAddress(std::string& text) {
     const std::size_t at = text.find(" at 0x");
     if (at == std::string::npos) return;
@@ -182,7 +183,7 @@ class TsanReader {
   std::vector<Stack> stacks_;  // of the report
   std::string what_;
   std::string object_;
-  Words words_;  // of the stack that comes
+  Words words_;  // of the next stack
   std::size_t report_ = 0;
   Finding finding_ = otherFinding;
   bool known_ = false;

@@ -19,7 +19,7 @@ std::vector<Place> readStack(const pugi::xml_node& node) {
     place.function = frame.child_value("fn");
     const std::string_view directory = frame.child_value("dir");
     const std::string_view file = frame.child_value("file");
-    // The directory is the one the compiler ran in where the file is named relative to it.
+    // A relative file name is relative to the directory that the compiler ran in.
     if (!directory.empty() && !file.starts_with('/')) place.file.append(directory).append("/");
     place.file += file;
     place.line = std::max(0, frame.child("line").text().as_int());
@@ -28,15 +28,15 @@ std::vector<Place> readStack(const pugi::xml_node& node) {
   return stack;
 }
 
-/// Helgrind tells of the second access in a stack of its own, behind a text that says so; what else is said about an
-/// error (where a block was allocated, where a lock was first seen) is no place of it.
+/// Whether the stack after this text says where the error happened. Helgrind gives the second access a stack of its own
+/// after such a text. Other texts say where a block was allocated or where a lock was first seen.
 bool saysWhereItHappened(std::string_view text, Finding finding) {
   if (finding == race) return text.find("conflicts with a previous") != std::string_view::npos;
   return finding == lockOrder && text.find("acquisition of") != std::string_view::npos;
 }
 
-/// What is said of the place that an error is about: `Location 0x... is 0 bytes inside global var "bins"`, or where in
-/// which block an address is.
+/// The variable or block that the error is about: from `Location 0x... is 0 bytes inside global var "bins"`, or from a
+/// text on the block that an address lies in.
 std::string objectOf(const pugi::xml_node& error) {
   for (const pugi::xml_node& child : error.children()) {
     const std::string_view name = child.name();
@@ -57,7 +57,7 @@ std::string roleOf(std::string_view text, Finding finding) {
   return std::string(text.find("previous") != std::string_view::npos ? "earlier " : "") + (writes ? "write" : "read");
 }
 
-/// Takes ` at 0x...` out: it is another in every run.
+/// Removes ` at 0x...`, which differs in every run.
 std::string withoutAddress(std::string_view text) {
   const std::size_t at = text.find(" at 0x");
   if (at == std::string_view::npos) return std::string(text);

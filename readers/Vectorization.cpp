@@ -15,15 +15,15 @@ namespace {
 
 enum State : int { scalar, vectorised, both };
 
-/// A loop of the source, however many copies of it inlining made.
+/// A loop in the source; inlining may have made several copies of it.
 struct Loop {
   std::string file;
   int line = 0;
   int column = 0;
   std::string function;
-  std::map<std::string, bool> copies;  // by function: whether it was vectorised there
+  std::map<std::string, bool> copies;  // by function: whether the copy there was vectorised
   std::set<std::string> widths;
-  std::map<std::pair<bool, std::string>, std::int64_t> words;  // what was said of it, by whether it is vectorised
+  std::map<std::pair<bool, std::string>, std::int64_t> words;  // count by (vectorised, message)
   double time = 0;
   int id = 0;
   std::vector<std::size_t> regions;  // innermost first
@@ -39,26 +39,26 @@ auto inSource(const Loop& loop) {
   return std::tuple(leafOf(loop.file), std::string_view(loop.file), loop.line);
 }
 
-/// Remarks tell where a loop begins, not where it ends. It is taken to reach to the next loop of its function, and not
-/// out of the site around it; what is nested in it is a loop of its own.
+/// The times of loops, from the survey's times by line. Remarks say where a loop begins, not where it ends. So a loop
+/// is taken to reach up to the next loop, but not out of the sites around it; a nested loop is a loop of its own.
 class Times {
  public:
   explicit Times(const std::vector<KeptLineTime>& lines) {
     for (const KeptLineTime& line : lines) {
       if (line.line == 0) {
-        total_ = line.time;  // lines of inlined calls hold the same time several times
+        total_ = line.time;  // no sum: with inlined calls, several lines hold the same time
       } else {
         byLeaf_[std::string(leafOf(line.file))].insert({line.line, &line});
       }
     }
   }
 
-  /// `end`: the line that it cannot reach any more.
+  /// The time of the loop up to, but not including, the line `end`.
   [[nodiscard]] double of(const Loop& loop, int end) const {
     const auto lines = byLeaf_.find(std::string(leafOf(loop.file)));
     if (lines == byLeaf_.end()) return 0;
     double time = 0;
-    std::set<std::string_view> functions;  // those that hold the loop, as the first line that took time tells
+    std::set<std::string_view> functions;  // those that contain the loop: the ones on its first line with time
     int first = 0;
     for (auto at = lines->second.lower_bound(loop.line); at != lines->second.end() && at->first < end; ++at) {
       if (first == 0) first = at->first;
@@ -137,13 +137,13 @@ class VectorizationAnalysis final : public Analysis {
     if (!record.words.text.empty()) ++loop.words[{done, plainText(record.words.text)}];
   }
 
-  /// Why a loop is not vectorised comes as a remark of its own, before the one that says that it is not.
+  /// The reason comes as a remark of its own, before the one that says that the loop is not vectorised.
   void addReason(const Place& place, const Record& record) {
     if (place.line == 0 || places_.isLibrary(place.file)) return;
     ++reasons_[{places_.numberOf(place.file), place.line}][plainText(record.words.text)];
   }
 
-  /// What the compiler said of a loop: why it is not vectorised, or how it is.
+  /// The compiler's words about a loop: why it is not vectorised, or how it is.
   void addEvidence(const std::pair<std::size_t, int>& key, const Loop& loop, std::size_t detail,
                    Outcome& outcome) const {
     const auto say = [&](bool done, const std::string& text, std::int64_t count) {
@@ -167,7 +167,7 @@ class VectorizationAnalysis final : public Analysis {
     }
   }
 
-  /// By place, with their times and their numbers, which are their ranks by time.
+  /// The loops in source order, with their times; they are numbered by time, the slowest first.
   std::vector<Loop> takeLoops() {
     std::vector<Loop> loops;
     for (auto& [key, loop] : loops_) loops.push_back(std::move(loop));
@@ -208,9 +208,9 @@ class VectorizationAnalysis final : public Analysis {
     return detail;
   }
 
-  /// A site's row stands for its hottest loop, whose number it has; its state says whether all its loops are
-  /// vectorised. Of sites of one kind around each other only the innermost has its row: two neighbouring rows of one
-  /// kind, with no loop between them, would be taken for one site where the result is read.
+  /// A site's row has the times and the number of its hottest loop; its state covers all its loops. Among nested sites
+  /// of one kind, only the innermost gets a row: the join of the result would take two neighbouring rows of one kind,
+  /// with no loop between them, for one site.
   void addSites(const std::vector<Loop>& loops, Outcome& outcome) const {
     std::map<std::size_t, std::vector<const Loop*>> bySite;
     for (const Loop& loop : loops) {
