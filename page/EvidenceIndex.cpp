@@ -172,6 +172,11 @@ const Evidence* EvidenceIndex::first(const Site& site, EvidenceKind kind) const 
   return best;
 }
 
+std::string countText(const Evidence& line, const TimeUnit& unit) {
+  if (line.kind == EvidenceKind::share) return timeText(static_cast<double>(line.count) / kCountsOfASecond, unit);
+  return line.count > 1 ? counted(line.count, "time", "times") : std::string();
+}
+
 std::string evidenceName(EvidenceKind kind) {
   std::string name(kelvar_platform::kEvidenceKindNames[static_cast<std::size_t>(kind)]);
   for (char& c : name) c = c == '-' ? ' ' : c;
@@ -197,6 +202,7 @@ std::string reasonText(const Evidence& line) {
   text.remove_prefix(std::min(text.find_first_not_of(": "), text.size()));
   text = text.substr(0, text.find(". "));
   if (text.ends_with('.')) text.remove_suffix(1);
+  if (text.starts_with('(') && text.ends_with(')')) text = text.substr(1, text.size() - 2);
   return std::string(text);
 }
 

@@ -8,6 +8,7 @@
 
 #include "Diagnosis.h"
 #include "Evidence.h"
+#include "Figures.h"
 #include "Site.h"
 #include "kelvar/SummaryData.h"
 
@@ -46,6 +47,9 @@ class EvidenceIndex {
   std::map<std::string, std::map<std::string, LineTimes>> times_;  // by the leaf and the path of the file
 };
 
+/// How much a line of evidence stands for: `3 times`, and `72.0 ms` of a share of the time, which the survey measured
+/// in `unit`. Empty for once.
+[[nodiscard]] std::string countText(const Evidence& line, const TimeUnit& unit);
 /// `race`, `lock order`.
 [[nodiscard]] std::string evidenceName(EvidenceKind kind);
 /// `write at pixels.cpp:57, read at pixels.cpp:57`; empty where it names no place.

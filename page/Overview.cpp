@@ -161,9 +161,13 @@ void Overview::nest(std::vector<Mark>& marks) {
 
 const std::vector<kelvar::SummaryItem*>& Overview::rowsIn(const std::string& file) const noexcept {
   static const std::vector<kelvar::SummaryItem*> kNone;
-  const auto spelling = spellings_.find(file);
-  const auto found = spelling != spellings_.end() ? files_.find(spelling->second) : files_.end();
+  const auto found = files_.find(spellingOf(file));
   return found != files_.end() ? found->second : kNone;
+}
+
+const std::string& Overview::spellingOf(const std::string& path) const noexcept {
+  const auto spelling = spellings_.find(path);
+  return spelling != spellings_.end() ? spelling->second : path;
 }
 
 kelvar::SummaryItem* Overview::itemOf(const std::string& key) const noexcept {

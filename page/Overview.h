@@ -70,6 +70,9 @@ class Overview {
     return files_;
   }
 
+  /// The one spelling of a path that a row has; the path itself where no row has it.
+  [[nodiscard]] const std::string& spellingOf(const std::string& path) const noexcept;
+
   /// The region that the site is in; a site without an annotation has a region of its own.
   [[nodiscard]] const Region& regionOf(const Site& site) const noexcept;
   /// The site's time in parts of the whole; nothing where either is unknown.

@@ -1,6 +1,8 @@
 #include "ProjectOptions.h"
 
+#include <filesystem>
 #include <iterator>
+#include <system_error>
 
 #include "Messages.h"
 #include "Names.h"
@@ -80,6 +82,15 @@ void addHidings(CLI::App& app, ProjectRequest& request) {
         .value(option.value)
         .inOrder();  // at each occurrence, to keep the order across options
   }
+}
+
+std::string titleOf(const ProjectRequest& request) {
+  if (!request.project) return "project";
+  const std::string leaf = std::filesystem::path(*request.project).filename().native();
+  if (leaf != "." && leaf != "..") return *request.project;
+  std::error_code error;
+  const std::filesystem::path there = std::filesystem::canonical(*request.project, error);
+  return error || there.filename().empty() ? *request.project : there.filename().native();
 }
 
 Pieces piecesOf(const ProjectRequest& request) {

@@ -26,6 +26,9 @@ void addPieces(CLI::App& app, ProjectRequest& request);
 /// The options that hide sites.
 void addHidings(CLI::App& app, ProjectRequest& request);
 
+/// What to call the project before readers: as it was named, and a folder by its name where that was `.`.
+[[nodiscard]] std::string titleOf(const ProjectRequest& request);
+
 /// The pieces to read. Throws UsageError if PROJECT is not a directory or there is nothing to read.
 [[nodiscard]] Pieces piecesOf(const ProjectRequest& request);
 

@@ -178,7 +178,7 @@ std::vector<std::string> compareHead(const ComparedSides& sides, const Terminal&
 std::vector<TextTable::Column> changedColumns() {
   return {{.heading = "Site"},
           {.heading = "Kind"},
-          {.heading = "Where", .keepEnd = true},
+          {.heading = "Where", .cut = TextTable::Cut::beginning},
           {.heading = "Before", .right = true},
           {.heading = "After", .right = true},
           {.heading = "Change", .right = true},
@@ -214,7 +214,7 @@ std::vector<TextTable::Column> aloneColumns() {
   return {{.heading = ""},
           {.heading = "Site"},
           {.heading = "Kind"},
-          {.heading = "Where", .keepEnd = true},
+          {.heading = "Where", .cut = TextTable::Cut::beginning},
           {.heading = "Time", .right = true},
           {.heading = "Races"}};
 }

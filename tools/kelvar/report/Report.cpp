@@ -140,7 +140,7 @@ ExitStatus report(const Request& request) {
   }
   if (request.allRuns) return reportAll(request);
   Selection selection = request.selection;
-  selection.project = request.project.project.value_or("project");
+  selection.project = titleOf(request.project);
   const Pieces pieces = piecesOf(request.project);
   const Loaded& loaded = loadSaying(pieces, request.project);
   const auto model = request.format->evidence ? modelOf(loaded, pieces, request.sourceRoot) : nullptr;

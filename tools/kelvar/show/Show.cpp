@@ -49,6 +49,20 @@ Colour colourNamed(const std::string& text) {
   throw UsageError("--color: expected auto, always or never, not " + inQuotes(text) + proposal(text, kNames));
 }
 
+/// Those that left no result, where another did: why a column is not there.
+std::string missingAnalyses(const Model& model) {
+  std::string missing;
+  bool any = false;
+  for (const digestio::SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
+    if (model.data->summaryDataStatus(kind) != kelvar::kNotPresent) {
+      any = true;
+    } else {
+      missing += (missing.empty() ? "" : ", ") + std::string(kelvar_page::analysisName(kind));
+    }
+  }
+  return any ? missing : std::string();
+}
+
 std::string heading(const Model& model, std::size_t shown, const std::string& project) {
   std::string text = visible(project) + ": " + kelvar_page::counted(static_cast<std::int64_t>(shown), "row", "rows");
   const double whole = model.overview.wholeTime();
@@ -56,6 +70,8 @@ std::string heading(const Model& model, std::size_t shown, const std::string& pr
   const double gain = model.data->programMaxGain();
   if (gain > 1) text += ", up to " + kelvar_page::gainText(gain) + " as fast";
   if (!model.timeSource.empty()) text += ", " + visible(model.timeSource);
+  const std::string missing = missingAnalyses(model);
+  if (!missing.empty()) text += "; no result of " + missing;
   return text;
 }
 
@@ -69,8 +85,9 @@ void showProject(const Model& model, const Request& request, const Terminal& ter
         "No site is annotated: these are functions and loops. 'kelvar annotate DATABASE scan' finds the parallel\n"
         "regions of the sources, and 'add --kind parallel --label NAME --at FILE:LINE' makes a site of any line.\n\n";
   }
-  print(painted(terminal, Paint::bold, heading(model, rows.size(), request.project.project.value_or("project"))) +
-        "\n\n");
+  std::string head = paragraph("", heading(model, rows.size(), titleOf(request.project)), terminal);
+  head.pop_back();  // its last newline
+  print(painted(terminal, Paint::bold, head) + "\n\n");
   if (rows.empty()) return print("Nothing to show.\n");
   print(note + tableText(model, rows, terminal));
   const std::string findings = findingsText(model, terminal);

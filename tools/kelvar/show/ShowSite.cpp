@@ -125,7 +125,7 @@ std::string evidenceText(const Model& model, const Site& site, const Terminal& t
   for (const kelvar_page::Evidence* const line : model.evidence.of(site)) {
     std::string text = kelvar_page::evidenceName(line->kind) + ": " + line->text;
     if (!line->object.empty()) text += ", on " + line->object;
-    if (line->count > 1) text += " (" + kelvar_page::counted(line->count, "time", "times") + ")";
+    if (const std::string count = countText(*line, model.units.survey); !count.empty()) text += " (" + count + ")";
     out += paragraph("  ", visible(text), terminal);
     for (const kelvar_page::EvidencePlace& place : line->places) {
       std::string where = place.role.empty() ? "" : place.role + " at ";
@@ -180,7 +180,7 @@ void printSite(const Model& model, const Pieces& pieces, const Site& site, const
 void printFile(const Model& model, const std::string& file, const Terminal& terminal) {
   std::vector<Site> rows;
   for (Site& site : shownRows(model, true)) {
-    if (site.place.get_file().get_text() == file) rows.push_back(std::move(site));
+    if (model.overview.spellingOf(site.place.get_file().get_text()) == file) rows.push_back(std::move(site));
   }
   print(painted(terminal, Paint::bold, visible(file)) + "\n\n" + tableText(model, rows, terminal));
   printSection(terminal, "Source", sourceText(model, file, 1, std::numeric_limits<int>::max(), terminal));

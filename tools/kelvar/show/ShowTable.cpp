@@ -43,10 +43,19 @@ const std::vector<TextTable::Step> kNarrower{
     {kVectorised, 6},  {kWhere, 16}, {kSite, 14},    {kOwn, 0},         {kWhere, 12}, {kSite, 10}, {kMatch, 8}};
 
 std::vector<TextTable::Column> headings() {
-  return {{"Site"},          {"Kind"},        {.heading = "Where", .keepEnd = true},
-          {"Time", true},    {"Share", true}, {""},
-          {"Own", true},     {"Vector"},      {"Gain", true},
-          {"Of site", true}, {"Races"},       {"Stride"},
+  using Cut = TextTable::Cut;
+  return {{.heading = "Site", .cut = Cut::beforeNumber},
+          {"Kind"},
+          {.heading = "Where", .cut = Cut::beginning},
+          {"Time", true},
+          {"Share", true},
+          {""},
+          {"Own", true},
+          {.heading = "Vector", .cut = Cut::behindWord},
+          {"Gain", true},
+          {"Of site", true},
+          {"Races"},
+          {"Stride"},
           {"Match"}};
 }
 

@@ -10,6 +10,20 @@ namespace {
 
 constexpr std::size_t kGap = 2;
 
+std::string fitted(const std::string& text, std::size_t width, TextTable::Cut cut) {
+  if (displayWidth(text) <= width) return text;
+  if (cut == TextTable::Cut::beforeNumber) {
+    const std::size_t blank = text.find_last_not_of("0123456789");
+    const std::size_t end = blank != std::string::npos && text[blank] == ' ' ? text.size() - blank : 0;
+    if (end > 1 && 2 * end < width) return cutTo(text.substr(0, blank), width - end) + text.substr(blank);
+  } else if (cut == TextTable::Cut::behindWord) {
+    constexpr std::size_t kTooLittle = 8;
+    const std::size_t word = text.find(':');
+    if (word != std::string::npos && word <= width && width < word + kTooLittle) return text.substr(0, word);
+  }
+  return cutTo(text, width, cut == TextTable::Cut::beginning);
+}
+
 }  // namespace
 
 std::size_t TextTable::total() const {
@@ -55,7 +69,7 @@ void TextTable::appendLine(std::string& out, const std::vector<Cell>& cells, con
     if (columns_[at].hidden) continue;
     if (!first) blanks += kGap;
     first = false;
-    const std::string text = cutTo(cells[at].text, widths_[at], columns_[at].keepEnd);
+    const std::string text = fitted(cells[at].text, widths_[at], columns_[at].cut);
     const std::size_t filler = widths_[at] - std::min(widths_[at], displayWidth(text));
     if (columns_[at].right) blanks += filler;
     if (!text.empty()) {

@@ -11,11 +11,14 @@ namespace kelvar_tool {
 /// A table that fits itself to a width: what matters least goes or is cut first.
 class TextTable {
  public:
+  /// Where a text that is too long is cut: before the number that it ends with, which tells it from others; or, where
+  /// hardly more than its first word is left, behind that word.
+  enum class Cut { end, beginning, beforeNumber, behindWord };
   struct Column {
     std::string heading;
     bool right = false;  ///< numbers
     bool hidden = false;
-    bool keepEnd = false;  ///< what is cut is cut at its beginning
+    Cut cut = Cut::end;
   };
   struct Cell {
     std::string text;  ///< visible

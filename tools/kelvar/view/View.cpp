@@ -110,7 +110,7 @@ ExitStatus view(const Request& request) {
   };
   kelvar_page::ViewPages pages({.load = loadModel,
                                 .version = version,
-                                .project = request.project.project.value_or("project"),
+                                .project = titleOf(request.project),
                                 .annotations = pieces.annotations,
                                 .comparison = compares ? compare : std::function<std::string()>()},
                                server->port(), token);
