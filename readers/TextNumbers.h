@@ -1,10 +1,10 @@
 #pragma once
 
 #include <algorithm>
+#include <boost/unordered/unordered_flat_map.hpp>
 #include <cstddef>
 #include <memory_resource>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace kelvar_readers {
@@ -34,7 +34,7 @@ class TextNumbers {
   }
 
   std::pmr::monotonic_buffer_resource memory_;
-  std::pmr::unordered_map<std::string_view, std::size_t> numbers_{&memory_};
+  boost::unordered_flat_map<std::string_view, std::size_t> numbers_;
   std::vector<std::string_view> texts_;
   std::size_t last_ = 0;
 };
