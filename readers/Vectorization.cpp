@@ -57,13 +57,21 @@ class Times {
   [[nodiscard]] double of(const Loop& loop, int end) const {
     const auto lines = byLeaf_.find(std::string(leafOf(loop.file)));
     if (lines == byLeaf_.end()) return 0;
-    double time = 0;
+    const auto begin = lines->second.lower_bound(loop.line);
+    const auto behind = lines->second.lower_bound(std::max(loop.line, end));
     std::set<std::string_view> functions;  // those that contain the loop: the ones on its first line with time
-    int first = 0;
-    for (auto at = lines->second.lower_bound(loop.line); at != lines->second.end() && at->first < end; ++at) {
-      if (first == 0) first = at->first;
-      if (at->first == first) functions.insert(at->second->function);
-      if (functions.contains(at->second->function)) time += at->second->time;
+    bool outlined = false;
+    for (auto at = begin; at != behind && at->first == begin->first; ++at) {
+      functions.insert(at->second->function);
+      outlined = outlined || at->second->function.starts_with(kOutlined);
+    }
+    const bool wrapped = outlined && std::any_of(begin, behind, [](const auto& line) { return isBody(line.second); });
+    double time = 0;
+    for (auto at = begin; at != behind; ++at) {
+      const std::string& function = at->second->function;
+      const bool counts =
+          wrapped && function.starts_with(kOutlined) ? isBody(at->second) : functions.contains(function);
+      if (counts) time += at->second->time;
     }
     return time;
   }
@@ -71,6 +79,11 @@ class Times {
   [[nodiscard]] bool known() const { return !byLeaf_.empty(); }
 
  private:
+  // With -g, clang puts a parallel region into one function, and another one around it that only hands on its
+  // arguments: at the line of the region, that has the time of the whole region again.
+  static constexpr std::string_view kOutlined = ".omp_outlined.";
+  static bool isBody(const KeptLineTime* line) { return line->function.starts_with(".omp_outlined._debug__"); }
+
   std::map<std::string, std::multimap<int, const KeptLineTime*>, std::less<>> byLeaf_;
   double total_ = 0;
 };
