@@ -96,6 +96,7 @@ void writeNodes(PageJson& json, const std::vector<TimeNode>& nodes, const TimeUn
     const TimeNode& node = nodes[at];
     json.beginObject().text("key", node.key).text("label", node.label).number("time", node.time);
     json.text("text", timeText(node.time, unit));
+    if (node.races) json.flag("races", true);
     if (!node.within.empty()) {
       json.text("own", timeText(node.own, unit));
       writeNodes(json, node.within, unit);
@@ -284,7 +285,7 @@ void writeSite(PageJson& json, const Model& model, const Site& site, const std::
   json.beginObject().beginList("evidence");
   for (const Evidence* const line : model.evidence.of(site)) {
     json.beginObject().text("kind", evidenceName(line->kind)).text("text", line->text).text("object", line->object);
-    json.number("count", line->count).beginList("places");
+    json.text("count", countText(*line, model.units.survey)).beginList("places");
     for (const EvidencePlace& place : line->places) {
       json.beginObject().text("role", place.role).text("file", place.file).number("line", std::int64_t{place.line});
       json.text("function", place.function).endObject();

@@ -40,7 +40,10 @@ class Nesting {
     if (place.function && !open_.empty() && open_.back().function) close();
     if (open_.size() >= kDeepest) return;
     const int end = place.function ? std::numeric_limits<int>::max() : std::max(place.first, place.last);
-    open_.push_back({.node = {.key = std::move(place.key), .label = std::move(place.label), .time = place.time},
+    open_.push_back({.node = {.key = std::move(place.key),
+                              .label = std::move(place.label),
+                              .time = place.time,
+                              .races = place.races},
                      .last = end,
                      .function = place.function});
   }
@@ -99,7 +102,8 @@ std::vector<TimeFile> timeTreeOf(const Overview& overview) {
                         .time = *site.time,
                         .first = site.place.get_line(),
                         .last = overview.regionOf(site).lastLine,
-                        .function = site.sort == SiteSort::function});
+                        .function = site.sort == SiteSort::function,
+                        .races = site.races.value_or(0) > 0});
     }
     TimeFile file{.file = name, .time = 0, .nodes = nestedPlaces(std::move(places))};
     for (const TimeNode& node : file.nodes) file.time += node.time;

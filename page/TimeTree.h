@@ -16,6 +16,7 @@ struct TimedPlace {
   int first = 0;    ///< line
   int last = 0;     ///< of a region that is closed; else 0: it holds nothing
   bool function = false;
+  bool races = false;
 };
 
 /// A box in the picture of where time goes. What lies within is part of it, so boxes that lie side by side add up.
@@ -24,6 +25,7 @@ struct TimeNode {
   std::string label;
   double time = 0;  ///< seconds, with what lies within
   double own = 0;   ///< seconds without it
+  bool races = false;
   std::vector<TimeNode> within = {};
 };
 

@@ -25,6 +25,7 @@ class Detail {
     this.head("", "");
     this.facts.replaceChildren(element("p", { text: "Choose a row, a box or a point." }));
     this.code.replaceChildren();
+    document.getElementById("code").hidden = true;
   }
 
   async show(row) {
@@ -67,9 +68,9 @@ class Detail {
     if (lines.length === 0) return [];
     const parts = [element("h3", { text: "Evidence" })];
     for (const line of lines) {
-      const count = line.count > 1 ? `, ${line.count} times` : "";
-      parts.push(element("p", { text: `${line.kind}: ${line.text}${line.object ? ", on " + line.object : ""}${count}` }));
-      const list = element("ul");
+      const count = line.count ? `, ${line.count}` : "";
+      parts.push(element("p", { class: "ground", text: `${line.kind}: ${line.text}${line.object ? ", on " + line.object : ""}${count}` }));
+      const list = element("ul", { class: "places" });
       for (const place of line.places) {
         const role = place.role ? place.role + " at " : "";
         list.append(element("li", { class: "soft", text: `${role}${place.file}${place.line ? ":" + place.line : ""}${place.function ? " in " + place.function : ""}` }));
@@ -85,6 +86,8 @@ class Detail {
   }
 
   showSource(row, source) {
+    document.getElementById("code").hidden = false;
+    document.getElementById("code-title").textContent = row.file.slice(0, LONGEST);
     if (!source) {
       this.file = "";
       this.code.replaceChildren(element("p", { class: "soft", text: "The source is not below the folder that --source-root names." }));
@@ -107,7 +110,7 @@ class Detail {
         element("td", { class: "figure", text: time, title: time && "with all that runs within" }), element("td", { class: "figure", text: share }),
         element("td", { class: "figure line", text: own, title: own && "on this line alone" }),
         element("td", { class: "number", text: at + 1 }), element("td", { text: text.slice(0, 2000) }),
-        element("td", { class: race ? "note race" : "note", text: notes.join("; ") })));
+        element("td", { class: race ? "note race" : "note", text: notes.join("; "), title: notes.length > 0 ? notes.join("; ") : null })));
     });
     const head = element("thead", { class: "hidden" }, element("tr", {},
       ...["Time", "Share", "On line", "Line", "Source", "What is known"].map((text) => element("th", { scope: "col", text }))));

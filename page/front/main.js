@@ -101,7 +101,8 @@ class Page {
     document.getElementById("project").textContent = program.project;
     const summary = [program.wholeText && program.wholeText + " in all", program.gainText && "up to " + program.gainText + " as fast",
       program.leftOut > 0 && `the first ${program.embedded.length} of ${program.rows} rows: ${program.leftOut} are left out`, program.timeSource];
-    document.getElementById("summary").textContent = summary.filter(Boolean).join(", ");
+    const missing = ANALYSES.filter((_, at) => !program.analyses[at]);
+    document.getElementById("summary").textContent = summary.filter(Boolean).join(", ") + (missing.length % ANALYSES.length ? "; no result of " + missing.join(", ") : "");
     this.table.shape(program);
     this.findings(program);
     const complaints = document.getElementById("complaints");

@@ -36,6 +36,13 @@ function squares(parts, x, y, width, height, place) {
   }
 }
 
+/** From 0 on, steps of 1, 2 or 5 times a power of ten, of which at most five lie up to `most`; and the digits they take. */
+function steps(most) {
+  const power = 10 ** Math.floor(Math.log10(most / 5));
+  const step = [1, 2, 5, 10].map((one) => one * power).find((one) => most / one <= 5) ?? most;
+  return { values: [0, 1, 2, 3, 4, 5].map((at) => at * step).filter((value) => value <= most), digits: Math.max(0, -Math.floor(Math.log10(step * 1.0001))) };
+}
+
 function leaf(path) {
   return path.slice(path.lastIndexOf("/") + 1);
 }
@@ -46,6 +53,7 @@ class Pictures {
     this.tree = document.getElementById("tree");
     this.plot = document.getElementById("plot");
     new ResizeObserver(() => { if (this.drawn) this.drawTree(); }).observe(this.tree);
+    new ResizeObserver(() => { if (this.drawn && this.plot.clientWidth !== this.wide) this.drawPlot(); }).observe(this.plot);
     this.plot.addEventListener("keydown", (event) => {
       if ((event.key === "Enter" || event.key === " ") && event.target.dataset.key) {
         this.choose(event.target.dataset.key);
@@ -59,7 +67,6 @@ class Pictures {
     this.begin = findings.find((finding) => finding.rule === "begin")?.key;
     this.drawTree();
     this.drawPlot();
-    this.mark(this.chosen ?? "");
   }
 
   mark(key) {
@@ -82,17 +89,19 @@ class Pictures {
       const top = h > 60 ? 20 : 0;
       squares(file.within, x + 2, y + top, w - 4, h - top - 2, (node, ...where) => this.node(node, file, where, false));
     });
+    for (const one of document.querySelectorAll(".legend span")) one.hidden = !this.tree.querySelector("." + one.dataset.of);
     this.mark(this.chosen ?? "");
   }
 
   node(node, file, [x, y, w, h], inner) {
     if (w < 3 || h < 3) return;
-    const said = `${node.label}, ${node.text}${node.own ? ", " + node.own + " of it its own" : ""}, ${file.file}`;
-    const box = element("button", { type: "button", class: inner ? "box inner" : "box", "data-key": node.key, title: said, "aria-label": said,
+    const said = `${node.label}, ${node.text}${node.own ? ", " + node.own + " of it its own" : ""}${node.races ? ", races" : ""}, ${file.file}`;
+    const sort = (inner ? " inner" : "") + (node.key === this.begin ? " first" : node.races ? " races" : "");
+    const box = element("button", { type: "button", class: "box" + sort, "data-key": node.key, title: said, "aria-label": said,
       "aria-pressed": "false" });
     const tall = h > (node.within ? 74 : 38);  // what lies within begins below the name
     if (w > 40 && h > 20) box.append(element("b", { text: node.label.slice(0, 200) }));
-    if (w > 40 && tall) box.append(node.text);
+    if (w > 40 && w > 14 + 7 * node.text.length && tall) box.append(node.text);  // a number is whole, or not there
     box.addEventListener("click", () => this.choose(node.key));
     this.put(box, x, y, w, h);
     this.within(node, file, x, y, w, h);
@@ -125,42 +134,57 @@ class Pictures {
       this.plot.append(element("p", { class: "soft", text: "No suitability analysis says what a site would gain." }));
       return;
     }
-    const [width, height, left, bottom, top, right] = [440, 260, 46, 36, 14, 14];
+    this.wide = this.plot.clientWidth;
+    const [width, height, left, bottom, top, right] = [Math.max(280, this.wide), 260, 46, 36, 18, 14];
     const svg = this.svg("svg", { viewBox: `0 0 ${width} ${height}`, role: "group", "aria-label": "Time against gain, a point for each site" });
+    this.plot.append(svg);
     const most = Math.max(.05, ...points.map((point) => point.share)) * 1.08;
     const high = Math.max(1.1, ...points.map((point) => point.gain)) * 1.05 - 1;
     const x = (share) => left + share / most * (width - left - right);
     const y = (gain) => height - bottom - Math.max(0, gain - 1) / high * (height - bottom - top);
-    for (let step = 0; step <= 4; ++step) {
-      const share = most * step / 4;
-      const gain = 1 + high * step / 4;
-      svg.append(this.svg("line", { class: "grid", x1: left, x2: width - right, y1: y(gain), y2: y(gain) }),
-        this.svg("text", { x: left - 6, y: y(gain) + 4, "text-anchor": "end" }, gain.toFixed(2) + "x"),
-        this.svg("text", { x: x(share), y: height - bottom + 16, "text-anchor": "middle" }, Math.round(100 * share) + "%"));
+    const [shares, gains] = [steps(100 * most), steps(high)];
+    for (const more of gains.values) {
+      svg.append(this.svg("line", { class: "grid", x1: left, x2: width - right, y1: y(1 + more), y2: y(1 + more) }),
+        this.svg("text", { x: left - 6, y: y(1 + more) + 4, "text-anchor": "end" }, (1 + more).toFixed(gains.digits) + "x"));
+    }
+    for (const share of shares.values) {
+      svg.append(this.svg("line", { class: "grid", x1: x(share / 100), x2: x(share / 100), y1: height - bottom, y2: height - bottom + 4 }),
+        this.svg("text", { x: x(share / 100), y: height - bottom + 16, "text-anchor": "middle" }, share.toFixed(shares.digits) + "%"));
     }
     svg.append(this.svg("text", { x: (left + width) / 2, y: height - 4, "text-anchor": "middle" }, "share of the time"),
-      this.svg("text", { x: left, y: top - 3, "text-anchor": "start" }, "gain of the program"));
-    const named = new Set([this.begin, ...[...points].sort((a, b) => b.gain - a.gain).slice(0, 4).map((point) => point.key)]);
+      this.svg("text", { x: left, y: top - 7, "text-anchor": "start" }, "gain of the program"));
+    // The one to begin with is drawn last, over all others, and named first, where it likes.
+    const inOrder = [...points].sort((a, b) => (a.key === this.begin) - (b.key === this.begin));
+    for (const point of inOrder) svg.append(this.point(point, x(point.share), y(point.gain)));
+    const named = [...points].sort((a, b) => (b.key === this.begin) - (a.key === this.begin) || b.gain - a.gain).slice(0, 5);
     const taken = [];
-    for (const point of points) {
-      const first = point.key === this.begin;
-      const dot = this.svg("circle", { class: "point" + (point.races > 0 ? " races" : "") + (first ? " first" : ""), cx: x(point.share), cy: y(point.gain),
-        r: first ? 8 : 5.5, tabindex: 0, role: "button", "data-key": point.key, "aria-pressed": "false",
-        "aria-label": `${point.label}, ${point.text}${point.races > 0 ? ", races" : ""}` });
-      dot.append(this.svg("title", {}, `${point.label}: ${point.text}`));
-      dot.addEventListener("click", () => this.choose(point.key));
-      svg.append(dot);
-      if (named.has(point.key)) this.name(svg, point, x(point.share), y(point.gain), width, taken);
-    }
-    this.plot.append(svg);
+    for (const point of named) this.name(svg, point, x(point.share), y(point.gain), left, width, taken);
+    this.mark(this.chosen ?? "");
   }
 
-  name(svg, point, x, y, width, taken) {
-    if (taken.some((other) => Math.abs(other[0] - x) < 90 && Math.abs(other[1] - y) < 13)) return;
-    taken.push([x, y]);
-    const atEnd = x > width * .7;
+  point(point, x, y) {
+    const first = point.key === this.begin;
+    const dot = this.svg("circle", { class: "point" + (point.races > 0 ? " races" : "") + (first ? " first" : ""), cx: x, cy: y,
+      r: first ? 9 : 5.5, tabindex: 0, role: "button", "data-key": point.key, "aria-pressed": "false",
+      "aria-label": `${point.label}, ${point.text}${first ? ", begin here" : ""}${point.races > 0 ? ", races" : ""}` });
+    dot.append(this.svg("title", {}, `${point.label}: ${point.text}`));
+    dot.addEventListener("click", () => this.choose(point.key));
+    return dot;
+  }
+
+  // To the right of its point, else to the left, where it hides no other name; else not at all.
+  name(svg, point, x, y, left, width, taken) {
+    const first = point.key === this.begin;
     const label = point.label.length > 28 ? point.label.slice(0, 27) + "\u2026" : point.label;
-    svg.append(this.svg("text", { class: "name", x: atEnd ? x - 12 : x + 12, y: y + 4, "text-anchor": atEnd ? "end" : "start" }, label));
+    const text = this.svg("text", { class: first ? "name first" : "name", y: y + 4 }, first ? label + ": begin here" : label);
+    svg.append(text);
+    const long = text.getComputedTextLength();
+    const free = (from) => from >= left && from + long <= width && !taken.some(([begin, end, other]) => from < end && from + long > begin && Math.abs(other - y) < 14);
+    const from = [x + 14, x - 14 - long].find(free);
+    if (from === undefined && !first) return text.remove();
+    const begin = from ?? Math.max(left, Math.min(x + 14, width - long));
+    text.setAttribute("x", begin);
+    taken.push([begin, begin + long, y]);
   }
 
   svg(name, values, text = "") {

@@ -4,16 +4,17 @@ const ROW_HEIGHT = 32;
 const MOST_PIXELS = 8000000;
 const BLOCK = 100;  // rows that are asked for at a time
 
-// Widths are in rem; what `needs` an analysis is left out where the project has no result of it.
+// Widths are in rem; what `needs` an analysis is left out where the project has no result of it, and what is `spare` where
+// all others take the room, the first one first.
 const COLUMNS = [
   { field: "label", title: "Site", order: 2, width: 7.4, grows: 3 },
-  { field: "kind", title: "Kind", order: 1, width: 4.6 },
-  { field: "where", title: "Where", order: 0, width: 7, grows: 1.5 },
+  { field: "kind", title: "Kind", order: 1, width: 4.6, spare: 1 },
+  { field: "where", title: "Where", order: 0, width: 7.2, grows: 1.5 },
   { field: "time", title: "Time", order: 3, right: true, width: 4.6 },
   { field: "share", title: "Share", right: true, hint: "Part of the whole time", width: 4.2 },
-  { field: "own", title: "Own", right: true, hint: "Share without what lies within", width: 3.8 },
-  { field: "vectorised", title: "Vector", order: 8, hint: "Sorts by the priority of loops", needs: 1, width: 3.5 },
+  { field: "own", title: "Own", right: true, hint: "Share without what lies within", width: 3.8, spare: 2 },
   { field: "gain", title: "Gain", order: 11, right: true, hint: "How much faster the program could be", needs: 2, width: 3.6 },
+  { field: "vectorised", title: "Vector", order: 8, hint: "Sorts by the priority of loops", needs: 1, width: 3.5 },
   { field: "races", title: "Races", order: 12, needs: 3, width: 4.1 },
   { field: "stride", title: "Stride", hint: "The stride that matters", needs: 4, width: 6.8 },
   { field: "word", title: "Match", hint: "What is stale", width: 4.6 },
@@ -44,19 +45,38 @@ class Table {
     this.body = document.getElementById("rows");
     this.scroll.addEventListener("scroll", () => this.later());
     this.scroll.addEventListener("keydown", (event) => this.key(event));
-    new ResizeObserver(() => this.later()).observe(this.scroll);
+    new ResizeObserver(() => this.fit()).observe(this.scroll);
   }
 
-  /** Which columns there are; times of another unit than seconds take more room. */
+  /** Which columns there may be; times of another unit than seconds take more room. */
   shape(program) {
-    this.columns = COLUMNS.filter((column) => (column.field === "word" ? program.annotated : column.needs === undefined || program.analyses[column.needs]));
-    const width = (column) => (column.field === "time" ? Math.max(column.width, .55 * program.wholeText.length + 1.2) : column.width);
+    this.possible = COLUMNS.filter((column) => (column.field === "word" ? program.annotated : column.needs === undefined || program.analyses[column.needs]));
+    this.width = (column) => (column.field === "time" ? Math.max(column.width, .55 * program.wholeText.length + 1.2) : column.width);
+    this.columns = [];
+    this.fit();
+  }
+
+  /** Which of them there are: those that have room. */
+  fit() {
+    if (!this.possible) return;
     const grid = document.getElementById("grid");
-    grid.style.setProperty("--columns", this.columns.map((column) => (column.grows ? `minmax(${width(column)}rem, ${column.grows}fr)` : width(column) + "rem")).join(" "));
-    grid.style.setProperty("--least", this.columns.reduce((all, column) => all + width(column), 0) + "rem");
+    const rem = parseFloat(getComputedStyle(document.documentElement).fontSize);
+    const least = (columns) => columns.reduce((all, column) => all + this.width(column), 0);
+    let columns = this.possible;
+    for (const spare of [1, 2]) {
+      if ((least(columns) + 1) * rem > grid.clientWidth) columns = columns.filter((column) => column.spare !== spare);
+    }
+    if (columns.length !== this.columns.length) {
+      this.columns = columns;
+      grid.style.setProperty("--columns", columns.map((column) => (column.grows ? `minmax(${this.width(column)}rem, ${column.grows}fr)` : this.width(column) + "rem")).join(" "));
+      grid.style.setProperty("--least", least(columns) + "rem");
+      if (this.order) this.head(this.query, this.order);
+    }
+    this.later();
   }
 
   head(query, order) {
+    this.order = order;
     const head = document.getElementById("head");
     const had = document.activeElement?.dataset?.order;
     head.replaceChildren(...this.columns.map((column, at) => {
@@ -170,22 +190,28 @@ class Table {
       cell.classList.add("label");
       cell.style.paddingLeft = .55 + Math.min(row.depth, 6) + "rem";
       if (!value) cell.textContent = "(no label)";
+      const number = value.length < 300 && value.search(/ \d{1,4}$/);
+      if (number > 0) this.keepEnd(cell, value, number);  // names that a scan gives often differ in it alone
     } else if (column.field === "share" && row.part > 0) {
       cell.classList.add("share");
       const bar = element("i", { "aria-hidden": "true" });
       bar.style.width = Math.min(100, 100 * row.part) * .86 + "%";
       cell.append(bar);
     } else if (column.field === "where") {
-      // The line is never cut off, the file may be.
-      const colon = value.lastIndexOf(":");
-      cell.classList.add("where", "soft");
-      cell.replaceChildren(element("span", { text: value.slice(0, colon).slice(0, 300) }), element("span", { text: value.slice(colon) }));
+      cell.classList.add("soft");
+      this.keepEnd(cell, value, value.lastIndexOf(":"));
     } else if (column.field === "races" && row.raceCount > 0) cell.classList.add("bad");
     else if (column.field === "vectorised" && value === "yes") cell.classList.add("good");
     else if (column.field === "vectorised" && value === "no" && row.part >= .1) cell.classList.add("warn");
     else if (column.field === "word") cell.classList.add("warn");
     else if (column.field === "kind") cell.classList.add("soft");
     return cell;
+  }
+
+  /** What is behind `at` is never cut off, what is before may be. */
+  keepEnd(cell, text, at) {
+    cell.classList.add("parted");
+    cell.replaceChildren(element("span", { text: text.slice(0, at).slice(0, 300) }), element("span", { text: text.slice(at) }));
   }
 
   choose(row) {

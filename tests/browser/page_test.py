@@ -157,6 +157,19 @@ class PageTest(unittest.TestCase):
             for one in ("text", "kind", "sort", "scroll", "source", "3"):
                 self.assertIn(one, reached)
 
+    def test_both_pictures_mark_where_to_begin_at_any_width(self):
+        outside = """const plot = document.getElementById("plot").getBoundingClientRect();
+          return [...document.querySelectorAll("#plot text, #plot circle")].map((one) => one.getBoundingClientRect())
+            .filter((one) => one.left < plot.left || one.right > plot.right || one.top < plot.top || one.bottom > plot.bottom).length;"""
+        for width in (1400, 800, 480):
+            self.browser.size(width, 1200)
+            self.browser.open(self.pages["file"])
+            self.browser.until("document.querySelector('#tree .first b').textContent === 'column mean'")
+            self.assertEqual(self.browser.js("return document.querySelector('#plot .name.first').textContent"), "column mean: begin here")
+            self.assertIn("races", self.browser.js("return document.querySelector('#tree .races').ariaLabel"))
+            self.assertEqual(self.browser.js(outside), 0, width)
+        self.browser.size(1400, 1200)
+
     def test_is_accessible_in_dark_and_light_wide_and_narrow(self):
         for name, address in self.pages.items():
             for scheme in ("light", "dark"):
