@@ -106,7 +106,8 @@ class Results {
     if (site.vectorised != kelvar_page::Vectorised::no || share < kHot) return;
     if (!scalar_.emplace(site.place.get_file().get_text(), site.place.get_line()).second) return;
     std::string text = named(site) + " takes " + kelvar_page::shareText(share) + " of the time and is not vectorised";
-    if (const auto* const why = model_.evidence.first(site, EvidenceKind::missed)) text += ": " + why->text;
+    const auto* const why = model_.evidence.first(site, EvidenceKind::missed);
+    if (const std::string reason = why ? kelvar_page::reasonText(*why) : ""; !reason.empty()) text += ": " + reason;
     write(site, kScalar, text, EvidenceKind::missed);
   }
 
