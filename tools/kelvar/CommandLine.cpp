@@ -90,7 +90,7 @@ const CLI::App& innermost(const CLI::App& app) {
 
 namespace {
 
-/// What is typed before its name.
+/// The words on the command line before the subcommand's name.
 std::string wordsBefore(const CLI::App& app) {
   const CLI::App* const parent = app.get_parent();
   if (parent == nullptr) return {};

@@ -10,8 +10,8 @@ namespace CLI {
 class Option;
 }
 
-/// What a subcommand needs of the parser. Only this and the command's own start include its header, which takes longer
-/// to compile than all else of a subcommand.
+/// The part of the parser that subcommands use. Its own header takes longer to compile than the rest of a subcommand,
+/// so only Options.cpp, CommandLine.cpp and main.cpp include it.
 namespace kelvar_tool {
 
 using TakeText = std::function<void(const std::string& text)>;
@@ -59,7 +59,7 @@ void addFlag(CLI::App& app, const std::string& name, bool& flag, const std::stri
 /// One that calls `take`.
 void addFlag(CLI::App& app, const std::string& name, std::function<void()> take, const std::string& help);
 
-/// Adds `--run NAME`, which `run` then holds. What may not name a run is a usage error.
+/// Adds `--run NAME`, stored in `run`. A text that is no valid name of a run is a usage error.
 void addRun(CLI::App& app, const std::string& help, std::optional<std::string>& run);
 
 /// Adds `--format`, text or json.

@@ -11,7 +11,7 @@ namespace kelvar_tool {
 
 namespace {
 
-/// Shares are of what is in rows, so a reader has to know how much is not.
+/// The source of the times. Shares refer to the time in rows, so a considerable time outside of all rows is named too.
 std::string timesText(const Pieces& pieces, const kelvar_page::Model& model) {
   constexpr double kMatters = 0.01;
   const std::string source = timeSourceOf(pieces);

@@ -8,8 +8,8 @@
 
 namespace kelvar_tool {
 
-/// The project as people read it, with the evidence beside its results. What of that cannot be read is said and is
-/// among the model's complaints.
+/// The model behind `show`, `view` and the page, with the evidence beside the results. Evidence that cannot be read is
+/// reported on standard error and is among the model's complaints.
 [[nodiscard]] std::unique_ptr<kelvar_page::Model> modelOf(const Loaded& loaded, const Pieces& pieces,
                                                           const std::string& sourceRoot);
 

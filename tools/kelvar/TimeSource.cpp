@@ -15,13 +15,13 @@ constexpr std::string_view kFrom = " from --";
 constexpr std::string_view kTimes = "times are in ";
 constexpr std::string_view kPlaceless = " records have no place, and stand in no row; together they weigh ";
 constexpr std::string_view kIn = ", in ";
-constexpr std::size_t kMostLines = 20;  // the import says it first
+constexpr std::size_t kMostLines = 20;  // the import writes these lines first
 
 std::string wordBefore(std::string_view text, char end) {
   return std::string(text.substr(0, text.find(end)));
 }
 
-/// What an import noted in the log of its result.
+/// What the log of an imported result says.
 struct Noted {
   std::string tool;
   std::string unit;

@@ -8,18 +8,18 @@
 
 namespace kelvar_tool {
 
-/// What measured the times of a project, as its import noted it in the log of the result: `perf, in seconds`,
-/// `callgrind, in millions of instructions`, `coz`. That of the survey, whose times loops have too, else of the
-/// suitability analysis. Empty where nothing says so: results of a suite's own tools need no such log.
+/// The tool that measured the times of a project and their unit, from the log that the import wrote beside the result:
+/// `perf, in seconds`, `callgrind, in millions of instructions`, `coz`. Taken from the survey, or from the suitability
+/// analysis if there is no survey. Empty when no log says so: results of a suite's own tools need no such log.
 [[nodiscard]] std::string timeSourceOf(const Pieces& pieces);
 
-/// What of the survey's time lies where no source is known, and so is in no row, as its import noted it. 0 where
-/// nothing says so.
+/// The part of the survey's time in code whose source is unknown, which is in no row, from the same log. 0 when no log
+/// says so.
 [[nodiscard]] double placelessTimeOf(const Pieces& pieces);
 
-/// What the times of such a source count.
+/// The unit in the text that timeSourceOf() returns.
 [[nodiscard]] kelvar_page::TimeUnit unitOf(const std::string& timeSource);
-/// What the times of each analysis count; those of a modelled suitability are the survey's.
+/// The units of the times of each analysis. A modelled suitability has the unit of the survey.
 [[nodiscard]] kelvar_page::TimeUnits unitsOf(const Pieces& pieces);
 
 }  // namespace kelvar_tool

@@ -7,8 +7,8 @@
 
 namespace kelvar_tool {
 
-/// What is odd about a site that a person adds, a sentence each: its file or line is not there, the beginning that an
-/// end needs is not among `others`, or the same site is.
+/// What is suspicious about a site that the user adds, a sentence each: its file or line does not exist, it ends
+/// nothing among `others`, or `others` has the same site already.
 [[nodiscard]] std::vector<std::string> doubtsOf(const kelvar_platform::Site& site,
                                                 const std::vector<kelvar_platform::Site>& others);
 

@@ -44,10 +44,11 @@ std::vector<std::string> environmentWith(const std::vector<std::string>& own) {
   return all;
 }
 
-/// In the child, between fork and exec: only what is safe there. Answers the error that kept it from starting.
+/// Runs in the child between fork and exec, so it may only call async-signal-safe functions. Returns the errno if the
+/// program cannot be started.
 int become(const Child::Start& start, pid_t parent, char* const* arguments, char* const* environment) {
-  // A session of its own has no terminal, which would stop a program that reads from it in the background, or writes
-  // to it under `stty tostop`.
+  // In a session of its own the program has no terminal. A terminal would stop it when it reads from it in the
+  // background, or writes to it under `stty tostop`.
   ::setsid();
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (::getppid() != parent) ::_exit(127);
@@ -74,7 +75,7 @@ Child::Child(const Start& start, const Guard& guard, Interrupts& interrupts) : g
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
   const FileDescriptor reading(ends[0]);
-  // Above the numbers that are given to the child.
+  // Moved above the descriptors that the child gets.
   FileDescriptor writing(::fcntl(ends[1], F_DUPFD_CLOEXEC, 64));
   ::close(ends[1]);
   const pid_t parent = ::getpid();
@@ -106,7 +107,7 @@ Child::~Child() {
 }
 
 ChildEnd Child::wait() {
-  // Looked at before it is taken, so that its number cannot be another process's when the group is killed.
+  // Wait without reaping first: until it is reaped, its number cannot belong to another process when we kill the group.
   siginfo_t info{};
   while (::waitid(P_PID, static_cast<id_t>(process_), &info, WEXITED | WNOWAIT) < 0 && errno == EINTR) continue;
   interrupts_.watch(0);

@@ -14,24 +14,24 @@ namespace kelvar_tool {
 
 /// How a process ended.
 struct ChildEnd {
-  int status = 0;  ///< its exit status; 128 and the signal where one ended it
-  int signal = 0;
-  std::size_t left = 0;  ///< processes that it left running, which were ended
+  int status = 0;        ///< the exit status; 128 + the signal that ended it
+  int signal = 0;        ///< the signal that ended it; 0: none
+  std::size_t left = 0;  ///< the number of processes that it left running; they were killed
 };
 
-/// A process in a session and a group of its own, which ends with this object, and with this process.
+/// A child process in a session and process group of its own. It is killed with this object or when this process ends.
 class Child {
  public:
   struct Start {
     std::vector<std::string> command;
-    std::vector<std::string> environment;  ///< NAME=VALUE, beside what this process has
-    int input = -1;                        ///< its standard input; -1: nothing to read
-    bool quiet = true;                     ///< its output goes nowhere
-    int passed = -1;                       ///< a descriptor that it finds open as `passedAs`
+    std::vector<std::string> environment;  ///< NAME=VALUE, added to the environment of this process
+    int input = -1;                        ///< the standard input; -1: /dev/null
+    bool quiet = true;                     ///< discards the output
+    int passed = -1;                       ///< a descriptor of ours that the child gets as `passedAs`; -1: none
     int passedAs = -1;
   };
 
-  /// Throws a ReadError where it cannot be started.
+  /// Throws a ReadError when the command cannot be started.
   Child(const Start& start, const Guard& guard, Interrupts& interrupts);
   /// Kills what is left of the group.
   ~Child();
@@ -39,7 +39,7 @@ class Child {
   Child& operator=(const Child&) = delete;
 
   [[nodiscard]] pid_t process() const noexcept { return process_; }
-  /// Waits for its end, and kills what it left behind, in its group or outside.
+  /// Waits for the end, and kills all processes that it left running, in its group or outside.
   ChildEnd wait();
 
  private:

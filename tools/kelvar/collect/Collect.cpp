@@ -37,7 +37,8 @@ struct Line {
   std::string flagsFor;
 };
 
-/// The program whose debug information tells the places: the first that was named, else what is run.
+/// The program whose debug information gives the places: the first --binary, else the command itself. Throws UsageError
+/// when the command cannot be run or a --binary does not exist.
 std::string programOf(const Wanted& wanted) {
   const std::string found = foundAs(wanted.command.front());
   if (found.empty()) {
@@ -61,7 +62,8 @@ std::string folderOf(const Wanted& wanted, const std::string& temporary) {
   return std::filesystem::absolute(wanted.keep).native();
 }
 
-/// What is known of a run is of its survey: analyses that are added later may have run the program with less to do.
+/// The facts of a run describe its survey; an analysis that is added later, perhaps on a smaller input, only moves the
+/// end.
 kelvar_import::RunFacts extended(const std::string& directory, const kelvar_import::RunFacts& added) {
   kelvar_import::RunFacts known = kelvar_import::readRunFacts(directory);
   if (known == kelvar_import::RunFacts()) return added;
@@ -122,13 +124,13 @@ ExitStatus collect(Wanted wanted) {
                                             .directory = directory,
                                             .folder = folder});
   sayPlan(plan);
-  LookedAt sources = lookAtSources(wanted, directory);
+  SourceState sources = lookAtSources(wanted, directory);
   if (wanted.dryRun) {
     print(commandText(plan, wanted, program, folder));
     return kDone;
   }
   if (!wanted.keep.empty()) kelvar_platform::makeDirectories(folder);
-  // The trace of lackey leads to no program by itself.
+  // A trace of lackey does not name its program.
   if (wanted.binaries.empty() && facts.hasLines) wanted.binaries.push_back(program);
   return makeAll(plan,
                  {.wanted = wanted,

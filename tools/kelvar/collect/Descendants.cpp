@@ -20,7 +20,7 @@ std::string folderOf(pid_t process) {
   return "/proc/" + std::to_string(process);
 }
 
-/// As the kernel has them by thread: a thread is the parent of what it started.
+/// The kernel lists children by the thread that started them.
 std::vector<pid_t> childrenOf(pid_t process) {
   std::vector<pid_t> all;
   std::error_code error;
@@ -32,7 +32,7 @@ std::vector<pid_t> childrenOf(pid_t process) {
   return all;
 }
 
-/// `R`, `S`, `T` ...; `Z` of one that ended, or is gone.
+/// `R`, `S`, `T` ...; `Z` for a zombie or a process that is gone.
 char stateOf(pid_t process) {
   std::string text;
   std::getline(std::ifstream(folderOf(process) + "/stat"), text);

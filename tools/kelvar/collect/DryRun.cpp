@@ -20,7 +20,7 @@ bool hasAddresses(const Recipe& recipe) {
   });
 }
 
-/// `files` as a shell takes them.
+/// The command that imports `files`, which are quoted for the shell already.
 std::string importText(const Recipe& recipe, const Wanted& wanted, const std::string& program,
                        const std::string& files) {
   std::vector<std::string> words{"kelvar", "import", recipe.analysis, recipe.option};

@@ -7,8 +7,7 @@
 
 namespace kelvar_tool {
 
-/// The commands that make and import all analyses that are possible, a line each, as a shell takes them. Tools write
-/// into `folder`.
+/// Shell commands that run and import all possible analyses, a line each. Tools write into `folder`.
 [[nodiscard]] std::string commandText(const std::vector<Recipe>& plan, const Wanted& wanted, const std::string& program,
                                       const std::string& folder);
 

@@ -33,14 +33,14 @@ std::string temporaryRoot() {
   return told && *told ? told : "/tmp";
 }
 
-/// Nothing where another process has it.
+/// Empty when another process holds the lock.
 FileDescriptor lockedFolder(const std::string& path) {
   FileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   if (!folder || ::flock(folder.get(), LOCK_EX | LOCK_NB) != 0) return {};
   return folder;
 }
 
-/// A folder of this user's that is older than what lies between the making of one and its lock.
+/// Whether this is a folder of this user that is too old to be one that was created but not locked yet.
 bool isLeft(const std::string& path) {
   constexpr std::time_t kJustMade = 10;
   struct stat status {};
@@ -53,13 +53,14 @@ void remove(const std::string& folder) {
   if (!folder.empty()) std::filesystem::remove_all(folder, error);
 }
 
-[[noreturn]] void stand(int socket, const std::string& folder) {
-  ::prctl(PR_SET_NAME, "collect-guard");  // who kills by the command's name is to spare it
+/// The guard process: waits until the other end of the socket is closed.
+[[noreturn]] void runGuard(int socket, const std::string& folder) {
+  ::prctl(PR_SET_NAME, "collect-guard");  // so that `killall kelvar` spares it
   sigset_t all;
   sigfillset(&all);
   sigprocmask(SIG_SETMASK, &all, nullptr);
-  ::setsid();  // the terminal's signals are not for it
-  // It holds nothing open that somebody may wait for.
+  ::setsid();  // no signals from the terminal
+  // Keep no descriptor open whose end somebody may wait for.
   const int null = ::open("/dev/null", O_RDWR | O_CLOEXEC);
   for (int standard = 0; standard < 3; ++standard) ::dup2(null, standard);
   ::dup2(socket, 3);
@@ -80,7 +81,7 @@ void remove(const std::string& folder) {
 
 Guard::Guard(const std::string& folder) : folder_(folder) {
   std::array<int, 2> ends{};
-  // A socket, since it can be written to without a signal where the guard was killed.
+  // A socket and no pipe: writing to it raises no signal if the guard was killed.
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
     throw std::system_error(errno, std::generic_category(), "socketpair");
   }
@@ -88,7 +89,7 @@ Guard::Guard(const std::string& folder) : folder_(folder) {
   socket_ = FileDescriptor(ends[1]);
   process_ = ::fork();
   if (process_ < 0) throw std::system_error(errno, std::generic_category(), "fork");
-  if (process_ == 0) stand(reading.get(), folder);
+  if (process_ == 0) runGuard(reading.get(), folder);
 }
 
 Guard::~Guard() {
@@ -118,7 +119,7 @@ std::vector<std::string> removeLeftFolders() {
   for (; !error && entries != std::filesystem::directory_iterator(); entries.increment(error)) {
     const std::string path = entries->path().native();
     if (!entries->path().filename().native().starts_with(kFolderName) || !isLeft(path)) continue;
-    // Held until it is gone, so that two that look at once do not both say so.
+    // Locked until it is removed, so that two collects at the same time do not both report it.
     const FileDescriptor lock = lockedFolder(path);
     std::error_code failure;
     if (lock && std::filesystem::remove_all(path, failure) != static_cast<std::uintmax_t>(-1)) removed.push_back(path);

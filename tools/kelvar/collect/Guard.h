@@ -9,20 +9,20 @@
 
 namespace kelvar_tool {
 
-/// A process that does nothing until this one has ended, however it ended. Then it kills what is still running and
-/// removes the folder of temporary files. So not even SIGKILL leaves a child.
+/// A process that waits for the end of this one, however that comes about. Then it kills the watched group and removes
+/// the temporary folder. So nothing is left behind even after SIGKILL.
 class Guard {
  public:
-  /// To be made while there is one thread. An empty `folder`: nothing is removed.
+  /// Requires that the process has a single thread. Nothing is removed if `folder` is empty.
   explicit Guard(const std::string& folder);
-  /// Returns when all is removed.
+  /// Returns when the folder is removed.
   ~Guard();
   Guard(const Guard&) = delete;  // owns the process
   Guard& operator=(const Guard&) = delete;
 
-  /// The process that does it.
+  /// The guard process.
   [[nodiscard]] pid_t process() const noexcept { return process_; }
-  /// The process group that is to end with this process; 0: none.
+  /// Sets the process group to kill at the end; 0: none.
   void watch(pid_t group) const noexcept;
 
  private:
@@ -31,11 +31,11 @@ class Guard {
   pid_t process_ = 0;
 };
 
-/// A new folder for temporary files, below TMPDIR or /tmp, locked as long as this object lives: so that a later collect
-/// tells one that is left from one that is in use. The Guard removes it.
+/// A new folder for temporary files below TMPDIR or /tmp. It is locked as long as this object lives, so that a later
+/// collect can tell a folder in use from one that was left behind. The Guard removes it.
 class TemporaryFolder {
  public:
-  /// Throws a ReadError where none can be made.
+  /// Throws a ReadError when the folder cannot be created.
   TemporaryFolder();
 
   [[nodiscard]] const std::string& path() const noexcept { return path_; }
@@ -45,7 +45,7 @@ class TemporaryFolder {
   kelvar_platform::FileDescriptor lock_;
 };
 
-/// Removes the folders that collects have left whose guard was killed with them; answers their paths.
+/// Removes folders left by earlier collects that were killed together with their guard. Returns their paths.
 std::vector<std::string> removeLeftFolders();
 
 }  // namespace kelvar_tool

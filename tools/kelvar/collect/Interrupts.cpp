@@ -30,7 +30,7 @@ void Interrupts::watch(pid_t group) {
   const std::lock_guard lock(mutex_);
   group_ = group;
   saidStopped_ = false;
-  // It may have come between the decision to start and the start.
+  // The signal may have come between the decision to start the group and its start.
   if (group_ > 0 && signal_ != 0) ::kill(-group_, SIGKILL);
 }
 
@@ -60,7 +60,7 @@ void Interrupts::endGroup(int signal) {
   const std::lock_guard lock(mutex_);
   if (group_ <= 0) return;
   ::kill(-group_, signal);
-  ::kill(-group_, SIGCONT);  // what is stopped takes no signal but SIGKILL until it goes on
+  ::kill(-group_, SIGCONT);  // a stopped process handles no signal but SIGKILL until it continues
 }
 
 void Interrupts::lookForStopped() {

@@ -9,9 +9,9 @@
 
 namespace kelvar_tool {
 
-/// Takes SIGINT, SIGTERM and SIGHUP as long as it lives, and ends the process group that is being waited for: by
-/// SIGTERM, and by SIGKILL if that does not end it. A signal that was ignored stays ignored. Says where a process that
-/// is waited for is stopped, which looks like one that works on.
+/// Handles SIGINT, SIGTERM and SIGHUP as long as it lives: ends the watched process group by SIGTERM, and by SIGKILL if
+/// that is not enough. A signal that was ignored stays ignored. Also reports when a watched process is stopped, since
+/// that looks like one that is still working.
 class Interrupts {
  public:
   Interrupts();
@@ -19,9 +19,9 @@ class Interrupts {
   Interrupts(const Interrupts&) = delete;  // a thread refers to it
   Interrupts& operator=(const Interrupts&) = delete;
 
-  /// The signal that came first; 0: none.
+  /// The first signal received; 0: none.
   [[nodiscard]] int signal() const noexcept { return signal_; }
-  /// The process group that a signal ends; 0: none.
+  /// Sets the process group that a signal ends; 0: none.
   void watch(pid_t group);
 
  private:

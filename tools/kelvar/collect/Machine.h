@@ -7,20 +7,20 @@
 
 namespace kelvar_tool {
 
-/// What of the tools is here.
+/// Which tools this machine has.
 struct Machine {
-  std::string noPerf;  ///< why perf cannot measure, and what would let it; empty where it can
+  std::string noPerf;  ///< why perf cannot measure, and how to change that; empty when it can
   bool hasValgrind = false;
   bool hasCoz = false;
 };
 
-/// Where a shell would find the program; empty: nowhere.
+/// The path at which a shell would find the program; empty when it would find none.
 [[nodiscard]] std::string foundAs(const std::string& name);
 
-/// Tries perf on a program that does nothing; what it writes goes into `folder`.
+/// Also tries perf on a program that does nothing, which writes a file into `folder`.
 [[nodiscard]] Machine thisMachine(const std::string& folder, const Guard& guard, Interrupts& interrupts);
 
-/// Host, system and processors, for results.
+/// The host, operating system and processor count, for results.
 [[nodiscard]] kelvar_platform::RunRecord hostRecord();
 
 }  // namespace kelvar_tool

@@ -16,7 +16,7 @@ constexpr const char* kNoValgrind = "valgrind is not installed (Debian's package
 
 constexpr const char* kKnown = "clang's -fopenmp -fsanitize=thread knows them";
 
-/// Why valgrind cannot run the program with its instructions known; empty where it can.
+/// Why valgrind cannot measure the program; empty when it can.
 std::string noValgrind(const Circumstances& here) {
   if (!here.commandIsProgram) {
     return inQuotes(here.wanted.command.front()) + " is a script: valgrind wants the program that it runs as COMMAND";
@@ -32,14 +32,14 @@ std::string noLines(const Circumstances& here) {
   return inQuotes(here.program) + " has no debug information: build with -g";
 }
 
-/// A folder in an option of valgrind, where `%` begins a number of the process.
+/// A folder for an option of valgrind, where `%p` would stand for the process number.
 std::string forValgrind(const std::string& folder) {
   std::string text;
   for (const char one : folder) text += one == '%' ? "%%" : std::string(1, one);
   return text;
 }
 
-/// Of two options of one name, the last counts.
+/// Our options come last, since the last of two options with the same name counts.
 std::string tsanOptions(const std::string& own) {
   const char* const told = std::getenv("TSAN_OPTIONS");
   return "TSAN_OPTIONS=" + (told ? std::string(told) + " " : std::string()) + own;
@@ -114,7 +114,7 @@ Recipe dependencies(const Circumstances& here) {
     recipe.how = "by the program's own ThreadSanitizer";
     recipe.output = "tsan.";
     std::string options = "verbosity=1 exitcode=0 log_path='" + here.folder + "/tsan'";
-    // What the library does by itself is no race; which barriers it has, its Archer tells.
+    // Accesses inside the OpenMP library are no races; its tool Archer makes its barriers known.
     if (here.facts.hasClangOpenMp) options += " ignore_noninstrumented_modules=1";
     if (here.facts.hasGccOpenMp) {
       recipe.how += "; it does not know the barriers of gcc's OpenMP, and reports races where there are none: ";
@@ -146,7 +146,7 @@ Recipe dependencies(const Circumstances& here) {
                  "--child-silent-after-fork=yes",
                  "--xml-file=" + forValgrind(here.folder) + "/helgrind.xml.%p",
                  "--log-file=" + forValgrind(here.folder) + "/helgrind.log"};
-  // Else what a launcher such as env or timeout starts would be found free of races, unseen.
+  // Otherwise a program that is started by env, timeout or a script would not be checked, and seem free of races.
   if (!here.commandIsProgram || here.startsAnother) recipe.tool.emplace_back("--trace-children=yes");
   return recipe;
 }

@@ -9,38 +9,38 @@
 
 namespace kelvar_tool {
 
-/// How one analysis is made on this machine.
+/// How one analysis can be made on this machine.
 struct Recipe {
   std::string analysis = {};
-  std::string how = {};                       ///< how it is made, for the user
-  std::string obstacle = {};                  ///< why it cannot be made, and what would make it possible; empty: it can
-  std::string hint = {};                      ///< said where it fails
-  std::string option = {};                    ///< of the import
-  std::vector<std::string> tool = {};         ///< the words in front of the program's command
-  std::vector<std::string> environment = {};  ///< NAME=VALUE of the run
+  std::string how = {};                       ///< how it is made, as a phrase for the user
+  std::string obstacle = {};                  ///< why it cannot be made, and how to change that; empty when it can
+  std::string hint = {};                      ///< printed when it fails
+  std::string option = {};                    ///< of `kelvar import`, for the tool's output
+  std::vector<std::string> tool = {};         ///< the words before the program's command
+  std::vector<std::string> environment = {};  ///< NAME=VALUE, added for the run
   bool runsProgram = false;
-  bool isPiped = false;                 ///< the import reads it as it comes, from descriptor kPipe
-  std::string output = {};              ///< in the folder of outputs: a file, or the beginning of the names of several
-  std::vector<std::string> files = {};  ///< input that needs no run of the program
-  std::vector<Recipe> instead = {};     ///< at most one, made where this one fails
+  bool isPiped = false;                 ///< the import reads the tool's output while it runs, through descriptor kPipe
+  std::string output = {};              ///< the file in the output folder; if it ends with `.`, a prefix of several
+  std::vector<std::string> files = {};  ///< input that exists without a run of the program
+  std::vector<Recipe> instead = {};     ///< at most one, tried when this one fails
 };
 
-/// The number under which a tool finds the pipe. Below those that tools take for themselves, above those of programs.
+/// The descriptor of the pipe in the tool. Below those that tools use for themselves, above those that programs use.
 inline constexpr int kPipe = 9;
 
-/// What decides.
+/// What the recipes depend on.
 struct Circumstances {
   const Wanted& wanted;
   const Machine& machine;
   const kelvar_readers::ProgramFacts& facts;
-  bool commandIsProgram = true;  ///< no script
-  bool startsAnother = false;    ///< the command is not the file that `facts` was read from: it may start that
-  std::string program;           ///< the file that `facts` was read from
+  bool commandIsProgram = true;  ///< false for a script
+  bool startsAnother = false;    ///< the command is not `program`, but may start it
+  std::string program;           ///< the file that `facts` describes
   std::string directory;         ///< of the project or the run
-  std::string folder;            ///< of outputs, absolute
+  std::string folder;            ///< for the tools' output, absolute
 };
 
-/// One for each analysis that is wanted, in the order in which they are made.
+/// One for each requested analysis, in the order in which they are made.
 [[nodiscard]] std::vector<Recipe> recipes(const Circumstances& here);
 
 }  // namespace kelvar_tool

@@ -27,12 +27,13 @@ bool isClangs(std::string_view name) {
 bool isGccs(std::string_view name) {
   return endsWithAny(name, {".opt-record.json.gz", ".opt-record.json"});
 }
-/// As the compilers name them: others may lie about.
+/// By the names that compilers give: a folder may hold other YAML and JSON files.
 bool isRemarks(std::string_view name) {
   return isGccs(name) || endsWithAny(name, {".opt.yaml", ".opt.yaml.gz"});
 }
 
-/// `pixels.cpp.opt.yaml`, `app-pixels.opt.yaml` or `app.opt.yaml`, of a program `app` with the unit `pixels`.
+/// Whether the file belongs to the program: `pixels.cpp.opt.yaml`, `app-pixels.opt.yaml` or `app.opt.yaml` for a
+/// program `app` with the unit `pixels`.
 bool isOf(const kelvar_readers::ProgramFacts& facts, const std::string& program, const std::string& name) {
   const std::string stem = name.substr(0, name.find('.'));
   const auto fits = [&](const std::string& unit) { return stem == unit || stem.ends_with("-" + unit); };
@@ -81,9 +82,9 @@ std::set<fs::path> filesAround(const std::string& program, const kelvar_readers:
   return found;
 }
 
-/// Why the file is of another build; empty where it is of this one.
+/// Why the file seems to belong to another build; empty when it does not.
 std::string otherBuild(const fs::path& file, const std::string& program) {
-  constexpr std::chrono::seconds kTolerance(2);  // of file systems, and of a compiler that writes both
+  constexpr std::chrono::seconds kTolerance(2);  // for coarse file times, and the time to write both files
   std::error_code error;
   const auto written = fs::last_write_time(file, error);
   const auto linked = fs::last_write_time(program, error);

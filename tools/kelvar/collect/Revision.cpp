@@ -10,7 +10,7 @@ namespace kelvar_tool {
 
 namespace {
 
-/// What it prints; nothing where it is not there or refuses.
+/// The output of git; nothing when git is missing or fails.
 std::optional<std::string> git(const std::string& folder, const std::vector<std::string>& arguments) {
   std::vector<std::string> command{"git", "-C", folder, "-c", "core.fsmonitor=false"};
   command.insert(command.end(), arguments.begin(), arguments.end());
@@ -27,7 +27,7 @@ std::string revisionOf(const std::string& folder) {
   const std::string place = folder.empty() ? "." : folder;
   const std::optional<std::string> head = git(place, {"rev-parse", "--short=12", "HEAD"});
   if (!head) return {};
-  // Of the whole tree: what is changed beside the folder may be built into the program as well.
+  // Of the whole tree: files outside of the folder may be part of the program too.
   const std::optional<std::string> changes = git(place, {"status", "--porcelain", "--untracked-files=no"});
   if (!changes) return {};
   return head->substr(0, head->find('\n')) + (changes->empty() ? "" : "+");

@@ -4,7 +4,7 @@
 
 namespace kelvar_tool {
 
-/// Git's revision of the sources in `folder`, with a `+` where they were changed since; empty where there is none.
+/// The git revision of the sources in `folder`, with a `+` if there are uncommitted changes; empty when there is none.
 [[nodiscard]] std::string revisionOf(const std::string& folder);
 
 }  // namespace kelvar_tool

@@ -53,10 +53,10 @@ ReadError cutOff(int signal) {
 
 bool Session::make(const Recipe& recipe) {
   try {
-    makeWhole(recipe);
+    runAndImport(recipe);
     ++made_;
   } catch (const kelvar_import::Cancelled&) {
-    // Said below.
+    // Reported below.
   } catch (const ReadError& error) {
     if (interrupts_.signal() == 0) {
       say(recipe.analysis + ": " + error.what());
@@ -72,7 +72,7 @@ bool Session::make(const Recipe& recipe) {
   return interrupts_.signal() == 0 && !programDied_;
 }
 
-void Session::makeWhole(const Recipe& recipe) {
+void Session::runAndImport(const Recipe& recipe) {
   if (!recipe.runsProgram) {
     kelvar_import::Request request = requestFor(recipe);
     request.files = recipe.files;
@@ -86,7 +86,7 @@ kelvar_import::Request Session::requestFor(const Recipe& recipe) const {
   kelvar_import::Request request;
   request.source = &sourceOf(recipe);
   if (request.source->hasAddresses) request.binaries = setting_.wanted.binaries;
-  // The tools' paths are absolute, and those of remarks are made so by it.
+  // An absolute root: the paths of the tools are absolute, and those of remarks become so with it.
   const std::string& root = setting_.wanted.sourceRoot;
   if (!root.empty()) request.paths.sourceRoot = normalPath(fs::absolute(root).native());
   request.leftOut = setting_.leftOut;
@@ -126,7 +126,7 @@ void Session::importFiles(const Recipe& recipe) {
   request.ran->collectionStartTime = secondsNow();
   const Clock::time_point start = Clock::now();
   const kelvar_platform::FileDescriptor input = input_.open();
-  // In a folder that is kept, coz would add to what an earlier run left.
+  // coz would append to the file of an earlier run in a folder that is kept.
   std::error_code error;
   if (!recipe.output.ends_with('.')) fs::remove(fs::path(setting_.folder) / recipe.output, error);
   const std::set<std::string> before = outputsOf(recipe);
@@ -138,7 +138,7 @@ void Session::importFiles(const Recipe& recipe) {
   try {
     import(recipe, std::move(request));
   } catch (const ReadError&) {
-    // perf could not write, and did not tell how the program ended.
+    // perf itself failed, so its status says nothing about the program.
     if (recipe.option == "--perf" && programStatus_ == kPerfFailed) programStatus_ = 0;
     throw;
   }
@@ -164,7 +164,7 @@ void Session::importPipe(const Recipe& recipe) {
   import(recipe, std::move(request));
 }
 
-/// Of a tool that writes a file for each process, what lies there.
+/// The output files that exist now, of a tool that writes one for each process.
 std::set<std::string> Session::outputsOf(const Recipe& recipe) const {
   std::set<std::string> files;
   for (const fs::directory_entry& entry : fs::directory_iterator(setting_.folder)) {
@@ -173,8 +173,8 @@ std::set<std::string> Session::outputsOf(const Recipe& recipe) const {
   return files;
 }
 
-/// What callgrind counted in a process that the program forked is another thing; races are one thing wherever they are.
-/// A folder that is kept may have files of an earlier run.
+/// The tool's output files of this run. Of callgrind, only the file of the program itself counts: forked processes are
+/// separate profiles. Races count from all processes. A folder that is kept may have files `before` the run.
 std::vector<std::string> Session::filesOf(const Recipe& recipe, pid_t process,
                                           const std::set<std::string>& before) const {
   const fs::path output = fs::path(setting_.folder) / recipe.output;

@@ -11,31 +11,31 @@
 
 namespace kelvar_tool {
 
-/// Makes one analysis after the other: runs the program, imports what its tool wrote, says how long that took. Each is
-/// whole in the project, or as it was before.
+/// Makes one analysis after the other: runs the program, imports the tool's output and prints how long that took. A
+/// result in the project is either complete or unchanged.
 class Session {
  public:
   struct Setting {
     const Wanted& wanted;
     std::string directory;           ///< of the project or the run
-    std::string folder;              ///< of outputs
-    std::set<std::int64_t> leftOut;  ///< sites that no figure is to go to
+    std::string folder;              ///< for the tools' output
+    std::set<std::int64_t> leftOut;  ///< sites that get no figures
     std::vector<kelvar_platform::SourceRow> sources;
   };
   Session(Setting setting, const StandardInput& input, const Guard& guard, Interrupts& interrupts)
       : setting_(std::move(setting)), input_(input), guard_(guard), interrupts_(interrupts) {}
 
-  /// What went wrong is said, and the next analysis is made. Answers false where no other is worth making: a signal
-  /// came, or one ended the program.
+  /// Makes one analysis and reports its failure. Returns false when no further analysis makes sense: because the user
+  /// interrupted the command, or a signal ended the program.
   bool make(const Recipe& recipe);
 
-  /// Of the program's first run, whose output was passed on; 0 before it.
+  /// The exit status of the program's first run, whose output is passed on; 0 before it.
   [[nodiscard]] int programStatus() const noexcept { return programStatus_; }
   [[nodiscard]] std::size_t made() const noexcept { return made_; }
   [[nodiscard]] std::size_t failed() const noexcept { return failed_; }
 
  private:
-  void makeWhole(const Recipe& recipe);
+  void runAndImport(const Recipe& recipe);
   void import(const Recipe& recipe, kelvar_import::Request request);
   kelvar_import::Request requestFor(const Recipe& recipe) const;
   [[nodiscard]] Child::Start startOf(const Recipe& recipe, int input) const;

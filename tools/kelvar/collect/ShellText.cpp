@@ -9,7 +9,7 @@ namespace kelvar_tool {
 
 namespace {
 
-/// In quotes that know escapes, so that files of UTF-8 can hold it.
+/// In `$'...'` quotes, whose escapes keep the text valid UTF-8.
 std::string escapedWord(std::string_view word) {
   std::string quoted = "$'";
   while (!word.empty()) {
@@ -31,7 +31,7 @@ std::string escapedWord(std::string_view word) {
 
 std::string shellWord(const std::string& word) {
   constexpr std::string_view kPlain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+=./,:@%^";
-  // A word with `=` in front of a command would be a variable of its environment.
+  // A word with `=` before the command would set an environment variable.
   if (!word.empty() && word.find_first_not_of(kPlain) == std::string::npos && word.find('=') == std::string::npos) {
     return word;
   }

@@ -12,14 +12,14 @@ namespace kelvar_tool {
 
 namespace {
 
-/// A tree that is far behind has thousands.
+/// Names only a few: an old database may have thousands of stale sites.
 constexpr std::size_t kMostNamed = 3;
 
 std::string counted(std::size_t count, const std::string& thing) {
   return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
 }
 
-/// The first few of the things, and how many there are beside them.
+/// The first few things, and how many more there are.
 template <class Things, class Text>
 std::string listed(const Things& things, Text text) {
   std::string list;
@@ -68,11 +68,11 @@ std::string scanCommand(const std::string& database, const StaleSites& stale) {
 
 }  // namespace
 
-LookedAt lookAtSources(const Wanted& wanted, const std::string& directory) {
+SourceState lookAtSources(const Wanted& wanted, const std::string& directory) {
   std::string database = kelvar_import::annotationsOf(directory);
   std::error_code error;
   const bool isThere = std::filesystem::exists(database, error);
-  if (!isThere) database = kelvar_import::annotationsOf(wanted.project);  // a run shares the project's
+  if (!isThere) database = kelvar_import::annotationsOf(wanted.project);  // a run shares the project's annotations
   const StaleSites stale = wholeCheck(database, wanted.sourceRoot);
   const bool anyMarker = stale.untaken.markers > 0;
   if (!isThere) {
@@ -81,12 +81,12 @@ LookedAt lookAtSources(const Wanted& wanted, const std::string& directory) {
              ? ""
              : "; 'kelvar annotate " + shellWord(database) + " scan SOURCE...' makes sites of the markers in sources"));
   }
-  if (stale.folders.empty()) return {};  // the sources are elsewhere, and say nothing
+  if (stale.folders.empty()) return {};  // the sources are not on this machine
   const std::string behind = staleText(stale);
   if (!behind.empty()) say(behind);
   if (anyMarker) say(untakenText(stale.untaken));
   if (!behind.empty() || anyMarker) say("run: " + scanCommand(database, stale));
-  LookedAt found{.stale = {}, .files = stale.sources};
+  SourceState found{.stale = {}, .files = stale.sources};
   for (const StaleSites::Stale& site : stale.sites) found.stale.insert(site.sequence);
   return found;
 }

@@ -10,14 +10,14 @@
 
 namespace kelvar_tool {
 
-/// What is known of the sources before a program runs.
-struct LookedAt {
-  std::set<std::int64_t> stale;                   ///< sites that are no longer on their lines: no figure is theirs
-  std::vector<kelvar_platform::SourceRow> files;  ///< those with sites, as they are
+/// The state of the sources before the program runs.
+struct SourceState {
+  std::set<std::int64_t> stale;                   ///< sites that are no longer on their lines, and so get no figures
+  std::vector<kelvar_platform::SourceRow> files;  ///< the files with sites, as they are now
 };
 
-/// Says in a few lines which annotations are behind the sources, and which markers no scan has taken, with the command
-/// that puts it right: figures of a long run would go nowhere. `directory` is that of the project or the run.
-[[nodiscard]] LookedAt lookAtSources(const Wanted& wanted, const std::string& directory);
+/// Prints which annotations are out of date and which markers no scan has found yet, with the command to run: otherwise
+/// the figures of a long run would be lost. `directory` is that of the project or the run.
+[[nodiscard]] SourceState lookAtSources(const Wanted& wanted, const std::string& directory);
 
 }  // namespace kelvar_tool

@@ -9,14 +9,15 @@
 
 namespace kelvar_tool {
 
-/// The standard input, once for each run of the program, from where it stands now. What cannot be read twice is kept in
-/// a file until then.
+/// Gives each run of the program the same standard input, from the current position on. Input that cannot be read twice
+/// is copied into a file.
 class StandardInput {
  public:
-  /// `folder` gets the file. Returns at a signal, too. Throws a ReadError where the file cannot be written.
+  /// Reads a pipe to its end into a file in `folder`; an interrupt ends that early. Throws a ReadError when the file
+  /// cannot be written.
   StandardInput(const std::string& folder, const Interrupts& interrupts);
 
-  /// For one run.
+  /// A new descriptor, for one run.
   [[nodiscard]] kelvar_platform::FileDescriptor open() const;
 
  private:

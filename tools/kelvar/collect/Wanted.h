@@ -8,7 +8,7 @@
 
 namespace kelvar_tool {
 
-/// What `collect` is asked for.
+/// The command line of `collect`.
 struct Wanted {
   std::string project;
   std::optional<std::string> run;

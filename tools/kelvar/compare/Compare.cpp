@@ -65,7 +65,7 @@ double thresholdIn(const std::string& text) {
   return percent / 100;
 }
 
-/// A time is called slower by the test, or by a threshold that somebody chose.
+/// Only the test or an explicit threshold can call a time slower.
 void requireJudgeable(const Request& request) {
   const bool slower =
       std::any_of(request.gates.begin(), request.gates.end(), [](const Gate* gate) { return gate->name == "slower"; });
@@ -83,7 +83,7 @@ GateResult resultOf(const Gate& gate, const ComparedSides& sides) {
           .lacks = gate.lacks ? gate.lacks(sides) : std::string()};
 }
 
-/// Names the first few.
+/// Prints which gate failed, and names the first few sites.
 void sayFallen(const GateResult& result, const ComparedSides& sides) {
   constexpr std::size_t kNamed = 3;
   std::string sentence = "--fail-on " + std::string(result.gate->name) + ": ";

@@ -11,25 +11,25 @@ namespace kelvar_tool {
 
 /// One value of each compared site: a column of CSV, and the path of a value in JSON. Programs read these names.
 struct CompareColumn {
-  std::string_view name;  ///< `before.time`: what is behind the dot is a key of the object before it
+  std::string_view name;  ///< `before.time`: in JSON, the key `time` of the object `before`
   Cell (*value)(const ComparedSides& sides, const kelvar_compare::SiteChange& site);
 };
 [[nodiscard]] const std::vector<CompareColumn>& compareColumns();
 
-/// `no`, `partly`, `yes`; empty where nothing says.
+/// `no`, `partly`, `yes`; empty when unknown.
 [[nodiscard]] std::string_view vectorisedName(kelvar_compare::Vectorised vectorised) noexcept;
 /// `parallel`, `function`, `loop`.
 [[nodiscard]] std::string compareKindName(const kelvar_compare::Identity& site);
-/// As the newest of its runs says it, of AFTER where AFTER has the site.
+/// The site's identity in the newest run of AFTER, or of BEFORE if AFTER lacks the site.
 [[nodiscard]] const kelvar_compare::Identity& identityOf(const ComparedSides& sides,
                                                          const kelvar_compare::SiteChange& site);
 
-/// What `--fail-on` can name.
+/// A condition that `--fail-on` can name.
 struct Gate {
   std::string_view name;
-  std::string_view what;  ///< before `at 2 sites`
+  std::string_view what;  ///< a phrase that fits before `at 2 sites`
   bool (*falls)(const kelvar_compare::SiteChange& site);
-  /// What was expected, where too little was measured for the gate to fall; null: any result will do.
+  /// What would have to be measured for this gate to work; an empty text when it was measured. Null: always works.
   std::string (*lacks)(const ComparedSides& sides) = nullptr;
 };
 [[nodiscard]] const std::vector<Gate>& gates();

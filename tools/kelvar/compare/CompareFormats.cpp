@@ -23,7 +23,7 @@ Cell countCell(std::size_t count) {
   return static_cast<std::int64_t>(count);
 }
 
-/// JsonText writes what is not finite as null.
+/// Values that are not finite become null.
 void writeWhole(JsonText& json, const kelvar_compare::Comparison& comparison, bool oneTimeSource) {
   const kelvar_compare::TimeChange& whole = comparison.whole;
   json.beginObject("whole");

@@ -8,19 +8,19 @@
 
 namespace kelvar_tool {
 
-/// A gate that was asked for, and what fell at it.
+/// A requested gate and its outcome.
 struct GateResult {
   const Gate* gate = nullptr;
   std::size_t sites = 0;
   bool whole = false;  ///< the program as a whole is slower
-  std::string lacks;   ///< why nothing could fall at it; empty: it was measured
+  std::string lacks;   ///< what was not measured, so that it could not fail; empty: it was measured
 
   [[nodiscard]] bool fell() const noexcept { return sites > 0 || whole; }
 };
 
 using PrintComparison = void (*)(const ComparedSides& sides, const std::vector<GateResult>& gates);
 
-/// For people: what changed, the greatest difference first, then what did not match, as wide as the terminal.
+/// For people, as wide as the terminal: what changed, the greatest difference first, then the sites of one side only.
 void printCompareText(const ComparedSides& sides, const std::vector<GateResult>& gates);
 /// One object, with every site.
 void printCompareJson(const ComparedSides& sides, const std::vector<GateResult>& gates);

@@ -15,7 +15,7 @@ const char* toneOf(Paint paint) {
   return paint == Paint::good ? "good" : paint == Paint::bad ? "bad" : paint == Paint::dim ? "soft" : "";
 }
 
-/// The key by which the page knows the row of BEFORE; empty where it has none.
+/// The page's key of the site in BEFORE; empty when it has none.
 std::string keyOf(const ComparedSides& sides, const SiteChange& site) {
   if (site.before == SiteChange::kNone) return {};
   const unsigned long sequence = sides.before.sites()[site.before].identity.sequence;

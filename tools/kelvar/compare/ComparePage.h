@@ -6,7 +6,7 @@
 
 namespace kelvar_tool {
 
-/// The comparison as the page of `view` shows it: JSON, every value a text.
+/// The comparison for the page of `view`, as JSON; figures are texts, ready to show.
 [[nodiscard]] std::string comparePage(const ComparedSides& sides);
 
 }  // namespace kelvar_tool

@@ -81,8 +81,8 @@ std::string countsText(const ComparedSides& sides) {
   return text;
 }
 
-/// Where times come from, and that those of two sources are not one measure. A function that takes half of the
-/// instructions need not take half of the seconds.
+/// The sources of the times, with a warning if they differ: a function with half of the instructions need not take half
+/// of the seconds.
 std::string sourcesText(const ComparedSides& sides, const Terminal& terminal) {
   const std::string before = visible(joined(sides.timeSourcesBefore));
   const std::string after = visible(joined(sides.timeSourcesAfter));
@@ -94,7 +94,7 @@ std::string sourcesText(const ComparedSides& sides, const Terminal& terminal) {
   return text + ": " + painted(terminal, Paint::bad, "these are not one measure, and a difference may be theirs");
 }
 
-/// What the figures cannot tell.
+/// Says why no time is called slower or faster, or that only the threshold decides. Empty when there was a test.
 std::string noteText(const ComparedSides& sides) {
   const kelvar_compare::Comparison& comparison = sides.comparison;
   if (comparison.tested) return {};

@@ -10,8 +10,8 @@
 
 namespace kelvar_tool {
 
-/// A comparison as people read it, in texts: for the terminal and for the page.
-/// What was compared, the time in all, how many sites changed, and what cannot be told; a line each.
+/// The texts of a comparison, for the terminal and for the page.
+/// The lines above the tables: what was compared, the total time, how many sites changed, and the limits of the result.
 [[nodiscard]] std::vector<std::string> compareHead(const ComparedSides& sides, const Terminal& terminal);
 
 /// The table of changed sites.
@@ -31,7 +31,7 @@ struct ShownSites {
   std::size_t allAlone = 0;
 };
 [[nodiscard]] ShownSites shownSites(const ComparedSides& sides, std::size_t most);
-/// How many more there are; empty where all are shown.
+/// A line that says how many more there are; empty when all are shown.
 [[nodiscard]] std::string leftOutText(std::size_t all, std::size_t shown);
 
 }  // namespace kelvar_tool

@@ -85,9 +85,9 @@ std::string withoutLinks(const std::string& path) {
   return error ? path : resolved.native();
 }
 
-/// One measurement that counts twice looks like two without noise.
+/// Refuses a directory that is named twice: one measurement counted twice looks like two without noise.
 void requireReadable(const char* argument, const std::vector<std::string>& directories) {
-  std::unordered_map<std::string, std::string> seen;  // without links, to how it was named
+  std::unordered_map<std::string, std::string> seen;  // by canonical path: the path as given
   for (const std::string& directory : directories) {
     if (!isDirectory(directory)) {
       throw UsageError(std::string(argument) + ": expected a directory, not " + inQuotes(directory));
@@ -102,7 +102,7 @@ void requireReadable(const char* argument, const std::vector<std::string>& direc
 
 }  // namespace
 
-/// What is asked of an annotation database beyond the rows of a run, and only where sites are left over.
+/// Data of an annotation database for pairing the sites that the rows of the runs leave over; read on demand.
 struct ComparedRuns::Database {
   std::string path;
   bool read = false;
@@ -131,7 +131,7 @@ kelvar_compare::RunRecord ComparedRuns::runIn(const std::string& directory) {
   if (const std::string source = timeSourceOf(pieces); !source.empty()) timeSources_.insert(source);
   ofSide_.insert(database);
   const Loaded loaded = load(pieces);
-  kelvar_platform::returnFreedMemory();  // of reading
+  kelvar_platform::returnFreedMemory();  // that reading took
   for (const std::string& complaint : loaded.complaints) complain(complaint);
   for (const digestio::SummaryDataKind kind : kelvar_2_1_7::kAllKinds) {
     if (!pieces.results[kind].empty()) run.analyses |= bitOf(kind);
@@ -154,7 +154,7 @@ kelvar_compare::Side ComparedRuns::read(const char* argument, const std::vector<
   timeSources_.clear();
   for (const std::string& directory : directories) {
     kelvar_compare::RunRecord run = runIn(directory);
-    kelvar_platform::returnFreedMemory();  // of a run of a million sites, most is free now
+    kelvar_platform::returnFreedMemory();  // most of what a large run took is free now
     side.add(std::move(run), anchors());
   }
   if (side.analyses() == 0) {
@@ -182,7 +182,7 @@ ComparedRuns::Database& ComparedRuns::opened(std::uint32_t number) {
       database.anchors.emplace(sequence, kelvar_sources::fingerprintOf(one.site.kind, anchor, *texts_));
     }
   } catch (const kelvar_platform::ReadError& error) {
-    // Where the load of the run refused the same, it was said.
+    // Loading the run may have reported the same already.
     if (std::find(complaints_.begin(), complaints_.end(), error.what()) == complaints_.end()) {
       complain(error.what());
     }

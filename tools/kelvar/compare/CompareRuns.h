@@ -15,23 +15,23 @@
 
 namespace kelvar_tool {
 
-/// Reads runs and projects one after the other, and keeps of each only what a comparison needs.
+/// Reads runs and projects one after the other, and keeps only what a comparison needs.
 class ComparedRuns {
  public:
   ComparedRuns();
   ~ComparedRuns();
-  ComparedRuns(const ComparedRuns&) = delete;  // what it hands out refers to it
+  ComparedRuns(const ComparedRuns&) = delete;  // anchors() refers to it
   ComparedRuns& operator=(const ComparedRuns&) = delete;
 
-  /// The runs in these directories as one side, which `argument` names. What could not be read is said, and is among
-  /// the complaints; so is a side without any result.
+  /// Reads the runs in these directories as one side; `argument` names it in messages. A piece that cannot be read, or
+  /// a side without any result, is reported on standard error and is among the complaints.
   [[nodiscard]] kelvar_compare::Side read(const char* argument, const std::vector<std::string>& directories);
 
   [[nodiscard]] kelvar_compare::AnchorsOf anchors();
-  /// Whether the annotation lives, disabled or not, in a database that the side which was read last has too.
+  /// Whether the site's annotation is alive, disabled or not, in a database of the side that was read last.
   [[nodiscard]] bool lives(const kelvar_compare::Identity& site);
   [[nodiscard]] const std::vector<std::string>& complaints() const noexcept { return complaints_; }
-  /// What measured the times of the side that was read last, each once.
+  /// The time sources of the side that was read last, see timeSourceOf().
   [[nodiscard]] const std::set<std::string>& timeSources() const noexcept { return timeSources_; }
 
  private:
@@ -42,9 +42,9 @@ class ComparedRuns {
   Database& opened(std::uint32_t database);
   void complain(std::string sentence);
 
-  std::map<std::string, std::uint32_t> numbers_;      // by the path without links
+  std::map<std::string, std::uint32_t> numbers_;      // by canonical path
   std::vector<std::unique_ptr<Database>> databases_;  // 0: none
-  std::set<std::uint32_t> ofSide_;                    // those of the side that was read last
+  std::set<std::uint32_t> ofSide_;                    // databases of the side that was read last
   std::unique_ptr<kelvar_sources::TextNumbers> texts_;
   std::vector<std::string> complaints_;
   std::set<std::string> timeSources_;
@@ -53,7 +53,7 @@ class ComparedRuns {
 /// Whether a run of the side has a result of the analysis.
 [[nodiscard]] bool hasResultOf(const kelvar_compare::Side& side, digestio::SummaryDataKind kind) noexcept;
 
-/// What the times of all these sources count; seconds where they differ.
+/// The common unit of these time sources; seconds when they differ.
 [[nodiscard]] kelvar_page::TimeUnit unitOfAll(const std::set<std::string>& timeSources);
 
 /// The directories of both sides, read and compared.
@@ -62,24 +62,25 @@ struct ComparedSides {
   kelvar_compare::Side after;
   kelvar_compare::Comparison comparison;
   std::vector<std::string> complaints;
-  std::set<std::string> timeSourcesBefore = {};  ///< as timeSourceOf() tells; empty where nobody says
+  std::set<std::string> timeSourcesBefore = {};  ///< see timeSourceOf(); empty when unknown
   std::set<std::string> timeSourcesAfter = {};
 
-  /// What the times of a side count: seconds where its runs differ.
+  /// The unit of a side's times; seconds when its runs differ.
   [[nodiscard]] kelvar_page::TimeUnit unitBefore() const { return unitOfAll(timeSourcesBefore); }
   [[nodiscard]] kelvar_page::TimeUnit unitAfter() const { return unitOfAll(timeSourcesAfter); }
-  /// Without it, no time of one side is a part of one of the other.
+  /// Whether the times of both sides can be compared.
   [[nodiscard]] bool oneUnit() const { return unitBefore() == unitAfter(); }
 
-  /// Whether times on both sides come from one source, as far as anybody says.
+  /// Whether the times of both sides have the same source, as far as known.
   [[nodiscard]] bool oneTimeSource() const {
     return timeSourcesBefore.empty() || timeSourcesAfter.empty() ||
            (timeSourcesBefore.size() == 1 && timeSourcesBefore == timeSourcesAfter);
   }
 };
-/// `perf, in seconds`; of several, with ` and ` between them.
+/// `perf, in seconds`; several sources are joined by ` and `.
 [[nodiscard]] std::string joined(const std::set<std::string>& timeSources);
-/// Throws UsageError where one is no directory, has nothing to compare, or is named twice on a side.
+/// Reads and compares both sides. Throws UsageError when a path is no directory, has nothing to compare, or is named
+/// twice on a side.
 [[nodiscard]] ComparedSides compareRuns(const std::vector<std::string>& before, const std::vector<std::string>& after,
                                         std::optional<double> threshold);
 

@@ -22,7 +22,7 @@ void printCompareText(const ComparedSides& sides, const std::vector<GateResult>&
   std::string text;
   std::size_t lines = 0;
   for (const std::string& one : compareHead(sides, terminal)) {
-    if (lines++ == 2) text += '\n';  // behind the two sides
+    if (lines++ == 2) text += '\n';  // after the two sides
     text += line(one);
   }
   const ShownSites shown = shownSites(sides, kMostRows);

@@ -41,7 +41,7 @@ constexpr const char* kExamples =
     "was; or what is kept beside a result could not be written; 2 a usage error; 3 out of memory, or the system\n"
     "failed.";
 
-/// What the command line says, before it is known to make sense.
+/// The command line as read, before check() has validated it.
 struct Line {
   std::string kind;
   std::optional<std::string> run;
@@ -160,14 +160,14 @@ void check(const Line& line) {
   if (isModel != (line.request.wishes.cores > 0)) throw UsageError("--cores: expected with --model, and only there");
 }
 
-/// Names the sites that are no longer on their lines, and leaves them out unless they are wanted: what ran on those
-/// lines is another region. Answers the sources as they are, to be kept with the result.
+/// Reports the sites that are no longer on their lines, and leaves them out unless --stale-annotations is given: those
+/// lines are other code now. Returns the present state of the sources, to be stored with the result.
 std::vector<kelvar_platform::SourceRow> checkSources(Line& line) {
   const std::string database = kelvar_import::annotationsOf(line.request.wishes.project);
   std::error_code error;
   if (!std::filesystem::exists(database, error)) return {};
   const StaleSites stale = staleSites(database, line.request.paths.sourceRoot);
-  if (stale.sources.empty()) return {};  // the sources are elsewhere, and say nothing
+  if (stale.sources.empty()) return {};  // the sources are not on this machine
   for (const std::string& sentence : sentences(stale, database)) say(sentence);
   for (const StaleSites::Stale& site : stale.sites) line.request.leftOut.insert(site.sequence);
   if (line.withStale) line.request.leftOut.clear();

@@ -49,33 +49,33 @@ constexpr std::array kSources{
            false},
 };
 
-/// Where an analysis stands in a project.
-struct Standing {
+/// The directory of an analysis in a project.
+struct ResultPath {
   const char* kind;
   const char* path;
   digestio::SummaryDataKind dataKind;
 };
-constexpr std::array kStandings{
-    Standing{"survey", "survey", digestio::kSurvey},
-    Standing{"vectorization", "survey/surveyvectorization", digestio::kSurveyVectorization},
-    Standing{"suitability", "suitability", digestio::kSuitability},
-    Standing{"dependencies", "dependencies", digestio::kCorrectness},
-    Standing{"map", "map", digestio::kMap},
+constexpr std::array kResultPaths{
+    ResultPath{"survey", "survey", digestio::kSurvey},
+    ResultPath{"vectorization", "survey/surveyvectorization", digestio::kSurveyVectorization},
+    ResultPath{"suitability", "suitability", digestio::kSuitability},
+    ResultPath{"dependencies", "dependencies", digestio::kCorrectness},
+    ResultPath{"map", "map", digestio::kMap},
 };
 
-const Standing& standingOf(const Source& source) {
-  return *std::find_if(kStandings.begin(), kStandings.end(),
-                       [&](const Standing& standing) { return std::string_view(standing.kind) == source.kind; });
+const ResultPath& resultPathOf(const Source& source) {
+  return *std::find_if(kResultPaths.begin(), kResultPaths.end(),
+                       [&](const ResultPath& result) { return std::string_view(result.kind) == source.kind; });
 }
 
-/// The sites as the annotation database says now; none where there is no database.
+/// The living sites of the annotation database; none if there is no database.
 std::vector<kelvar_platform::Site> annotatedSites(const fs::path& database) {
   if (!fs::exists(database)) return {};
   return kelvar_platform::AnnotationEditor(database.native(), kelvar_platform::AnnotationEditor::Open::existing)
       .list(false);
 }
 
-/// Now, or the moment that builds which are to be reproduced are told to take for it.
+/// The current time, or SOURCE_DATE_EPOCH if it is set, for reproducible builds.
 std::uint64_t now() {
   const char* const told = std::getenv("SOURCE_DATE_EPOCH");
   std::string_view text = told ? told : "";
@@ -83,7 +83,7 @@ std::uint64_t now() {
   return moment && text.empty() ? *moment : static_cast<std::uint64_t>(std::time(nullptr));
 }
 
-/// The tools do not say when they ran: their files were written while they did.
+/// Tools do not record when they ran, so the times of their files are taken.
 void timeOfCollection(const std::vector<std::string>& files, kelvar_platform::RunRecord& run) {
   std::uint64_t first = std::numeric_limits<std::uint64_t>::max();
   for (const std::string& file : files) {
@@ -111,8 +111,8 @@ void writeFile(const fs::path& path, const std::string& text) {
   }
 }
 
-/// Compilers write an empty file for a unit that they have nothing to say about. Where others are named with it, it is
-/// one of these; alone, or among empty ones alone, it is more likely a mistake.
+/// Compilers write an empty file for a unit without remarks, so an empty file among others is skipped. If all files are
+/// empty, that is more likely a mistake.
 bool isUnitWithoutRemarks(const Request& request, const std::string& file) {
   const auto isEmpty = [](const std::string& path) {
     std::error_code error;
@@ -122,7 +122,7 @@ bool isUnitWithoutRemarks(const Request& request, const std::string& file) {
          !std::all_of(request.files.begin(), request.files.end(), isEmpty);
 }
 
-/// What was measured once counts once.
+/// Refuses a file that is named twice: its figures would count twice.
 void requireEachOnce(const std::vector<std::string>& files) {
   std::set<std::pair<dev_t, ino_t>> known;
   for (const std::string& file : files) {
@@ -133,7 +133,8 @@ void requireEachOnce(const std::vector<std::string>& files) {
   }
 }
 
-/// Hands the records of all files on; the reports of each file are numbered behind those of the one before.
+/// Passes the records of all files to the analysis. Each file numbers its reports from 1, so those of later files are
+/// renumbered.
 void readFiles(const Request& request, const ShowProgress& showProgress, Reading& reading, Analysis& analysis) {
   std::size_t before = 0;
   std::size_t greatest = 0;
@@ -173,24 +174,24 @@ std::string logText(const Request& request, const std::vector<std::string>& rema
 }
 
 void write(const Request& request, const Outcome& outcome, kelvar_platform::RunRecord run, const fs::path& directory) {
-  const Standing& standing = standingOf(*request.source);
-  const bool isSub = standing.dataKind == digestio::kSurveyVectorization;
-  kelvar_platform::ProgramRecord program{.dataKind = standing.dataKind, .programMaxGain = outcome.programMaxGain};
+  const digestio::SummaryDataKind dataKind = resultPathOf(*request.source).dataKind;
+  const bool isSub = dataKind == digestio::kSurveyVectorization;
+  kelvar_platform::ProgramRecord program{.dataKind = dataKind, .programMaxGain = outcome.programMaxGain};
   program.processors = request.wishes.cores;
   run.finalizationEndTime = now();
   kelvar_platform::ResultWriter writer(directory, isSub ? std::nullopt : std::optional(run), program);
   for (const Detail& detail : outcome.details) writer.add(detail);
   for (const kelvar_platform::Evidence& evidence : outcome.evidence) writer.add(evidence);
   writer.finish();
-  // A sub-result is read through its result's own file.
+  // A sub-result has no result.json of its own and uses that of its result.
   if (isSub && !fs::exists(directory.parent_path() / "result.json")) writeRun(directory.parent_path(), run);
-  if (standing.dataKind == digestio::kSurvey) {
+  if (dataKind == digestio::kSurvey) {
     writeFile(fs::path(request.wishes.project) / kLineTimesFile, outcome.lineTimes);
   }
   writeFile(directory / "collector.log", logText(request, outcome.remarks));
 }
 
-/// A result that says nothing of the program does not take the place of one that may say much.
+/// An empty result must not replace an existing one unasked.
 void requireContent(const Request& request, const Outcome& outcome) {
   if (outcome.emptiness.empty() || request.allowEmpty) return;
   const std::string file = request.files.empty() ? std::string(request.source->option) : request.files.front();
@@ -200,6 +201,7 @@ void requireContent(const Request& request, const Outcome& outcome) {
                                                 "); --allow-empty writes the empty result all the same"});
 }
 
+/// A sentence for each site without an end annotation.
 std::vector<std::string> unclosed(const Places& places) {
   std::vector<std::string> remarks;
   for (const Region& region : places.regions()) {
@@ -218,7 +220,7 @@ std::span<const Source> sources() {
 }
 
 std::string resultDirectory(const Request& request) {
-  return (fs::path(request.wishes.project) / standingOf(*request.source).path).native();
+  return (fs::path(request.wishes.project) / resultPathOf(*request.source).path).native();
 }
 
 std::vector<std::string> runImport(const Request& request, const ShowProgress& showProgress) {
@@ -242,7 +244,7 @@ std::vector<std::string> runImport(const Request& request, const ShowProgress& s
   const std::vector<std::string> open = unclosed(places);
   outcome.remarks.insert(outcome.remarks.end(), open.begin(), open.end());
   if (request.isCancelled && request.isCancelled()) throw Cancelled();
-  const fs::path directory = project / standingOf(*request.source).path;
+  const fs::path directory = resultDirectory(request);
   write(request, outcome, run, directory);
   if (fs::exists(database)) {
     kelvar_platform::AnnotationEditor(database.native(), kelvar_platform::AnnotationEditor::Open::existing)

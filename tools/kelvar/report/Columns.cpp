@@ -37,7 +37,7 @@ Cell label(const Row& row, SummaryDataKind) {
 }
 
 Cell annotationKind(const Row& row, SummaryDataKind) {
-  // What an analysis gives functions and loops for one is a filler.
+  // Functions and loops have no annotation; the kind in their details is a filler.
   if (row.item.detailKind() != digestio::kAnnotatedSite && !row.item.annotation()) return {};
   const auto kind = static_cast<std::size_t>(row.item.annotationKind());
   return kind < annotationKindNames().size() ? Cell(annotationKindNames()[kind]) : Cell();

@@ -22,7 +22,7 @@ struct Selection {
   kelvar::SummaryMapping ordering = kelvar::kSortLocator;
   bool reverse = false;
   bool verbose = false;
-  const std::vector<ResultEvidence>* evidence = nullptr;  ///< what figures rest on; null where nobody asked for it
+  const std::vector<ResultEvidence>* evidence = nullptr;  ///< null unless --evidence is given
   std::string project = {};
   const kelvar_page::Model* model = nullptr;  ///< for the formats that show evidence; else null
 };
@@ -35,12 +35,13 @@ void printWide(const Loaded& loaded, const Selection& selection);
 /// A header and a line for each row, after RFC 4180, in UTF-8. A text is quoted if it must be or is empty; a missing
 /// value is an empty field.
 void printCsv(const Loaded& loaded, const Selection& selection);
-/// The columns of that, and its rows behind the header, each behind the text `before`, which ends with a comma.
+/// The columns of CSV, and its rows without the header. Each line begins with `before`, which is empty or ends with a
+/// comma.
 [[nodiscard]] std::vector<const Column*> csvColumns(const Selection& selection);
 void printCsvRows(PrintedPieces& pieces, const Loaded& loaded, const Selection& selection, std::string_view before);
 /// One object, as docs/report.schema.json describes it.
 void printJson(const Loaded& loaded, const Selection& selection);
-/// What is in that object for one project, but for its version and the evidence.
+/// The members of that object, except for the schema version and the evidence.
 void writeReport(JsonText& json, PrintedPieces& pieces, const Loaded& loaded, const Selection& selection);
 /// A page of its own: one file that needs nothing else. Holds the first 20,000 rows.
 void printHtml(const Loaded& loaded, const Selection& selection);

@@ -201,7 +201,7 @@ void writeView(JsonText& json, const kelvar::SummaryData& data, const Selection&
   json.endObject();
 }
 
-// Of what is a quantity; all else is a count, a rank or a factor.
+// The units of the quantities; all other numbers are counts, ranks or factors.
 void writeUnits(JsonText& json) {
   json.beginObject("units");
   for (const Column& column : allColumns()) {

@@ -24,7 +24,7 @@ namespace {
 struct Format {
   std::string_view name;
   PrintFormat print;
-  bool evidence = false;  // shows what figures rest on
+  bool evidence = false;  // needs the page's model, which has the evidence
 };
 void printText(const Loaded& loaded, const Selection& selection);
 constexpr std::array kFormats{Format{"text", printText}, Format{"json", printJson}, Format{"csv", printCsv},

@@ -14,7 +14,7 @@ ResultEvidence readResult(const std::string& directory) {
   ResultEvidence result{.collection = nullptr, .lines = kelvar_platform::readEvidence(directory)};
   if (result.lines.empty()) return result;
   result.collection.reset(digestio::SummaryCollection::load(directory));
-  (void)kelvar_platform::takeRefusals();  // of a result that cannot be read, the report has spoken already
+  (void)kelvar_platform::takeRefusals();  // already reported when the project was loaded
   if (!result.collection) {
     result.lines.clear();
     return result;

@@ -11,16 +11,16 @@
 
 namespace kelvar_tool {
 
-/// What one result's figures rest on, with the details that it speaks of.
+/// The evidence of one result, with the details that it refers to.
 struct ResultEvidence {
   std::shared_ptr<const digestio::SummaryCollection> collection;
   std::vector<kelvar_platform::Evidence> lines;
 };
 
-/// Reads the evidence of all results. What cannot be read is left out, and appended to `complaints` as a sentence.
+/// Reads the evidence of all results. Evidence that cannot be read is left out, and a sentence added to `complaints`.
 [[nodiscard]] std::vector<ResultEvidence> evidenceOf(const Pieces& pieces, std::vector<std::string>& complaints);
 
-/// The list `evidence`: an object for each thing that a tool said, with the site that it said it of.
+/// Writes the list `evidence`: an object for each statement of a tool, with its site.
 void writeEvidence(JsonText& json, const std::vector<ResultEvidence>& evidence);
 
 }  // namespace kelvar_tool

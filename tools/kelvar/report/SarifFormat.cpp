@@ -20,7 +20,7 @@ using kelvar_page::PageJson;
 using kelvar_page::Site;
 using kelvar_page::SiteSort;
 
-constexpr double kHot = 0.1;  // share of the whole from which on a scalar loop is a result
+constexpr double kHot = 0.1;  // the share of the time from which a scalar loop is reported
 
 struct Rule {
   const char* id;
@@ -35,7 +35,7 @@ constexpr std::array kRules{
     Rule{"stale-site", "note", "Results are of another version of this site."},
 };
 
-// A reference as RFC 3986 has it: what is not plain in a path is escaped, byte by byte.
+// A URI reference after RFC 3986: special characters of the path are escaped, byte by byte.
 std::string uriOf(const std::string& file) {
   constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
   constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -100,7 +100,7 @@ class Results {
     return site.label.empty() ? kindName(site) : kindName(site) + " '" + site.label + "'";
   }
 
-  // A loop is reported once, under the name of its site where it has one: those are looked at first.
+  // A loop is reported once, under its site's name if it has one: printSarif adds annotated sites first.
   void addScalar(const Site& site) {
     const double share = model_.overview.shareOf(site).value_or(0);
     if (site.vectorised != kelvar_page::Vectorised::no || share < kHot) return;
@@ -124,7 +124,7 @@ class Results {
     writePhysical(json_, site.place.get_file().get_text(), site.place.get_line(), site.place.get_column());
     json_.endObject().endList();
     if (line && !line->places.empty()) writeRelated(json_, *line);
-    // A site keeps its sequence when it moves. What nobody annotated is known by its label.
+    // An annotated site keeps its sequence when it moves; others are identified by their labels.
     const std::string print = site.handle != 0
                                   ? "site " + std::to_string(site.handle)
                                   : kindName(site) + " " + site.label + " " + site.place.get_file().get_leaf();

@@ -24,7 +24,7 @@ struct TableColumn {
   bool numbers = false;  // right-aligned
 };
 
-// Six digits: what measuring tells. CSV and JSON have them all.
+// Six significant digits, as exact as measurements are. CSV and JSON have all digits.
 void appendCell(std::string& text, const Cell& cell) {
   const double* const number = std::get_if<double>(&cell);
   if (number && std::isfinite(*number)) {

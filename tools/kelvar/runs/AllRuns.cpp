@@ -19,7 +19,7 @@ namespace {
 using kelvar_import::RunFacts;
 
 struct Run {
-  std::string project;  ///< as it was named
+  std::string project;  ///< as given on the command line
   std::string name;     ///< empty: the project's own results
   std::string directory;
 };
@@ -66,7 +66,7 @@ std::vector<Run> runsOf(const std::string& project) {
 
 using Take = std::function<void(const Run& run, const RunFacts& facts, const Loaded& loaded)>;
 
-/// Reads one run after the other; answers whether all could be read.
+/// Reads one run after the other. Returns whether everything could be read.
 bool forEachRun(const std::vector<Run>& runs, const ProjectRequest& request, const Selection& selection,
                 const Take& take) {
   bool complete = true;

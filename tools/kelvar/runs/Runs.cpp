@@ -97,7 +97,7 @@ std::string timeText(std::uint64_t seconds) {
   return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts)};
 }
 
-/// `survey`, with what does not match exactly behind it: `survey (2 moved, 1 not found)`.
+/// The analyses of a run, each with the sites that do not match exactly: `survey (2 moved, 1 without match)`.
 std::string analysesText(const Run& run) {
   std::string text;
   for (const Analysis& one : run.analyses) {

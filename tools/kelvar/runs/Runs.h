@@ -9,7 +9,7 @@ namespace kelvar_tool {
 /// `kelvar runs`: the runs of a project, and how each matches today's annotations.
 void addRuns(CLI::App& kelvar, Action& chosen);
 
-/// Fills in what was not written for the run as a whole, and what its results tell of themselves.
+/// Fills in the host and the times that run.json does not give, from the results.
 void askResults(const Pieces& pieces, kelvar_import::RunFacts& facts);
 
 }  // namespace kelvar_tool

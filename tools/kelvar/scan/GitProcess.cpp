@@ -18,11 +18,11 @@ namespace {
 
 using kelvar_platform::FileDescriptor;
 
-/// What a person set for their own eyes must not change what is read here.
+/// Overrides user settings that would change the output.
 constexpr const char* kSettings[] = {"core.fsmonitor=false", "log.follow=false", "log.showSignature=false",
                                      "diff.relative=false", "color.ui=false"};
 
-/// Answers 0 where git cannot be started.
+/// Starts git and returns its process; 0 when it cannot be started.
 pid_t started(std::vector<std::string> arguments, int output) {
   std::vector<char*> pointers;
   pointers.reserve(arguments.size() + 1);
@@ -39,7 +39,7 @@ pid_t started(std::vector<std::string> arguments, int output) {
   return runs ? child : 0;
 }
 
-/// Answers false where the reading ended early.
+/// Passes each field to `take`. Returns false when `take` stopped it or reading failed.
 bool takeFields(int output, const std::function<bool(std::string&&)>& take) {
   std::string field;
   std::array<char, 65536> buffer{};
@@ -73,7 +73,7 @@ bool runGit(const std::string& directory, const std::vector<std::string>& argume
   input = FileDescriptor();
   if (child == 0) return false;
   const bool whole = takeFields(output.get(), take);
-  if (!whole) ::kill(child, SIGTERM);  // it would walk through the rest of the history
+  if (!whole) ::kill(child, SIGTERM);  // otherwise it would walk through the rest of the history
   int status = 0;
   while (::waitpid(child, &status, 0) < 0 && errno == EINTR) continue;
   return whole && WIFEXITED(status) && WEXITSTATUS(status) == 0;

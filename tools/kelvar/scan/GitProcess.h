@@ -6,9 +6,9 @@
 
 namespace kelvar_tool {
 
-/// Runs git in `directory`, and hands each field of its standard output that a zero byte ends to `take`, until that
-/// answers false; then git is stopped. Answers whether git ran, and all that it said was taken. Its complaints are
-/// nobody's: it is asked on the off chance.
+/// Runs git in `directory` and passes each field of its output, ended by a zero byte, to `take`. Stops git when `take`
+/// returns false. Returns whether git succeeded and all fields were taken. Error messages of git are dropped: a tree
+/// need not be a repository.
 bool runGit(const std::string& directory, const std::vector<std::string>& arguments,
             const std::function<bool(std::string&& field)>& take);
 

@@ -19,15 +19,15 @@ namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
 using Renames = std::map<std::string, std::string>;  // new names by old ones
 
-/// No name in a repository begins so, which tells a commit from one.
+/// Names in a repository never begin with a slash, so a field that does is a commit.
 constexpr const char* kCommitFormat = "--format=/%H";
-/// A person's own limit may be too low to find anything; git's of today it is.
+/// Git's own default. A user's setting may be too low to find anything.
 constexpr const char* kRenameLimit = "-l1000";
 
 /// Reads `/COMMIT NUL LF FIELD NUL FIELD NUL ... /COMMIT NUL LF ...`.
 class CommitFields {
  public:
-  /// Answers whether the field belongs to the commit; else it begins another one.
+  /// Returns whether the field belongs to the current commit; if not, it begins the next one.
   bool take(std::string& field) {
     if (field.starts_with('/')) {
       commit = field.substr(1);
@@ -45,7 +45,7 @@ class CommitFields {
   bool first_ = false;
 };
 
-/// Parses records of the form `R100 NUL OLD NUL NEW NUL`. git lists renames only here.
+/// Parses records of the form `R100 NUL OLD NUL NEW NUL`; git is asked for renames only.
 class RenameFields {
  public:
   void take(std::string&& field, Renames& renames) {
@@ -73,7 +73,7 @@ Renames stagedRenames(const std::string& root) {
   return renames;
 }
 
-/// Hands pieces of the list to `run` that fit into a command line.
+/// Calls `run` with pieces of the list that fit into a command line.
 void inPieces(const Names& all, const std::function<void(const Names&)>& run) {
   constexpr std::size_t kMostBytes = 100000;
   Names piece;
@@ -89,7 +89,7 @@ void inPieces(const Names& all, const std::function<void(const Names&)>& run) {
   if (!piece.empty()) run(piece);
 }
 
-/// The newest commit that took each file away.
+/// The newest commit that removed each file.
 std::map<std::string, std::string> removals(const std::string& root, const Names& names) {
   std::map<std::string, std::string> commits;
   inPieces(names, [&](const Names& piece) {
@@ -105,7 +105,7 @@ std::map<std::string, std::string> removals(const std::string& root, const Names
   return commits;
 }
 
-/// What each of the commits renamed.
+/// The renames in each of the commits.
 std::map<std::string, Renames> renamesOf(const std::string& root, const Names& commits) {
   std::map<std::string, Renames> all;
   inPieces(commits, [&](const Names& piece) {
@@ -122,7 +122,7 @@ std::map<std::string, Renames> renamesOf(const std::string& root, const Names& c
   return all;
 }
 
-/// Where names went in one step.
+/// The direct renames of these files, staged or committed.
 Renames renamedOnce(const std::string& root, const Renames& staged, const Names& names) {
   Renames found;
   Names unstaged;
@@ -147,7 +147,7 @@ Renames renamedOnce(const std::string& root, const Renames& staged, const Names&
   return found;
 }
 
-/// Where files of a repository went that are not there; names are below `root`.
+/// The present names of missing files of a repository, followed through several renames. Names are relative to `root`.
 Renames renamedIn(const std::string& root, const Names& names) {
   Renames result;
   std::map<std::string, Names> asked;  // by the name that is followed: what was asked for
@@ -173,7 +173,7 @@ Renames renamedIn(const std::string& root, const Names& names) {
   return result;
 }
 
-/// The folder around a path that is a work tree of git.
+/// The innermost git work tree around a path.
 std::optional<fs::path> repositoryOf(const fs::path& path) {
   std::error_code error;
   for (fs::path folder = path.parent_path();; folder = folder.parent_path()) {
@@ -187,12 +187,12 @@ std::optional<fs::path> repositoryOf(const fs::path& path) {
 std::unordered_map<std::string, std::string> renamedByGit(const std::vector<std::string>& paths) {
   struct Asked {
     std::string path;
-    std::string prefix;  // as it was asked for: the same spelling of the repository's folder
+    std::string prefix;  // the repository's folder, spelled as in `path`
   };
   std::map<std::string, std::map<std::string, Asked>> byRepository;  // then by name within it
   for (const std::string& path : paths) {
     std::error_code error;
-    // Links on the way to the repository would make another path of it.
+    // Resolve links: otherwise one repository could have several paths.
     const fs::path real = fs::weakly_canonical(path, error);
     const auto root = error ? std::nullopt : repositoryOf(real);
     if (!root) continue;

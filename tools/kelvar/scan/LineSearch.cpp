@@ -14,15 +14,15 @@ using kelvar_sources::FoundSite;
 using kelvar_sources::SeenSite;
 using kelvar_sources::Step;
 
-/// Lines have no kind: all have the same, so that those of all sites can be told from each other.
+/// Lines have no kind, so all fingerprints of lines get the same one.
 constexpr kelvar_sources::Kind kAnyKind = sitenotes::annotation_t::parallel;
 
 bool haveSameAnchor(const kelvar_platform::AnchorRow& a, const kelvar_platform::AnchorRow& b) {
   return a.text == b.text && a.function == b.function && a.before == b.before && a.after == b.after;
 }
 
-/// The lines that are looked for. Several sites may be on one: the first of them is looked for, and the others go
-/// along.
+/// The lines to find again. If several sites are on one line, only the first is searched for, and the others go with
+/// it.
 struct Lines {
   SiteSearch::Wanted wanted;
   std::map<std::size_t, std::vector<std::size_t>> others;  // by the first site
@@ -52,7 +52,7 @@ Lines wantedLines(const Planning& plan, kelvar_sources::TextNumbers& numbers) {
   return lines;
 }
 
-/// The files in which the lines may be: their own and, where one of those vanished, all that are new.
+/// The files that may contain the lines: their own and, if one of those is gone, all new files.
 std::vector<bool> filesToRead(const Planning& plan, const SiteSearch::Wanted& wanted) {
   std::vector<bool> own(plan.files.size(), false);
   bool vanished = false;

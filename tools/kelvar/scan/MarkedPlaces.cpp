@@ -14,7 +14,7 @@ using kelvar_platform::Site;
 using kelvar_sources::FoundSite;
 using kelvar_sources::Kind;
 
-/// The markers of the files in which persons placed sites. Each is given out once.
+/// The markers in the files with sites placed by hand. Each marker is handed out once.
 class MarkersByLine {
  public:
   explicit MarkersByLine(const Planning& plan) {
@@ -33,7 +33,7 @@ class MarkersByLine {
     }
   }
 
-  /// The first one on the line that is left; kNothing where there is none.
+  /// The first unused marker of the kind on the line; kNothing when there is none.
   std::size_t take(std::size_t file, int line, Kind kind) {
     const auto there = markers_.find({file, line, kind});
     if (there == markers_.end() || there->second.empty()) return kNothing;
@@ -46,7 +46,7 @@ class MarkersByLine {
   std::map<std::tuple<std::size_t, int, Kind>, std::vector<std::size_t>> markers_;  // the first one last
 };
 
-/// Keeps what is around a line that a person marked, where it is a line of code.
+/// Records the surroundings of a line that was marked by hand, if it is a line of code.
 void anchorLine(Planning& plan, std::size_t site) {
   const std::size_t file = plan.files.of(site);
   if (!plan.files.at(file).isRead()) return;
@@ -62,7 +62,7 @@ void anchorLine(Planning& plan, std::size_t site) {
 
 }  // namespace
 
-void takeTheirWord(Planning& plan) {
+void acceptManualPlaces(Planning& plan) {
   MarkersByLine markers(plan);
   std::vector<std::size_t> atMarkers;
   std::vector<std::size_t> atLines;

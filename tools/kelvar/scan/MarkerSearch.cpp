@@ -25,7 +25,7 @@ SiteSearch::Wanted wantedSites(const Planning& plan, kelvar_sources::TextNumbers
   return wanted;
 }
 
-/// The markers that no site is yet.
+/// The markers that do not belong to a site yet.
 struct Seen {
   std::vector<SeenSite> sites;
   std::vector<std::size_t> markers;
@@ -44,7 +44,8 @@ Seen seenMarkers(const Planning& plan, kelvar_sources::TextNumbers& numbers) {
   return seen;
 }
 
-/// What a person removed stays away; what is around its marker is kept, so that it is known again.
+/// A site removed by hand stays removed. The surroundings of its marker are updated, so that it is still recognised at
+/// the next scan.
 void followRemoved(Planning& plan, std::size_t site) {
   const std::size_t marker = plan.sites.marker(site);
   if (marker == kNothing) return;

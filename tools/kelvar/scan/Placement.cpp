@@ -85,7 +85,7 @@ std::string Placement::put(std::size_t site, const FoundSite& found, std::size_t
   return now.label;
 }
 
-/// A person's label wins until the source's own changes.
+/// A label given by hand stays until the label in the source changes.
 std::string Placement::labelOf(const AnchoredSite& one, const FoundSite& found, std::size_t file) {
   const std::string& label = found.anchor.label;
   if (one.anchor && !label.empty() && label != one.anchor->label) {
@@ -93,7 +93,7 @@ std::string Placement::labelOf(const AnchoredSite& one, const FoundSite& found, 
     return label;
   }
   if (one.site.alive || !label.empty()) return one.site.label;
-  // It lives again: another site may have its label by now.
+  // A revived site: another one may have its label by now.
   if (labels_.tryTake(found.kind, one.site.label)) return one.site.label;
   return labels_.give(found.kind, found.anchor.function, leafOf(files_.at(file).name));
 }

@@ -11,13 +11,13 @@
 
 namespace kelvar_tool {
 
-/// The steps that are this command's own; the others are kelvar_sources::Step.
+/// Names of steps that only this command has; for the others see kelvar_sources::Step.
 constexpr const char* kByHand = "by-hand";
 constexpr const char* kOpener = "opener";  // an end follows it
 constexpr const char* kRenamedFile = "renamed-file";
 constexpr const char* kNoStep = "-";
 
-/// What becomes of a site once it is known where it is: its place, its label and its end.
+/// Carries out decisions about sites: updates place, label and end, and records the edits.
 class Placement {
  public:
   Placement(const kelvar_platform::AnchoredSites& database, PlanFiles& files, const PlanSites& sites,
@@ -29,21 +29,21 @@ class Placement {
         record_(record),
         next_(database.nextSequence) {}
 
-  /// The site is this marker's from now on; its end follows.
+  /// The site belongs to this marker from now on; its end is moved along.
   void putAtMarker(std::size_t site, std::size_t marker, const std::string& step);
-  /// The site is on this line, which a person had marked.
+  /// The site, which was placed on a line by hand, is on this line now.
   void putAtLine(std::size_t site, const kelvar_sources::FoundSite& line, std::size_t file, const std::string& step);
-  /// The site stays where it was, since it cannot be told where it is.
+  /// Leaves the site where it was, since several places fit equally well.
   void leave(std::size_t site);
-  /// Ends the life of a site, and keeps what was around it.
+  /// Marks the site as gone, but keeps its anchor, so that it can be revived.
   void end(std::size_t site, const std::string& step);
-  /// A marker that no site is becomes one, and so does its end.
+  /// Makes new sites of a marker and its end.
   void addNew(std::size_t marker);
 
  private:
   using FoundSite = kelvar_sources::FoundSite;
 
-  /// Puts a site where it was found; answers its label. `given` is the label that it has to have; empty: its own.
+  /// Moves a site to where it was found and returns its label. `given` is the label to set; empty: decide by labelOf().
   std::string put(std::size_t site, const FoundSite& found, std::size_t file, const std::string& step,
                   const std::string& given);
   std::int64_t add(const FoundSite& found, std::size_t file, const std::string& label, const std::string& step);

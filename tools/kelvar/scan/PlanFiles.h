@@ -10,14 +10,14 @@
 
 namespace kelvar_tool {
 
-/// No site, no marker, no file.
+/// The index of no site, marker or file.
 constexpr std::size_t kNothing = static_cast<std::size_t>(-1);
 
-/// A marker of the sources, with its end, and the site of the database that it is.
+/// A marker in the sources, its end, and the site of the database that it belongs to.
 struct Marker {
   std::size_t file = 0;
   const kelvar_sources::FoundSite* found = nullptr;
-  const kelvar_sources::FoundSite* end = nullptr;  ///< null: it has none
+  const kelvar_sources::FoundSite* end = nullptr;  ///< null when there is none
   std::size_t site = kNothing;
 };
 
@@ -27,7 +27,7 @@ class PlanFiles {
   struct File {
     std::string key;
     std::string name;                    ///< as the database has it
-    const SourceFile* source = nullptr;  ///< null: it was not scanned
+    const SourceFile* source = nullptr;  ///< null when it was not scanned
     const ScannedFile* scanned = nullptr;
     bool hasSites = false;             ///< after the scan
     std::vector<std::size_t> markers;  ///< in the order of their places
@@ -35,7 +35,7 @@ class PlanFiles {
     [[nodiscard]] bool isRead() const noexcept { return scanned && scanned->read; }
   };
 
-  /// Both have to outlive the object.
+  /// Both must outlive this object.
   PlanFiles(const ScanInput& input, const kelvar_platform::AnchoredSites& database);
 
   [[nodiscard]] std::size_t size() const noexcept { return files_.size(); }
@@ -43,20 +43,20 @@ class PlanFiles {
   [[nodiscard]] const File& at(std::size_t file) const { return files_[file]; }
   /// The file that a site of the database is in.
   [[nodiscard]] std::size_t of(std::size_t site) const { return fileOf_[site]; }
-  /// The scanned file of this key; kNothing where there is none.
+  /// The scanned file with this key; kNothing when there is none.
   [[nodiscard]] std::size_t scannedAs(const std::string& key) const;
   [[nodiscard]] std::vector<Marker>& markers() noexcept { return markers_; }
   [[nodiscard]] const std::vector<Marker>& markers() const noexcept { return markers_; }
 
-  /// Whether sites of this file are this scan's: it was read, or it is gone.
+  /// Whether this scan decides about the sites of the file: it was read, or should have been and is gone.
   [[nodiscard]] bool isOurs(std::size_t file) const;
-  /// For each file, whether it may be there.
+  /// For each file, whether it may exist: it was scanned, or is outside of the scanned tree.
   [[nodiscard]] std::vector<bool> exist() const;
-  /// For each file, whether it is as it was at the last scan.
+  /// For each file, whether it is unchanged since the last scan.
   [[nodiscard]] std::vector<bool> areUnchanged() const;
-  /// A place for each line of code of a scanned file, which is read for it once.
+  /// A place for each line of code of a scanned file; the file is read again on the first call.
   const std::vector<kelvar_sources::FoundSite>& linesOf(std::size_t file);
-  /// What is to be written of the files themselves.
+  /// Adds the changed digests of the files to `edits`.
   void record(kelvar_platform::AnchoredEdits& edits) const;
 
  private:

@@ -11,17 +11,18 @@ namespace kelvar_tool {
 [[nodiscard]] kelvar_sources::Anchor anchorOf(const kelvar_platform::AnchorRow& row);
 [[nodiscard]] kelvar_platform::AnchorRow rowOf(const kelvar_sources::Anchor& anchor);
 
-/// What a plan says and writes, in the order in which it is decided.
+/// Collects the events and edits of a plan, in the order of the decisions.
 class PlanRecord {
  public:
   using Site = kelvar_platform::Site;
 
   explicit PlanRecord(const kelvar_platform::AnchoredSites& database) : database_(database) {}
 
-  /// Says what becomes of a site; `before` and `now` are null where it had or has no place.
+  /// Adds an event. `before` and `now` are null when the site had or has no place.
   void say(ScanEvent::What what, const Site& site, const Site* before, const Site* now, const std::string& step);
+  /// Adds a new site.
   void add(const Site& site, const kelvar_sources::Anchor& anchor);
-  /// Appends an edit of a site, and keeps what is around it now; without an anchor, the one that it had stays.
+  /// Appends an edit of a site with its new anchor; without one, the old anchor stays.
   void append(const Site& site, const std::optional<kelvar_sources::Anchor>& anchor);
   /// Keeps what is around a site, which stays as it is.
   void anchor(const Site& site, const kelvar_sources::Anchor& anchor);

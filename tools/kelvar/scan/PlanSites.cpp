@@ -72,7 +72,7 @@ void PlanSites::pairNeighbours(std::vector<bool>& paired) {
   }
 }
 
-/// An end belongs to the last site of its label that is open before it in its file.
+/// An end belongs to the latest site before it in the file that has its label and is still open.
 void PlanSites::pairByLabel(const std::vector<bool>& paired) {
   std::vector<std::size_t> order;
   for (std::size_t i = 0; i < database_.sites.size(); ++i) {

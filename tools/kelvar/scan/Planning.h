@@ -13,7 +13,7 @@
 
 namespace kelvar_tool {
 
-/// What the steps of a plan work on.
+/// The state shared by the steps of a plan.
 struct Planning {
   Planning(const ScanInput& in, const kelvar_platform::AnchoredSites& sitesOfDatabase)
       : input(in),
@@ -34,18 +34,17 @@ struct Planning {
   SiteSearch search;
 };
 
-/// How a step is named for a site that is found in this file. That its file has another name decides before all that
-/// its sites do.
+/// The name of the step that found a site. If its file was renamed, that is named instead.
 [[nodiscard]] std::string stepName(kelvar_sources::Step step, bool inSameFile);
 
 // The steps, in their order.
 
-/// A person's place is taken as it is: where a marker of the kind is on the line, the site is that marker's; else what
-/// is around the line is kept.
-void takeTheirWord(Planning& plan);
-/// Finds the sites that have markers again; answers the markers that are none of them, and that none of them may be.
+/// Accepts the places that were given by hand. A marker of the kind on the line becomes the site's; otherwise the
+/// surroundings of the line are recorded.
+void acceptManualPlaces(Planning& plan);
+/// Finds the sites with markers again. Returns the markers that certainly belong to no known site.
 [[nodiscard]] std::vector<std::size_t> findMarkers(Planning& plan);
-/// Finds the lines again that persons marked, and that no marker is on.
+/// Finds the lines again that were marked by hand and have no marker.
 void findLines(Planning& plan);
 
 }  // namespace kelvar_tool

@@ -33,7 +33,7 @@ struct ScanRequest {
   bool json = false;
 };
 
-/// All rules that there are, with those of the file.
+/// The built-in rules and those of --rules.
 std::vector<Rule> allRules(const ScanRequest& request) {
   std::vector<Rule> rules = kelvar_sources::builtInRules();
   if (request.rulesFile.empty()) return rules;
@@ -47,7 +47,7 @@ std::vector<Rule> allRules(const ScanRequest& request) {
   return rules;
 }
 
-/// Those that are looked for.
+/// The rules to search for.
 std::vector<Rule> wantedRules(const ScanRequest& request) {
   std::vector<Rule> rules = allRules(request);
   for (const std::string& name : request.only) {

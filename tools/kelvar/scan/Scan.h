@@ -6,7 +6,7 @@
 
 namespace kelvar_tool {
 
-/// Adds `scan` to `annotate`, whose database is named by `database` once the line is read.
+/// Adds `scan` to `annotate`. `database` holds the path once the command line is parsed.
 void addScan(CLI::App& annotate, const std::string& database, Action& chosen);
 
 }  // namespace kelvar_tool

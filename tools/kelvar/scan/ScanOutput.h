@@ -13,7 +13,7 @@ namespace kelvar_tool {
 [[nodiscard]] std::string jsonOf(const ScanPlan& plan);
 /// The table of markers, fields separated by tabs.
 [[nodiscard]] std::string tableOf(const std::vector<kelvar_sources::Rule>& rules);
-/// Says how many markers were found by which rule, how many have no kind, and what was passed over.
+/// Reports on standard error how many markers each rule found, how many have no kind, and what was skipped.
 void sayCounts(const ScanPlan& plan, const ScanInput& input);
 
 }  // namespace kelvar_tool

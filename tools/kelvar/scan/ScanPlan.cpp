@@ -12,7 +12,7 @@ std::string stepName(kelvar_sources::Step step, bool inSameFile) {
 
 ScanPlan planOf(const ScanInput& input, const kelvar_platform::AnchoredSites& database) {
   Planning plan(input, database);
-  takeTheirWord(plan);
+  acceptManualPlaces(plan);
   const std::vector<std::size_t> markers = findMarkers(plan);
   findLines(plan);
   for (const std::size_t marker : markers) {

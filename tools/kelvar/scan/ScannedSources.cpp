@@ -22,10 +22,10 @@ namespace kelvar_tool {
 
 namespace {
 
-/// What offsets of 32 bits reach, with room for a lexer that looks ahead.
+/// The reach of 32-bit offsets, with room for the lexer to look ahead.
 constexpr std::size_t kMostBytes = std::size_t{0xFFFFFFFF} - 4096;
 
-/// What a token costs, times all brackets that a file may hold, has to fit into memory.
+/// Bounds the memory of the lexer, whose tokens take many times the size of the file.
 constexpr std::size_t kMostLexedBytes = std::size_t{64} << 20U;
 constexpr const char* kTooLarge = "a source file of at most 64 MiB, where it may have markers";
 
@@ -43,7 +43,7 @@ struct stat statusOf(const kelvar_platform::FileDescriptor& file, const std::str
   return status;
 }
 
-/// Answers false where the file changed meanwhile: what was cut off would be taken for gone.
+/// Returns false when the file changed while it was read: sites in a part that was cut off would be taken for gone.
 bool readOnce(const kelvar_platform::FileDescriptor& file, const std::string& path, std::string& bytes) {
   const struct stat before = statusOf(file, path);
   const auto size = static_cast<std::size_t>(before.st_size);
@@ -61,14 +61,14 @@ bool readOnce(const kelvar_platform::FileDescriptor& file, const std::string& pa
          after.st_mtim.tv_nsec == before.st_mtim.tv_nsec;
 }
 
-/// Into `bytes`, whose memory is used again from file to file.
+/// Reads the file into `bytes`, whose memory is reused from file to file.
 void readInto(const std::string& path, std::string& bytes) {
   const kelvar_platform::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file) refuse(path, std::string("a file that can be read (") + std::strerror(errno) + ")");
   constexpr int kMostTimes = 3;
   for (int i = 0; i < kMostTimes; ++i) {
     if (readOnce(file, path, bytes)) return;
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));  // an editor is done by then
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));  // time for an editor to finish
   }
   refuse(path, "a file that nobody writes to meanwhile");
 }

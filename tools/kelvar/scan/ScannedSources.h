@@ -10,19 +10,20 @@ namespace kelvar_tool {
 
 /// What a scan read of one file.
 struct ScannedFile {
-  bool read = false;      ///< false: it was passed over, and `complaint` may say why
-  std::string complaint;  ///< a sentence where it could not be read
-  std::string digest;     ///< of a file that has sites, or of any where it is asked for
+  bool read = false;      ///< false for a binary file or one with a complaint
+  std::string complaint;  ///< a sentence if the file could not be read, else empty
+  std::string digest;     ///< of the bytes; empty unless `read`
   kelvar_sources::FileSites sites;
 };
 
-/// Reads all files, several at a time. The answers are in the order of the files, and do not depend on the machine.
+/// Reads and scans all files, several at a time. The results are in the order of `files`.
 [[nodiscard]] std::vector<ScannedFile> scanned(const std::vector<SourceFile>& files,
                                                const kelvar_sources::RuleSet& rules);
 
-/// The bytes of a file. Throws kelvar_platform::ReadError where it is no file that can be read, or is too large.
+/// The bytes of a file. Throws kelvar_platform::ReadError when it cannot be read, keeps changing, or is larger than
+/// 4 GiB.
 [[nodiscard]] std::string sourceBytes(const std::string& path);
-/// The same of one that is to be lexed, which takes many times its size: of fewer bytes.
+/// The same for a file to be lexed, which takes many times its size: the limit is 64 MiB.
 [[nodiscard]] std::string lexedBytes(const std::string& path);
 
 }  // namespace kelvar_tool

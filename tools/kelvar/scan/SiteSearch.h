@@ -7,18 +7,18 @@
 
 namespace kelvar_tool {
 
-/// Finds sites of the database again among what was seen in the sources, with what is known of renamed files.
+/// Finds sites of the database again among the places seen in the sources, also in renamed files.
 class SiteSearch {
  public:
   SiteSearch(const kelvar_platform::AnchoredSites& database, const PlanFiles& files);
 
-  /// A list of sites that are looked for.
+  /// The sites to find.
   struct Wanted {
     std::vector<kelvar_sources::KnownSite> known;
     std::vector<std::size_t> sites;  ///< the index of each in the database
   };
 
-  /// Puts `wanted` in the order of places first. `seen` has to be in that order.
+  /// Sorts `wanted` by place first. Requires that `seen` is sorted by place.
   [[nodiscard]] kelvar_sources::FindResult find(Wanted& wanted, const std::vector<kelvar_sources::SeenSite>& seen);
 
  private:
@@ -29,8 +29,8 @@ class SiteSearch {
   const PlanFiles& files_;
   const std::vector<bool> exist_;      // by file
   const std::vector<bool> unchanged_;  // by file
-  std::vector<std::size_t> git_;       // by file: the one that it is by now
-  std::vector<bool> asked_;            // by file
+  std::vector<std::size_t> git_;       // by file: the file that it is now, according to git
+  std::vector<bool> asked_;            // by file: whether git was asked
 };
 
 }  // namespace kelvar_tool

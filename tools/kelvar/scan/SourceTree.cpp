@@ -27,7 +27,7 @@ bool isBelow(std::string_view path, std::string_view directory) {
   return path.starts_with(directory) && (path.size() == directory.size() || path[directory.size()] == '/');
 }
 
-/// A folder that a build fills is none of the project's sources.
+/// A build folder has no sources of the project.
 bool isSkipped(const fs::path& directory) {
   std::error_code error;
   return directory.filename() == ".git" || fs::exists(directory / "CMakeCache.txt", error);
@@ -66,7 +66,7 @@ void SourceTree::add(const std::string& path, bool named) {
 }
 
 void SourceTree::walk(const std::string& directory) {
-  // A list of its own in place of recursion: no depth of folders is too deep.
+  // Without recursion: folders may nest deeper than the stack.
   std::vector<std::string> waiting{directory};
   while (!waiting.empty()) {
     const std::string folder = std::move(waiting.back());
@@ -116,7 +116,7 @@ bool SourceTree::covers(const std::string& key) const {
   if (std::none_of(roots_.begin(), roots_.end(), holds) || std::any_of(unread_.begin(), unread_.end(), holds)) {
     return false;
   }
-  // What is excluded is left alone, with all that is below an excluded folder.
+  // A file is also excluded when a folder above it is.
   for (std::size_t end = key.size(); end != std::string::npos && end > 0; end = key.rfind('/', end - 1)) {
     if (isExcluded(key.substr(0, end))) return false;
     if (std::find(roots_.begin(), roots_.end(), key.substr(0, end)) != roots_.end()) break;

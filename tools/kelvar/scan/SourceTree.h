@@ -8,34 +8,34 @@
 
 namespace kelvar_tool {
 
-/// Which source files a command line names.
+/// The source files on a command line.
 struct SourceRequest {
   std::vector<std::string> sources;   ///< files and directories
-  std::string sourceRoot;             ///< what names of files in the database are below; empty: the working directory
-  std::vector<std::string> excluded;  ///< patterns of names that are left out
+  std::string sourceRoot;             ///< file names in the database are relative to it; empty: the working directory
+  std::vector<std::string> excluded;  ///< glob patterns of names to leave out
 };
 
 struct SourceFile {
   std::string path;  ///< as it is opened
-  std::string name;  ///< as the database has it, where that has none yet
-  std::string key;   ///< the path from the root, normal: what tells files apart
+  std::string name;  ///< the name for the database, if the file is new there
+  std::string key;   ///< the absolute normal path, which identifies the file
   kelvar_sources::Language language = kelvar_sources::Language::c;
 };
 
-/// The files of a request, and what is said of it.
+/// The files of a request.
 class SourceTree {
  public:
-  /// Walks the directories; `.git`, folders with a CMakeCache.txt and links within them are left out. A file that is
-  /// named itself is taken whatever its ending. Throws kelvar_platform::ReadError where a source is not there.
+  /// Walks the directories, except for `.git`, folders with a CMakeCache.txt, and symbolic links. A file that is named
+  /// itself is taken whatever its suffix. Throws kelvar_platform::ReadError when a source does not exist.
   explicit SourceTree(SourceRequest request);
 
   /// By path, each once.
   [[nodiscard]] const std::vector<SourceFile>& files() const noexcept { return files_; }
-  /// Directories that could not be read, a sentence each.
+  /// A sentence for each directory that could not be read.
   [[nodiscard]] const std::vector<std::string>& complaints() const noexcept { return complaints_; }
-  /// The path from the root of a name in the database.
+  /// The key of a file name in the database.
   [[nodiscard]] std::string keyOf(const std::string& name) const;
-  /// Whether a file of this key would be among the files if it were there.
+  /// Whether a file with this key would be among the files if it existed.
   [[nodiscard]] bool covers(const std::string& key) const;
 
  private:

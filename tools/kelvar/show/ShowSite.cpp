@@ -25,7 +25,7 @@ using kelvar_page::Model;
 using kelvar_page::Site;
 using kelvar_page::timeText;
 
-constexpr int kAround = 3;  // lines of source before and behind a site
+constexpr int kAround = 3;  // lines of source before and after a site
 
 std::string join(const std::vector<std::string>& texts, const char* separator) {
   std::string all;
@@ -33,14 +33,13 @@ std::string join(const std::vector<std::string>& texts, const char* separator) {
   return all;
 }
 
-/// A part of what is printed, with its title.
 void printSection(const Terminal& terminal, const std::string& title, const std::string& text) {
   if (!text.empty()) print("\n" + painted(terminal, Paint::bold, title) + "\n" + text);
 }
 
 // ---- the source
 
-/// The lines from `first` to `last` of a file, each with what is known of it before and behind it.
+/// The lines `first` to `last` of a file, with their times on the left and notes on the right.
 std::string sourceText(const Model& model, const std::string& file, int first, int last, const Terminal& terminal) {
   const auto* const lines = model.sources.linesOf(file);
   if (!lines) {
@@ -49,10 +48,8 @@ std::string sourceText(const Model& model, const std::string& file, int first, i
   const auto margin = marginOf(model, file);
   const kelvar_page::TimeUnit& unit = model.units.survey;
   TextTable table({{"Time", true}, {"Share", true}, {"On line", true}, {"Line", true}, {"Source"}, {"What is known"}});
-  first = std::max(first, 1);
-  last = std::min<std::int64_t>(last, static_cast<std::int64_t>(lines->size())) < last ? static_cast<int>(lines->size())
-                                                                                       : last;
-  for (int number = first; number <= last; ++number) {
+  const auto end = static_cast<int>(std::min<std::size_t>(lines->size(), std::numeric_limits<int>::max()));
+  for (int number = std::max(first, 1); number <= std::min(last, end); ++number) {
     const auto known = margin.find(number);
     const bool any = known != margin.end();
     const bool race = any && std::any_of(known->second.notes.begin(), known->second.notes.end(),

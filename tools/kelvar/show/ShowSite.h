@@ -8,8 +8,8 @@
 
 namespace kelvar_tool {
 
-/// Prints all about the sites that `name` means: a sequence, a label, FILE:LINE, or all that is in a FILE. Throws
-/// UsageError where it means nothing.
+/// Prints everything about the sites that `name` refers to: a sequence, a label, FILE:LINE, or a whole FILE. Throws
+/// UsageError when there is no such site.
 void showSite(const kelvar_page::Model& model, const Pieces& pieces, const std::string& name, const Terminal& terminal);
 
 }  // namespace kelvar_tool

@@ -37,7 +37,7 @@ enum Columns : std::size_t {
   kMatch,
 };
 
-// The least that is worth showing goes first.
+// What matters least is cut first.
 const std::vector<TextTable::Step> kNarrower{
     {kVectorised, 24}, {kKind, 0},   {kSiteGain, 0}, {kVectorised, 12}, {kWhere, 20}, {kSite, 24}, {kBar, 0},
     {kVectorised, 6},  {kWhere, 16}, {kSite, 14},    {kOwn, 0},         {kWhere, 12}, {kSite, 10}, {kMatch, 8}};
@@ -59,7 +59,7 @@ std::vector<TextTable::Column> headings() {
           {"Match"}};
 }
 
-// Eighths of a character cell.
+// A bar in eighths of a character cell.
 std::string bar(double share) {
   constexpr int kCells = 10;
   static constexpr std::array kParts{"", "\u258f", "\u258e", "\u258d", "\u258c", "\u258b", "\u258a", "\u2589"};

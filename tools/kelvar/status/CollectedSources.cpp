@@ -37,7 +37,7 @@ kelvar_platform::SourceRow rowIn(const std::string& file, std::string_view line,
 void writeCollectedSources(const std::string& result, const std::vector<kelvar_platform::SourceRow>& sources) {
   const std::string file = result + kFile;
   std::error_code ignored;
-  if (sources.empty()) {  // what an earlier import kept is of another collection
+  if (sources.empty()) {  // a file from an earlier import would describe another collection
     std::filesystem::remove(file, ignored);
     return;
   }
@@ -64,7 +64,7 @@ std::vector<std::string> editedSinceCollection(const std::string& result, const 
     at = end + 1;
     const bool below = !sourceRoot.empty() && !row.file.starts_with('/');
     const std::string path = below ? sourceRoot + '/' + row.file : row.file;
-    // What is gone is said of the file itself.
+    // staleSites() reports missing files.
     if (!std::filesystem::is_regular_file(path, error)) continue;
     if (kelvar_sources::digestOf(sourceBytes(path)) != row.digest) edited.push_back(row.file);
   }

@@ -36,7 +36,7 @@ kelvar_platform::AnchoredSites sitesOf(const std::string& database) {
   return isThere(database) ? kelvar_platform::readAnchoredSites(database) : kelvar_platform::AnchoredSites();
 }
 
-/// The source files of a folder, without those of the folders in it.
+/// The source files directly in a folder.
 void addFilesOf(const std::string& folder, std::vector<std::string>& files) {
   std::error_code error;
   std::filesystem::directory_iterator entries(folder, error);
@@ -47,10 +47,10 @@ void addFilesOf(const std::string& folder, std::vector<std::string>& files) {
   }
 }
 
-/// What a scan of the files with sites would find, or of all the project's sources.
-class Look {
+/// Finds out what a scan would change, in the files with sites, or as `whole` in all the project's sources.
+class SourceCheck {
  public:
-  Look(const std::string& database, const std::string& sourceRoot, bool whole)
+  SourceCheck(const std::string& database, const std::string& sourceRoot, bool whole)
       : sites_(sitesOf(database)),
         root_(sourceRoot),
         isWhole_(whole),
@@ -61,7 +61,7 @@ class Look {
     if (files_.empty() && wholeRoot_.empty()) return {};
     chooseRoot();
     compareDigests();
-    if (!files_.empty() && stale_.sources.empty()) isWhole_ = false;  // the sources are elsewhere
+    if (!files_.empty() && stale_.sources.empty()) isWhole_ = false;  // the sources are not on this machine
     if (isWhole_ || !stale_.edited.empty() || !stale_.gone.empty()) findSites();
     return std::move(stale_);
   }
@@ -77,7 +77,7 @@ class Look {
     }
   }
 
-  /// Names may hold the root already, as those of an import do.
+  /// Names may include the root already.
   void chooseRoot() {
     if (files_.empty()) return;
     const bool below =
@@ -107,8 +107,7 @@ class Look {
     }
   }
 
-  /// Files that are gone may have another name: then all that is below their folders, up to the nearest that is there,
-  /// is looked at too.
+  /// A missing file may have been renamed, so everything below the nearest existing folder above it is searched too.
   void findSites() {
     SourceRequest request{.sources = {}, .sourceRoot = root_, .excluded = {}};
     std::set<std::string> folders;
@@ -128,7 +127,7 @@ class Look {
     const SourceTree tree(request);
     const kelvar_sources::RuleSet set(kelvar_sources::builtInRules());
     const std::vector<ScannedFile> read = scanned(tree.files(), set);
-    // Which files of rules a project has is said to a scan alone: what those found is on its line, or is not.
+    // A project's own rules are only known to `scan`, so the sites that they found are checked by their lines.
     take(planOf({.tree = tree, .files = read, .rules = set, .makeNew = isWhole_, .findsOtherRules = true}, sites_));
   }
 
@@ -188,7 +187,7 @@ class Look {
   const kelvar_platform::AnchoredSites sites_;
   std::string root_;
   bool isWhole_;
-  const std::string wholeRoot_;  // a folder all of which is looked at
+  const std::string wholeRoot_;  // a folder to check completely; empty: none
   const kelvar_sources::RuleSet noRules_{std::vector<kelvar_sources::Rule>()};
   std::map<std::string, std::string> files_;  // digests by name
   StaleSites stale_;
@@ -209,11 +208,13 @@ bool StaleSites::holds(std::int64_t sequence) const noexcept {
 }
 
 StaleSites staleSites(const std::string& database, const std::string& sourceRoot) {
-  return Look(database, sourceRoot, false).run();
+  constexpr bool kWhole = false;
+  return SourceCheck(database, sourceRoot, kWhole).run();
 }
 
 StaleSites wholeCheck(const std::string& database, const std::string& sourceRoot) {
-  return Look(database, sourceRoot, true).run();
+  constexpr bool kWhole = true;
+  return SourceCheck(database, sourceRoot, kWhole).run();
 }
 
 std::vector<std::string> sentences(const StaleSites& stale, const std::string& database) {

@@ -135,11 +135,11 @@ bool isStale(const Freshness& found, const Threshold& threshold) {
   });
 }
 
-/// What today's sources say of the annotations and of the results.
+/// What has changed in the sources since the last scan and since the results were collected.
 struct SourceChanges {
   StaleSites sites;
   std::vector<std::string> lines;  // what to print
-  bool sinceCollection = false;    // a source of a result is not as it was then
+  bool sinceCollection = false;    // a source was edited since a result was collected
   bool unreadable = false;
 
   [[nodiscard]] bool fails(const Threshold& threshold) const {
@@ -175,7 +175,7 @@ SourceChanges lookAtSources(const Pieces& pieces, const std::string& sourceRoot)
 ExitStatus status(const Request& request) {
   const Pieces pieces = piecesOf(request.project);
   const Loaded& loaded = loadSaying(pieces, request.project);
-  // A database that could not be read was named already.
+  // If the database could not be read, that was reported already.
   const SourceChanges sources = loaded.complaints.empty() ? lookAtSources(pieces, request.sourceRoot) : SourceChanges();
   const Freshness found = lookAt(*loaded.data);
   for (const std::string& warning : found.leaves.warnings()) say(warning);

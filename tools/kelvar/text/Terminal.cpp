@@ -83,7 +83,7 @@ std::string cutTo(const std::string& text, std::size_t width, bool keepEnd) {
   if (displayWidth(text) <= width) return text;
   const auto continues = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xc0) == 0x80; };
   std::string_view kept = text;
-  // No more bytes than so many characters have; then one character after the other.
+  // Start with the most bytes that `width` characters can have, then drop one character after the other.
   const std::size_t most = std::min(text.size(), 4 * width);
   std::size_t cut = keepEnd ? text.size() - most : most;
   while (cut < text.size() && cut > 0 && continues(cut)) cut = keepEnd ? cut + 1 : cut - 1;

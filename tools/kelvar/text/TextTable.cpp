@@ -63,7 +63,7 @@ std::string TextTable::text(const Terminal& terminal, const std::vector<Step>& s
 }
 
 void TextTable::appendLine(std::string& out, const std::vector<Cell>& cells, const Terminal& terminal) const {
-  std::size_t blanks = 0;  // kept back, so that no line ends with any
+  std::size_t blanks = 0;  // written before the next text, so that no line ends with blanks
   bool first = true;
   for (std::size_t at = 0; at < columns_.size(); ++at) {
     if (columns_[at].hidden) continue;

@@ -8,7 +8,7 @@
 
 namespace kelvar_tool {
 
-/// A table that fits itself to a width: what matters least goes or is cut first.
+/// A table that fits the width of the terminal by cutting or hiding columns.
 class TextTable {
  public:
   /// Where a text that is too long is cut: before the number that it ends with, which tells it from others; or, where
@@ -16,15 +16,15 @@ class TextTable {
   enum class Cut { end, beginning, beforeNumber, behindWord };
   struct Column {
     std::string heading;
-    bool right = false;  ///< numbers
+    bool right = false;  ///< right-aligned, for numbers
     bool hidden = false;
     Cut cut = Cut::end;
   };
   struct Cell {
-    std::string text;  ///< visible
+    std::string text;  ///< must be visible()
     Paint paint = Paint::plain;
   };
-  /// How to become narrower: a column is cut to so many columns of the terminal, or goes where that is 0.
+  /// One step to make the table narrower: cuts a column to `width` terminal columns, or hides it if that is 0.
   struct Step {
     std::size_t column;
     std::size_t width;
@@ -32,9 +32,9 @@ class TextTable {
 
   explicit TextTable(std::vector<Column> columns) : columns_(std::move(columns)) {}
 
-  /// As many cells as columns.
+  /// Requires as many cells as columns.
   void add(std::vector<Cell> row) { rows_.push_back(std::move(row)); }
-  /// Columns in which no row has anything go; then `steps` are taken, one after the other, until the rest fits.
+  /// Hides columns without any text, then takes `steps` one after the other until the table fits.
   [[nodiscard]] std::string text(const Terminal& terminal, const std::vector<Step>& steps);
 
  private:

@@ -4,11 +4,11 @@
 
 namespace kelvar_tool {
 
-/// Has the desktop's browser open an address that nobody else may learn: command lines can be read by every user of the
-/// machine, so what is opened is a file of this user's that leads there. It is removed with this object.
+/// Opens an address in the desktop's browser without showing it to other users: they could read it on a command line,
+/// so the browser opens a private file that redirects to the address. The file is removed with this object.
 class Browser {
  public:
-  /// Where there is no browser, nothing happens: the address is printed anyway.
+  /// Does nothing if there is no browser.
   explicit Browser(const std::string& address);
   ~Browser();
   Browser(const Browser&) = delete;  // owns the file

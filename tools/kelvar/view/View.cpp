@@ -49,7 +49,7 @@ std::uint16_t portIn(const std::string& text) {
   return static_cast<std::uint16_t>(*port);
 }
 
-/// Changes with whatever is replaced or written of the files of a project.
+/// A hash that changes when any file of the project is written or replaced.
 std::uint64_t versionOf(const Pieces& pieces) {
   std::uint64_t version = 1469598103934665603U;
   const auto mix = [&](std::uint64_t value) { version = (version ^ value) * 1099511628211U; };
