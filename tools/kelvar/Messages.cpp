@@ -89,6 +89,10 @@ std::string inQuotes(std::string_view text) {
   return "'" + escaped(text) + "'";
 }
 
+std::string counted(std::size_t count, const std::string& thing) {
+  return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
+}
+
 Progress::Progress() noexcept : terminal_(errorsGoToTerminal()) {}
 
 Progress::~Progress() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -22,6 +23,9 @@ void say(std::string_view sentence);
 
 /// The text escaped and in quotes, for a sentence.
 [[nodiscard]] std::string inQuotes(std::string_view text);
+
+/// `1 site`, `3 sites`.
+[[nodiscard]] std::string counted(std::size_t count, const std::string& thing);
 
 /// What the command is doing, on a line that is erased when it is done. Shown on a terminal only.
 class Progress {

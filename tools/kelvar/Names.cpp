@@ -150,6 +150,12 @@ std::optional<std::int64_t> decimal(std::string_view text, std::int64_t greatest
   return number;
 }
 
+void refuseName(std::string_view option, const std::string& text, const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) list += (list.empty() ? "" : &name == &names.back() ? " or " : ", ") + name;
+  refuse(option, text, list, names);
+}
+
 std::string proposal(const std::string& text, const std::vector<std::string>& candidates) {
   constexpr std::size_t kLongestName = 64;  // anything longer is not a typing mistake
   if (text.size() > kLongestName) return {};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -40,5 +41,17 @@ namespace kelvar_tool {
 
 /// `; did you mean 'NAME'?` for the candidate that is a typing mistake away from `text`; empty if there is none.
 [[nodiscard]] std::string proposal(const std::string& text, const std::vector<std::string>& candidates);
+
+/// The sentence lists all `names`.
+[[noreturn]] void refuseName(std::string_view option, const std::string& text, const std::vector<std::string>& names);
+/// The row of a table whose member `name` is `text`.
+template <class Rows>
+[[nodiscard]] const auto& rowNamed(std::string_view option, const std::string& text, const Rows& rows) {
+  const auto found = std::find_if(rows.begin(), rows.end(), [&](const auto& row) { return row.name == text; });
+  if (found != rows.end()) return *found;
+  std::vector<std::string> names;
+  for (const auto& row : rows) names.emplace_back(row.name);
+  refuseName(option, text, names);
+}
 
 }  // namespace kelvar_tool

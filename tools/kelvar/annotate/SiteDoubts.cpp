@@ -8,6 +8,7 @@
 #include "Messages.h"
 #include "Place.h"
 #include "Rules.h"
+#include "scan/PlanSites.h"
 #include "scan/ScannedSources.h"
 
 namespace kelvar_tool {
@@ -15,11 +16,6 @@ namespace kelvar_tool {
 namespace {
 
 using kelvar_platform::Site;
-
-bool isEnd(const Site& site) {
-  using K = sitenotes::annotation_t;
-  return site.kind == K::end_parallel || site.kind == K::end_task || site.kind == K::end_critical;
-}
 
 void doubtPlace(const Site& site, std::vector<std::string>& doubts) {
   std::error_code error;
@@ -52,7 +48,7 @@ std::vector<std::string> doubtsOf(const Site& site, const std::vector<Site>& oth
     return kelvar_sources::endOf(other.kind) == site.kind && other.label == site.label && other.file == site.file &&
            other.line <= site.line;
   });
-  if (isEnd(site) && !begun) {
+  if (endsRegion(site.kind) && !begun) {
     doubts.push_back("no site before it in " + escaped(site.file) + " is " + inQuotes(site.label) +
                      ", so that it ends nothing");
   }

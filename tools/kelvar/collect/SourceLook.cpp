@@ -15,10 +15,6 @@ namespace {
 /// Names only a few: an old database may have thousands of stale sites.
 constexpr std::size_t kMostNamed = 3;
 
-std::string counted(std::size_t count, const std::string& thing) {
-  return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
-}
-
 /// The first few things, and how many more there are.
 template <class Things, class Text>
 std::string listed(const Things& things, Text text) {

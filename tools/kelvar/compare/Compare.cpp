@@ -38,18 +38,6 @@ struct Request {
   PrintComparison print = printCompareText;
 };
 
-template <class Row>
-const Row& named(const char* option, const std::string& text, const std::vector<Row>& rows) {
-  std::vector<std::string> names;
-  std::string list;
-  for (const Row& row : rows) {
-    if (row.name == text) return row;
-    names.emplace_back(row.name);
-    list += (list.empty() ? "" : &row == &rows.back() ? " or " : ", ") + names.back();
-  }
-  throw UsageError(std::string(option) + ": expected " + list + ", not " + inQuotes(text) + proposal(text, names));
-}
-
 double thresholdIn(const std::string& text) {
   std::size_t read = 0;
   double percent = -1;
@@ -165,11 +153,11 @@ void addCompare(CLI::App& kelvar, Action& chosen) {
           "End with status 4 where a site or the program is slower, a race is there that BEFORE does not\n"
           "have (race), a loop is no longer vectorized (vectorization), a site matches the annotations\n"
           "less well (stale) or is gone with its annotation (gone); may be repeated",
-          [=](const std::string& text) { request->gates.push_back(&named("--fail-on", text, gates())); })
+          [=](const std::string& text) { request->gates.push_back(&rowNamed("--fail-on", text, gates())); })
       .value("CHANGE")
       .inOrder();
   addText(app, "--format", "text, json or csv", [=](const std::string& text) {
-    request->print = named("--format", text, std::vector<Format>(kFormats.begin(), kFormats.end())).print;
+    request->print = rowNamed("--format", text, kFormats).print;
   }).value("FORMAT");
   setWork(
       app, kExamples, [request] { return compare(*request); }, chosen);

@@ -66,15 +66,6 @@ constexpr const char* kExamples =
     "Exit status: 0 everything was read; 1 something could not be read or written, which is named with the reason;\n"
     "2 a usage error; 3 out of memory, or the system failed.";
 
-const Format* formatNamed(const std::string& text) {
-  std::vector<std::string> names;
-  for (const Format& format : kFormats) {
-    if (format.name == text) return &format;
-    names.emplace_back(format.name);
-  }
-  throw UsageError("--format: expected text, json, csv, html or sarif, not " + inQuotes(text) + proposal(text, names));
-}
-
 int topIn(const std::string& text) {
   const auto top = decimal(text, std::numeric_limits<int>::max());
   if (!top || *top == 0) throw UsageError("--top: expected a number of rows from 1, not " + inQuotes(text));
@@ -95,7 +86,7 @@ void addRows(CLI::App& report, Request& request) {
   addText(report, "--format",
           "text, json or csv: the report as it is, one object, or a line for each row; html: a page in one\n"
           "file; sarif: what editors and code hosts show at the lines of the sources",
-          [&](const std::string& text) { request.format = formatNamed(text); })
+          [&](const std::string& text) { request.format = &rowNamed("--format", text, kFormats); })
       .value("FORMAT");
   addPath(report, "--source-root", "DIR", "For html: where the sources are; the working directory if not given",
           request.sourceRoot);

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "Figures.h"
 #include "Messages.h"
@@ -31,6 +32,13 @@ struct Request {
   Colour colour = Colour::automatic;
 };
 
+struct NamedColour {
+  std::string_view name;
+  Colour colour;
+};
+constexpr std::array kColours{NamedColour{"auto", Colour::automatic}, NamedColour{"always", Colour::always},
+                              NamedColour{"never", Colour::never}};
+
 constexpr const char* kExamples =
     "Examples:\n"
     "  kelvar show my-project                  the annotated sites, longest first, and what stands out\n"
@@ -40,14 +48,6 @@ constexpr const char* kExamples =
     "\n"
     "Gain is how much faster the whole program could be; share and own are parts of the program's time, with\n"
     "and without what lies within. What is printed is for people, and may change: 'kelvar report' is for programs.";
-
-Colour colourNamed(const std::string& text) {
-  static const std::vector<std::string> kNames{"auto", "always", "never"};
-  for (std::size_t at = 0; at < kNames.size(); ++at) {
-    if (kNames[at] == text) return static_cast<Colour>(at);
-  }
-  throw UsageError("--color: expected auto, always or never, not " + inQuotes(text) + proposal(text, kNames));
-}
 
 /// Those that left no result, where another did: why a column is not there.
 std::string missingAnalyses(const Model& model) {
@@ -124,7 +124,7 @@ void addShow(CLI::App& kelvar, Action& chosen) {
   addPath(app, "--source-root", "DIR", "Where the sources are; the working directory if not given",
           request->sourceRoot);
   addText(app, "--color", "auto, always or never: colours and bars", [=](const std::string& text) {
-    request->colour = colourNamed(text);
+    request->colour = rowNamed("--color", text, kColours).colour;
   }).value("WHEN");
   setWork(
       app, kExamples, [request] { return show(*request); }, chosen);

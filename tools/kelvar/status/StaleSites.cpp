@@ -23,10 +23,6 @@ std::string placeText(const std::string& file, int line) {
   return text(Place{.file = file, .line = line});
 }
 
-std::string counted(std::size_t count, const std::string& thing) {
-  return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
-}
-
 bool isThere(const std::string& path) {
   std::error_code error;
   return std::filesystem::exists(path, error);

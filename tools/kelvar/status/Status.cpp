@@ -198,15 +198,6 @@ ExitStatus status(const Request& request) {
   return stale ? kStale : kDone;
 }
 
-const Threshold* thresholdNamed(const std::string& text) {
-  std::vector<std::string> names;
-  for (const Threshold& threshold : kThresholds) {
-    if (threshold.name == text) return &threshold;
-    names.emplace_back(threshold.name);
-  }
-  throw UsageError("--fail-on: expected approximate or none, not " + inQuotes(text) + proposal(text, names));
-}
-
 constexpr const char* kExamples =
     "Examples:\n"
     "  kelvar status my-project\n"
@@ -231,7 +222,7 @@ void addStatus(CLI::App& kelvar, Action& chosen) {
   addText(app, "--fail-on",
           "End with status 4 where a site matches approximately or not at all, or its source is not as it\n"
           "was (approximate); or where one matches not at all, or is found nowhere in its source (none)",
-          [&target = *request](const std::string& text) { target.failOn = thresholdNamed(text); })
+          [&target = *request](const std::string& text) { target.failOn = &rowNamed("--fail-on", text, kThresholds); })
       .value("MATCH");
   setWork(
       app, kExamples, [request] { return status(*request); }, chosen);
