@@ -6,24 +6,19 @@
 #include <tuple>
 #include <unordered_set>
 
+#include "PathTail.h"
+
 namespace kelvar_page {
 
 namespace {
 
-constexpr double kCountsOfASecond = 1e6;  // the count of a share
+constexpr double kCountsOfASecond = 1e6;  // counts of shares are microseconds
 
 std::string normalPath(const std::string& path) {
   return std::filesystem::path(path).lexically_normal().native();
 }
 
-// Whether two spellings may be of one file: the shorter one is the end of the longer one.
-bool sameEnd(const std::string& a, const std::string& b) {
-  const auto& [shorter, longer] = std::minmax(a, b, [](const auto& x, const auto& y) { return x.size() < y.size(); });
-  if (!longer.ends_with(shorter)) return false;
-  return longer.size() == shorter.size() || longer[longer.size() - shorter.size() - 1] == '/';
-}
-
-/// Where a detail lies among those of its sort, folders left out: neighbours in this order may be one row.
+/// Orders details so that those which the library may have folded into one row are neighbours. Folders do not count.
 using Order = std::tuple<int, int, int, std::string, int>;  // analysis, detail kind, annotation kind, leaf, line
 
 int analysisOf(const digestio::SummaryDetail& detail) {
@@ -44,7 +39,7 @@ bool inOneFile(const Order& a, const Order& b) {
          std::tie(std::get<0>(b), std::get<1>(b), std::get<2>(b), std::get<3>(b));
 }
 
-// What folds by its label is of one kind; a task is folded into its task loop.
+// A text that is equal for details that fold by label: they are of one kind, except that tasks fold into task loops.
 std::string twinOf(const digestio::SummaryDetail& detail) {
   const auto kind = detail.annotationKind();
   const bool loop = kind == sitenotes::annotation_t::taskloop;
@@ -52,8 +47,8 @@ std::string twinOf(const digestio::SummaryDetail& detail) {
          std::to_string(static_cast<int>(loop ? sitenotes::annotation_t::task : kind)) + " " + detail.label();
 }
 
-/// Finds the detail of the row that another detail of the same analysis went into: on its line, else by its label, else
-/// the nearest one before it in its file.
+/// Finds the row into which the library folded a detail: the row of the same analysis on its line, else with its label,
+/// else the nearest one before it in its file.
 class RowsOfDetails {
  public:
   explicit RowsOfDetails(const std::vector<const digestio::SummaryDetail*>& inRows) {
@@ -117,14 +112,13 @@ std::map<int, double> EvidenceIndex::lineTimesIn(const toolbelt::path_t& file) c
   if (alike == times_.end()) return lines;
   const std::string path = normalPath(file.get_text());
   for (const auto& [spelling, times] : alike->second) {
-    if (!sameEnd(spelling, path)) continue;
+    if (!isPathTail(spelling, path) && !isPathTail(path, spelling)) continue;
     for (const auto& [line, time] : times) lines[line.first] += time;
   }
   return lines;
 }
 
-// What is folded lies on one line, or is named alike. A detail that was reported at the row's own place is a better
-// guess than one that only has its name.
+// Folded details are on one line or have the same label. The same line is the better hint.
 void EvidenceIndex::adopt(const kelvar::SummaryData& data) {
   std::vector<const digestio::SummaryDetail*> inRows;
   const int count = lines_.empty() ? 0 : data.num_items();

@@ -18,25 +18,25 @@ using kelvar_platform::Evidence;
 using kelvar_platform::EvidenceKind;
 using kelvar_platform::EvidencePlace;
 
-/// What figures rest on, by what an analysis reported of a site. Empty where results have no evidence.
+/// The evidence behind the figures, by detail. Empty when the results have none.
 class EvidenceIndex {
  public:
-  /// Reads what is beside each result that `data` has taken, whose directories are `results`. Of a damaged file nothing
-  /// is taken; why is appended to `complaints`. Nothing of the data may be hidden.
+  /// Reads the evidence beside each result of `data`; `results` are the results' directories. A damaged file is left
+  /// out, and a sentence about it added to `complaints`. Requires that nothing of the data is hidden.
   void read(kelvar::SummaryData& data, const kelvar_2_1_7::PerKind<std::string>& results,
             std::vector<std::string>& complaints);
   void add(const digestio::SummaryDetail* detail, Evidence line);
 
-  /// Details that the data has folded into the row of another are in no row: what they rest on is found by the row's
-  /// from now on. Nothing of the data may be hidden.
+  /// Moves the evidence of details that the library has folded into another row to that row's detail. Requires that
+  /// nothing of the data is hidden.
   void adopt(const kelvar::SummaryData& data);
 
-  /// All of it, in the order of the analyses.
+  /// All evidence of the site, in the order of the analyses. Valid until evidence is added.
   [[nodiscard]] std::vector<const Evidence*> of(const Site& site) const;
-  /// The commonest of one kind; null where there is none.
+  /// The line of this kind with the greatest count; null when there is none.
   [[nodiscard]] const Evidence* first(const Site& site, EvidenceKind kind) const;
-  /// Seconds that the survey saw on each line of a file, within sites. Of a line that several sites run, as nested ones
-  /// do, the greatest that one of them tells: they count the same samples, so it is the least that the line took.
+  /// Seconds of each line of a file, as far as it ran within sites. If several sites have a time for one line, as
+  /// nested sites do, the greatest counts: they share their samples, so a sum would count them twice.
   [[nodiscard]] std::map<int, double> lineTimesIn(const toolbelt::path_t& file) const;
 
  private:
@@ -52,11 +52,11 @@ class EvidenceIndex {
 [[nodiscard]] std::string countText(const Evidence& line, const TimeUnit& unit);
 /// `race`, `lock order`.
 [[nodiscard]] std::string evidenceName(EvidenceKind kind);
-/// `write at pixels.cpp:57, read at pixels.cpp:57`; empty where it names no place.
+/// `write at pixels.cpp:57, read at pixels.cpp:57`; empty when the line has no places.
 [[nodiscard]] std::string placesText(const Evidence& line);
 
-/// What a compiler's remark says besides its verdict, which the reader has anyway: the first sentence of the reason, or
-/// the width; may be empty.
+/// A compiler's remark without its verdict, which is shown elsewhere: the first sentence of the reason, or the width;
+/// may be empty.
 [[nodiscard]] std::string reasonText(const Evidence& line);
 
 }  // namespace kelvar_page

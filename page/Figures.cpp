@@ -14,7 +14,7 @@ std::string printed(const char* format, double value) {
   return text.data();
 }
 
-// Three significant digits. What rounds up to the next power of ten has that one's form.
+// Three significant digits. A value that rounds up to the next power of ten is printed like that power.
 std::string threeDigits(double value) {
   const double size = std::abs(value);
   if (size < 9.995) return printed("%.2f", value);
@@ -33,7 +33,7 @@ constexpr std::string_view kMillions = "millions of ";
 constexpr double kMillion = 1e6;
 constexpr std::array kCountUnits{Unit{1e12, "T"}, Unit{1e9, "G"}, Unit{1e6, "M"}, Unit{1e3, "k"}};
 
-// With the greatest unit that leaves a digit before the point; nothing where it is smaller than all.
+// In the greatest unit that leaves a digit before the point; empty when the value is smaller than all units.
 template <std::size_t count>
 std::string scaled(double value, const std::array<Unit, count>& units) {
   for (const Unit& unit : units) {
@@ -51,7 +51,7 @@ std::string eventsText(double events, const std::string& event) {
 std::string secondsText(double seconds) {
   const double size = std::abs(seconds);
   if (size == 0) return "0 s";
-  if (size >= 60 && size < 600) return printed("%.0f s", seconds);  // up to ten minutes, seconds say more
+  if (size >= 60 && size < 600) return printed("%.0f s", seconds);  // up to ten minutes, seconds are easier to read
   const std::string text = scaled(seconds, kTimeUnits);
   return text.empty() ? threeDigits(seconds / 1e-9) + " ns" : text;
 }

@@ -4,19 +4,19 @@
 #include <string>
 #include <string_view>
 
-/// Numbers as people read them: three digits at most, with the unit that suits.
+/// Numbers for people: at most three digits, with a suitable unit.
 namespace kelvar_page {
 
-/// What the times of an analysis count. Seconds, unless its import noted events: an emulator counts instructions, a
-/// processor misses of its cache, both in millions.
+/// The unit of the times of an analysis: seconds, or millions of events, such as the instructions that an emulator
+/// counts or a processor's cache misses.
 class TimeUnit {
  public:
   TimeUnit() = default;
-  /// As an import notes it: `seconds`, `millions of instructions`. What it does not know is seconds.
+  /// From the log of an import: `seconds`, `millions of instructions`. Any other text means seconds.
   explicit TimeUnit(std::string_view noted);
 
   [[nodiscard]] bool isSeconds() const noexcept { return event_.empty(); }
-  /// What is counted, in the short form that follows a number: `instr`; empty for seconds.
+  /// The name of the event after a number, such as `instr`; empty for seconds.
   [[nodiscard]] const std::string& event() const noexcept { return event_; }
   bool operator==(const TimeUnit&) const = default;
 
@@ -24,9 +24,9 @@ class TimeUnit {
   std::string event_;
 };
 
-/// `1.04 s`, `244 ms`, `12.3 min`, `5.59 Minstr`; `-` for what is not finite.
+/// `1.04 s`, `244 ms`, `12.3 min`, `5.59 Minstr`; `-` if the time is not finite.
 [[nodiscard]] std::string timeText(double time, const TimeUnit& unit);
-/// Of a fraction: `68%`, `8.5%`, `<0.1%`.
+/// A fraction as `68%`, `8.5%` or `<0.1%`.
 [[nodiscard]] std::string shareText(double share);
 /// `2.05x`.
 [[nodiscard]] std::string gainText(double factor);

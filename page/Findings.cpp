@@ -109,7 +109,7 @@ void Findings::look(const Site& site) {
     if (time > 0) longest_.offer(site, time);
   }
   if (annotated && races(site) && gain >= kWorthwhile) race_.offer(site, gain);
-  // A loop is the one of its site, which comes with a name and an analysis more.
+  // A site and its loop have the same time; prefer the site, which has a name and more analyses.
   if (site.vectorised == Vectorised::no && time > 0) scalar_.offer(site, annotated ? time * 1.000001 : time);
   if (annotated && races(site) && site.vectorised && site.vectorised != Vectorised::no)
     vectorisedRace_.offer(site, time);

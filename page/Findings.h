@@ -17,7 +17,7 @@ struct Finding {
   std::optional<Site> site;
 };
 
-/// What sentences draw on besides the rows.
+/// The data that sentences use besides the rows.
 struct Grounds {
   const Overview& overview;
   const EvidenceIndex& evidence;
@@ -25,21 +25,22 @@ struct Grounds {
   const TimeUnits& units;
 };
 
-/// What a reader should know first. Each rule looks at every row and says at most one sentence, so there are at most
-/// five:
-///  - begin: of the sites without a race, the one by which the program gains most, from 1.05 on; without gains the one
-///    that takes most of the time, from a tenth on, and without annotated sites the function.
-///  - race: of the sites with a race and a gain from 1.05 on, the one that gains most.
-///  - scalar: of the sites and loops that are not vectorised and take a tenth of the time or more, the one that takes
-///    most.
-///  - conflict: a site that is vectorised and races, or whose times differ by more than half between two analyses where
-///    it takes a hundredth of the whole and both count the same.
-///  - stale: how many sites do not match, and the one that takes most of the time.
+/// The findings that a reader should see first. Each rule looks at every row and gives at most one sentence, so there
+/// are at most five:
+///  - begin: the site without a race that makes the program fastest, if by 1.05 or more. If no site has a gain, the
+///  site
+///    with the most time, if it is a tenth or more; if there is no annotated site, the function with the most time.
+///  - race: the site with the greatest gain, of 1.05 or more, among those with a race.
+///  - scalar: the site or loop with the most time, a tenth or more, among those that are not vectorised.
+///  - conflict: a site that is vectorised and has a race, or whose times by two analyses in the same unit differ by
+///  more
+///    than half, if it takes a hundredth of the time or more.
+///  - stale: how many sites do not match, and the one with the most time.
 class Findings {
  public:
-  /// To be shown every row; keeps a handful.
+  /// Called with every row; keeps only the best row of each rule.
   void look(const Site& site);
-  /// How many rows a rule named beyond the one it says is part of its sentence.
+  /// The findings, in the order of the rules. A sentence also says to how many other rows its rule applies.
   [[nodiscard]] std::vector<Finding> sentences(const Grounds& grounds) const;
 
  private:

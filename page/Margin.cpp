@@ -28,7 +28,7 @@ void addRow(std::map<int, LineFigures>& lines, const Model& model, const Site& s
   if (site.sort == SiteSort::loop) note(line, loopNote(site));
 }
 
-// A place is of this file where their last parts are one, as everywhere.
+// Files are compared by their names without folders, as the library does.
 void addPlaces(std::map<int, LineFigures>& lines, const Model& model, const Site& site, const toolbelt::path_t& file) {
   for (const Evidence* const found : model.evidence.of(site)) {
     if (found->kind != EvidenceKind::race && found->kind != EvidenceKind::lockOrder) continue;

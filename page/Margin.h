@@ -9,11 +9,11 @@
 
 namespace kelvar_page {
 
-/// What is known of one line of a source.
+/// The figures and notes beside one line of a source.
 struct LineFigures {
   std::optional<double> time;      ///< the longest of the rows at the line, in seconds
-  std::optional<double> share;     ///< the same in parts of the whole
-  std::optional<double> own;       ///< seconds on this line alone, of what ran within sites
+  std::optional<double> share;     ///< of that time in the whole program
+  std::optional<double> own;       ///< seconds on this line alone, as far as it ran within sites
   std::vector<std::string> notes;  ///< `parallel 'solver'`, `not vectorised`, `write of a race`; each once
 };
 

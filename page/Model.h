@@ -13,9 +13,9 @@
 
 namespace kelvar_page {
 
-/// A project as people read it: the data with what one walk over all its rows tells.
+/// A project for people: the data, and all that one walk over its rows finds out.
 struct Model {
-  /// Looks at every row once, whatever the view's ordering; nothing may be hidden. `complaints` are the sentences on
+  /// Visits every row once, in any ordering. Requires that nothing is hidden. `complaintsOfLoading` are sentences about
   /// what could not be read.
   Model(boost::shared_ptr<kelvar::SummaryData> summary, EvidenceIndex evidenceOfResults, const std::string& sourceRoot,
         std::vector<std::string> complaintsOfLoading, TimeUnits unitsOfTimes = {});
@@ -24,18 +24,18 @@ struct Model {
   EvidenceIndex evidence;
   Sources sources;
   std::vector<std::string> complaints;
-  std::string timeSource = {};  ///< a sentence on what measured the times; empty where nobody says
+  std::string timeSource = {};  ///< which tool measured the times, as a phrase; empty when unknown
   TimeUnits units;
   Findings rules;
-  Overview overview;  // reads the rules' rows, so they come first
+  Overview overview;  // its construction calls `rules`, which must exist before
   std::vector<Finding> findings;
 };
 
-/// The commonest reason or width that a tool gave for the site's loop; `yes`, `no`, `partly`, or empty.
+/// `yes`, `no` or `partly`, and the most frequent reason or width that the compiler gave; empty when unknown.
 [[nodiscard]] std::string vectorisedText(const Site& site, const EvidenceIndex& evidence);
-/// `constant 83%`; empty where no access was seen.
+/// `constant 83%`; empty when no access was seen.
 [[nodiscard]] std::string strideText(const Site& site);
-/// `2 races`, `1 lock order`, `none`; empty where nobody looked.
+/// `2 races`, `1 lock order`, `none`; empty when no analysis looked for races.
 [[nodiscard]] std::string racesText(const Site& site);
 
 }  // namespace kelvar_page

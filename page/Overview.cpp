@@ -1,7 +1,7 @@
-// Regions are found file by file. Annotations are put in the order of their lines; the first pass closes each region by
-// the end annotation of its label, else of its kind, with a stack of open regions; the second walks the regions with a
-// stack of those that reach to the line. What is never closed holds nothing. O(n log n) for the sort, and O(1) a mark
-// beyond it unless regions overlap without order.
+// Regions are found file by file, with the annotations sorted by line. The first pass closes each region by the end
+// annotation with its label, else with its kind, using a stack of open regions. The second pass nests the regions,
+// using a stack of those that reach to the line. A region that is never closed contains nothing. The sort takes O(n log
+// n), the passes O(1) for each mark unless regions overlap irregularly.
 #include "Overview.h"
 
 #include <algorithm>
@@ -9,33 +9,17 @@
 #include <filesystem>
 #include <tuple>
 
+#include "PathTail.h"
+#include "RegionKinds.h"
+
 namespace kelvar_page {
 
-namespace {
-
-using sitenotes::annotation_t;
-
-// What closes a region of this kind; nothing where it is none.
-std::optional<annotation_t::kind_t> endOf(annotation_t::kind_t kind) noexcept {
-  switch (kind) {
-    case annotation_t::parallel:
-      return annotation_t::end_parallel;
-    case annotation_t::task:
-    case annotation_t::taskloop:
-      return annotation_t::end_task;
-    case annotation_t::critical:
-      return annotation_t::end_critical;
-    default:
-      return std::nullopt;
-  }
-}
-
-}  // namespace
+using kelvar_2_1_7::endOf;
 
 struct Overview::Mark {
   std::string_view file;  // lives as long as the process
   int line;
-  annotation_t::kind_t kind;
+  sitenotes::annotation_t::kind_t kind;
   bool end;
   unsigned long handle;
   std::string label;
@@ -86,7 +70,8 @@ Overview::Overview(const kelvar::SummaryData& data, const std::function<void(con
   whole_ = *std::max_element(wholes_.begin(), wholes_.end());
 }
 
-// The longest spelling that ends as all others do stands for them; where two long ones differ, none does.
+// Spellings that are tails of one longest spelling are united under it. If they are tails of two different ones, they
+// stay separate.
 void Overview::uniteFiles(BySpelling&& bySpelling) {
   std::unordered_map<std::string, std::vector<std::string>> byLeaf;
   std::unordered_map<std::string_view, std::string> normal;
@@ -96,16 +81,14 @@ void Overview::uniteFiles(BySpelling&& bySpelling) {
     if (std::find(alike.begin(), alike.end(), path) == alike.end()) alike.push_back(path);
     normal.emplace(spelling, std::move(path));
   }
-  constexpr std::size_t kFew = 16;  // of more files with one name, most are different ones
+  constexpr std::size_t kFew = 16;  // if more files share a name, most of them are different files
   for (auto& [spelling, rows] : bySpelling) {
     const std::string& path = normal[spelling];
     const std::vector<std::string>& alike = byLeaf[path.substr(path.rfind('/') + 1)];
     const std::string* longer = nullptr;
     bool differ = false;
     for (std::size_t at = 0; at < alike.size() && alike.size() <= kFew; ++at) {
-      const bool ends = alike[at].size() > path.size() && alike[at].ends_with(path) &&
-                        alike[at][alike[at].size() - path.size() - 1] == '/';
-      if (!ends) continue;
+      if (alike[at] == path || !isPathTail(path, alike[at])) continue;
       if (longer && !longer->ends_with(alike[at]) && !alike[at].ends_with(*longer)) differ = true;
       if (!longer || alike[at].size() > longer->size()) longer = &alike[at];
     }
@@ -120,7 +103,11 @@ void Overview::uniteFiles(BySpelling&& bySpelling) {
 void Overview::nest(std::vector<Mark>& marks) {
   const auto place = [](const Mark& mark) { return std::tuple(mark.file, mark.line, mark.end, mark.handle); };
   std::sort(marks.begin(), marks.end(), [&](const Mark& a, const Mark& b) { return place(a) < place(b); });
+  closeRegions(marks);
+  nestRegions(marks);
+}
 
+void Overview::closeRegions(std::vector<Mark>& marks) {
   std::vector<Mark*> open;
   const Mark* before = nullptr;
   for (Mark& mark : marks) {
@@ -138,10 +125,12 @@ void Overview::nest(std::vector<Mark>& marks) {
     (*found)->lastLine = mark.line;
     open.erase(std::prev(found.base()), open.end());
   }
+}
 
-  open.clear();
-  before = nullptr;
-  for (Mark& mark : marks) {
+void Overview::nestRegions(const std::vector<Mark>& marks) {
+  std::vector<const Mark*> open;
+  const Mark* before = nullptr;
+  for (const Mark& mark : marks) {
     if (before && before->file != mark.file) open.clear();
     before = &mark;
     if (mark.end) continue;

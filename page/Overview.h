@@ -17,41 +17,42 @@
 
 namespace kelvar_page {
 
-/// Where an annotated site lies among the others.
+/// The region of an annotated site, and how it is nested.
 struct Region {
   unsigned long outer = 0;  ///< the handle of the innermost site around it; 0: none
-  int depth = 0;            ///< how many are around it
-  int lastLine = 0;         ///< of the region, from its end annotation; 0: it has none
-  double nested = 0;        ///< seconds of the sites directly within
+  int depth = 0;            ///< the number of sites around it
+  int lastLine = 0;         ///< the line of its end annotation; 0: none
+  double nested = 0;        ///< seconds of the sites directly inside
 };
 
-/// What the times of a project count. A survey by instructions and an experiment by the clock are not one measure.
+/// The units of the times of a project: a survey may count instructions while a suitability experiment counts seconds.
 struct TimeUnits {
   TimeUnit survey = {};  ///< also of loops, and of the whole program
   TimeUnit suitability = {};
 
-  /// Of `Site::time`, which is that of the suitability analysis only where no other has one.
+  /// The unit of `Site::time`, which comes from the suitability analysis only if no other analysis has a time.
   [[nodiscard]] const TimeUnit& of(const Site& site) const noexcept {
     return site.surveyTime || site.vectorised ? survey : suitability;
   }
 };
 
-/// What the time of the whole program is a sum of.
+/// The rows whose times add up to the time of the whole program.
 enum class WholeOf : std::uint8_t { functions, sites, loops };
 inline constexpr std::array kAllWholes{WholeOf::functions, WholeOf::sites, WholeOf::loops};
 
-/// The program as a whole: what every site is a share of, and which site lies in which.
+/// The program as a whole: its time, the nesting of its sites, and its rows by file.
 class Overview {
  public:
-  /// Visits every row of the view once; hands each on to `look`, which may be empty.
+  /// Visits every row of the view once, and calls `look` with it unless that is empty.
   explicit Overview(const kelvar::SummaryData& data, const std::function<void(const Site&)>& look = {});
 
-  /// Seconds of the whole program: of all functions, else of all outermost sites, else of all loops, whichever says
-  /// most. 0 where nothing was timed.
+  /// The time of the whole program: the greatest sum among functions, outermost sites and loops. 0 when nothing was
+  /// timed.
   [[nodiscard]] double wholeTime() const noexcept { return whole_; }
-  /// The same from one source alone, so that two runs can be compared by the same one. Sites: the outermost.
+  /// The sum of one kind of rows, so that two runs can be compared by the same kind. Of sites, only the outermost
+  /// count.
   [[nodiscard]] double wholeTime(WholeOf source) const noexcept { return wholes_[static_cast<std::size_t>(source)]; }
-  /// Whether any living annotation is there: without one, nothing can match.
+  /// Whether there is any living annotation: without one, nothing can match.
   [[nodiscard]] bool anyCurrent() const noexcept { return anyCurrent_; }
   [[nodiscard]] std::int64_t rows() const noexcept { return rows_; }
   /// Whether a row is an annotated site of this kind.
@@ -59,13 +60,13 @@ class Overview {
     return kinds_[static_cast<std::size_t>(kind)];
   }
 
-  /// The rows that are at a place of the file now, in the order of the first walk. Valid as long as the data takes no
-  /// further result. Analyses spell one file in several ways: `src/a.cpp`, `./src/a.cpp` and, where no other file ends
-  /// so, `/home/me/src/a.cpp` are one.
+  /// The rows that are in the file now, in the order of the view at construction. Valid until the data takes another
+  /// result. Analyses spell a file in several ways: `src/a.cpp`, `./src/a.cpp` and, unless it is ambiguous,
+  /// `/home/me/src/a.cpp` are the same file.
   [[nodiscard]] const std::vector<kelvar::SummaryItem*>& rowsIn(const std::string& file) const noexcept;
-  /// The row of the site whose key is `s` and its sequence; null where there is none.
+  /// The row of the site with this key, `s` and its sequence; null when there is none.
   [[nodiscard]] kelvar::SummaryItem* itemOf(const std::string& key) const noexcept;
-  /// Every file that a row is in.
+  /// All files with rows.
   [[nodiscard]] const std::map<std::string, std::vector<kelvar::SummaryItem*>>& files() const noexcept {
     return files_;
   }
@@ -73,22 +74,25 @@ class Overview {
   /// The one spelling of a path that a row has; the path itself where no row has it.
   [[nodiscard]] const std::string& spellingOf(const std::string& path) const noexcept;
 
-  /// The region that the site is in; a site without an annotation has a region of its own.
+  /// The site's region; an empty one for a site without an annotation.
   [[nodiscard]] const Region& regionOf(const Site& site) const noexcept;
-  /// The site's time in parts of the whole; nothing where either is unknown.
+  /// The site's part of the whole program's time, from 0 to 1; nothing when either time is unknown.
   [[nodiscard]] std::optional<double> shareOf(const Site& site) const noexcept;
-  /// Seconds without what lies within; nothing where that is unknown.
+  /// The site's time without the sites inside it; nothing when unknown.
   [[nodiscard]] std::optional<double> ownTimeOf(const Site& site) const noexcept;
 
  private:
   struct Mark;
   using BySpelling = std::map<std::string_view, std::vector<kelvar::SummaryItem*>>;  // of paths, which are never freed
+  /// Sorts the marks by place and finds the regions.
   void nest(std::vector<Mark>& marks);
+  static void closeRegions(std::vector<Mark>& marks);
+  void nestRegions(const std::vector<Mark>& marks);
   void uniteFiles(BySpelling&& bySpelling);
 
-  std::unordered_map<unsigned long, Region> regions_;  // by handle; only what is in or around another or has an end
-  std::map<std::string, std::vector<kelvar::SummaryItem*>> files_;  // by their one spelling
-  std::unordered_map<std::string, std::string> spellings_;          // as rows have it, to that
+  std::unordered_map<unsigned long, Region> regions_;  // by handle; only nested regions and those with an end
+  std::map<std::string, std::vector<kelvar::SummaryItem*>> files_;  // by united spelling
+  std::unordered_map<std::string, std::string> spellings_;          // the united spelling by that of rows
   std::unordered_map<unsigned long, kelvar::SummaryItem*> sites_;   // by handle
   std::array<double, kAllWholes.size()> wholes_{};
   double whole_ = 0;

@@ -42,11 +42,11 @@ std::string firstWord(const std::string& text) {
   return text.substr(0, text.find(':'));
 }
 
-/// One field of a row: a text, or a number where the page draws or counts with it.
+/// A text of a row.
 struct Field {
   const char* name;
   std::string (*text)(const Site& site, const Model& model);
-  bool shared = false;  // many rows have the same
+  bool shared = false;  // many rows have the same text, so it is stored once
 };
 constexpr std::array kTexts{
     Field{"key", [](const Site& site, const Model&) { return keyOf(site); }},
@@ -90,7 +90,7 @@ void writeFinding(PageJson& json, const Finding& finding) {
 // ---- the tree of times
 
 void writeNodes(PageJson& json, const std::vector<TimeNode>& nodes, const TimeUnit& unit) {
-  constexpr std::size_t kMost = 40;  // of each level; smaller ones cannot be seen
+  constexpr std::size_t kMost = 40;  // nodes of each level; smaller boxes are too small to see
   json.beginList("within");
   for (std::size_t at = 0; at < nodes.size() && at < kMost; ++at) {
     const TimeNode& node = nodes[at];
@@ -112,7 +112,7 @@ void writeTree(PageJson& json, const Model& model) {
   const std::vector<TimeFile> files = timeTreeOf(model.overview);
   double all = 0;
   for (const TimeFile& file : files) all += file.time;
-  // A function's time is part of a site's in another function that calls it, and no row says how much.
+  // The time of a function may also be part of a site elsewhere that calls it, and no row says how much.
   const double twice = all - model.overview.wholeTime();
   json.text("treeTwice", twice > all / 1000 ? timeText(twice, unit) : "").beginList("tree");
   for (std::size_t at = 0; at < files.size() && at < kMostFiles; ++at) {

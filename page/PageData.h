@@ -11,25 +11,24 @@
 
 namespace kelvar_page {
 
-/// What the front end asks for, as JSON. It gets texts to show, and numbers only where it draws: how a figure is
-/// written is decided here.
+/// The data of the front end, as JSON. Figures are texts ready to show; only what the page draws or counts is a number.
 
-/// The item that a key names; null where there is none any more.
+/// The item with this key; null when there is none (any more).
 [[nodiscard]] kelvar::SummaryItem* itemOf(const Model& model, const std::string& key);
 
-/// The program: its findings and kinds, and the fields of a row. Needs nothing but what the model holds.
+/// The program: its findings and kinds, and the names of a row's fields.
 void writeProgram(PageJson& json, const Model& model, const std::string& project);
-/// The tree of times and the points of time against gain: a walk over all rows.
+/// The tree of times, and the points of time against gain. Walks over all rows.
 void writePictures(PageJson& json, const Model& model);
 /// The names of a row's fields, as a list; a row is a list of their values.
 void writeFields(PageJson& json);
 void writeRow(PageJson& json, const Model& model, const Site& site);
 
-/// The texts that many rows share, such as their file, each once: rows of a file name them by their place here.
+/// Stores texts that many rows share, such as file names, once; rows in a file of its own refer to them by index.
 class SharedTexts {
  public:
   [[nodiscard]] std::int64_t placeOf(const std::string& text);
-  /// The texts, and which fields of a row name them.
+  /// Writes the texts, and the names of the fields that refer to them.
   void write(PageJson& json) const;
 
  private:
@@ -37,11 +36,11 @@ class SharedTexts {
   std::vector<const std::string*> texts_;
 };
 void writeRow(PageJson& json, const Model& model, const Site& site, SharedTexts& shared);
-/// `count` rows of the view from `from` on, and how many there are.
+/// At most `count` rows of the view from `from` on, and the total.
 void writeRows(PageJson& json, const Model& model, const RowView& view, int from, int count);
-/// Evidence, and with a database the edits, of one site.
+/// The evidence of one site, and its edits if `annotations` names a database.
 void writeSite(PageJson& json, const Model& model, const Site& site, const std::string& annotations);
-/// The lines of a file that rows name and what is known of them; false where it is not to be had.
+/// The lines of a file with their figures and notes; false when no row is in the file or it cannot be read.
 [[nodiscard]] bool writeSource(PageJson& json, const Model& model, const std::string& file);
 
 }  // namespace kelvar_page

@@ -24,7 +24,7 @@ struct Part {
   std::string_view text;
 };
 
-// Replaces each mark once, in one pass: what is put in is never looked at again.
+// Replaces the marks in one pass, so that marks inside of inserted texts stay as they are.
 std::string filled(std::string_view page, const std::vector<Part>& parts) {
   std::string out;
   while (!page.empty()) {
@@ -135,16 +135,16 @@ std::string embeddedPage(const Model& model, const std::string& project, kelvar:
   json.endObject();
   const std::string nonce = unguessable();
   const std::string policy =
-      "<meta http-equiv=\"Content-Security-Policy\" content=\"" + contentPolicy(nonce, true) + "\">";
+      "<meta http-equiv=\"Content-Security-Policy\" content=\"" + contentPolicy(nonce, PageData::embedded) + "\">";
   return page(nonce, policy, json.json());
 }
 
-std::string contentPolicy(std::string_view nonce, bool embedded) {
+std::string contentPolicy(std::string_view nonce, PageData data) {
   const std::string mine = "'nonce-" + std::string(nonce) + "'";
   std::string policy =
       "default-src 'none'; script-src " + mine + "; style-src " + mine +
       "; base-uri 'none'; form-action 'none'; require-trusted-types-for 'script'; trusted-types 'none'";
-  if (!embedded) policy += "; connect-src 'self'; frame-ancestors 'none'";
+  if (data == PageData::served) policy += "; connect-src 'self'; frame-ancestors 'none'";
   return policy;
 }
 

@@ -7,8 +7,8 @@
 
 namespace kelvar_page {
 
-/// Builds one JSON text that may lie inside a script element: what could end that is escaped, what is no UTF-8 becomes
-/// U+FFFD, and so does a zero byte.
+/// Builds a JSON text that is safe inside a script element: characters that could end the element are escaped. Zero
+/// bytes and bytes that are no UTF-8 become U+FFFD.
 class PageJson {
  public:
   PageJson& beginObject(std::string_view key = {}) { return begin(key, '{'); }
@@ -17,7 +17,7 @@ class PageJson {
   PageJson& endList() { return end(']'); }
   PageJson& text(std::string_view key, std::string_view value);
   PageJson& number(std::string_view key, std::int64_t value);
-  /// null for what is not finite.
+  /// Writes null for a value that is not finite.
   PageJson& number(std::string_view key, double value);
   PageJson& flag(std::string_view key, bool value);
   /// A value that is JSON already.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "RegionKinds.h"
+
 namespace kelvar_page {
 
 namespace {
@@ -85,9 +87,8 @@ void RowView::setSettings(const RowQuery& query) {
   data_.setSummaryDetailKindFilter(all || query.kind == "loop", digestio::kLoop, annotation_t::all_kinds);
   for (int kind = 0; kind < annotation_t::all_kinds; ++kind) {
     const auto one = static_cast<annotation_t::kind_t>(kind);
-    const bool end =
-        one == annotation_t::end_parallel || one == annotation_t::end_task || one == annotation_t::end_critical;
-    const bool shown = ((all || query.kind == "site") && !end) || query.kind == annotation_t::display(one);
+    const bool isSite = !kelvar_2_1_7::closesRegion(one);
+    const bool shown = ((all || query.kind == "site") && isSite) || query.kind == annotation_t::display(one);
     data_.setSummaryDetailKindFilter(shown, digestio::kAnnotatedSite, one);
   }
   data_.setMapping(query.ordering, query.reverse);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "RegionKinds.h"
+
 namespace kelvar_page {
 
 namespace {
@@ -10,7 +12,7 @@ namespace {
 using digestio::SummaryDataKind;
 using sitenotes::annotation_t;
 
-// Where it is now; else where the item keeps it; else where the first analysis saw it.
+// Its present place, else its stored one, else where the first analysis saw it.
 sitenotes::locator_t placeOf(const Site& site, const kelvar::SummaryItem& item, const sitenotes::locator_t& now) {
   if (!now.is_null()) return now;
   const sitenotes::locator_t stored = item.locator();
@@ -48,7 +50,7 @@ void readTimes(Site& site, const kelvar::SummaryItem& item) {
     site.suitabilityTime = suitability->selfTime();
     if (!site.time) site.time = suitability->selfTime();
     site.cores = suitability->cores();
-    // 0 where nobody has tried: an experiment that makes nothing faster tells 1.
+    // 0 means that nothing was measured: an experiment without any gain gives 1.
     if (suitability->totalMaxGain() > 0) site.gain = suitability->totalMaxGain();
     if (suitability->siteMaxGain() > 0) site.siteGain = suitability->siteMaxGain();
   }
@@ -65,7 +67,7 @@ void readFindings(Site& site, const kelvar::SummaryItem& item) {
   }
 }
 
-// What an address can carry: a text that is long, or that would not come back as it was, is known by its hash.
+// A text for a URL. A long text, or one with bytes that would not survive, is replaced by its hash.
 std::string keyPart(const std::string& text) {
   constexpr std::size_t kLongest = 300;
   constexpr std::string_view kChanged("\0\n", 2);
@@ -105,9 +107,7 @@ std::string kindName(const Site& site) {
 }
 
 bool isEnd(const Site& site) noexcept {
-  return site.sort == SiteSort::annotated &&
-         (site.kind == annotation_t::end_parallel || site.kind == annotation_t::end_task ||
-          site.kind == annotation_t::end_critical);
+  return site.sort == SiteSort::annotated && kelvar_2_1_7::closesRegion(site.kind);
 }
 
 std::string shortPlace(const sitenotes::locator_t& place) {

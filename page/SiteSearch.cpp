@@ -5,6 +5,8 @@
 #include <optional>
 #include <set>
 
+#include "PathTail.h"
+
 namespace kelvar_page {
 
 namespace {
@@ -33,8 +35,7 @@ std::vector<Site> sitesWhere(const Model& model, const Wanted& wanted) {
 std::vector<std::string> filesNamed(const Model& model, const std::string& name) {
   std::vector<std::string> found;
   for (const auto& [file, rows] : model.overview.files()) {
-    const bool end = file.ends_with(name) && (file.size() == name.size() || file[file.size() - name.size() - 1] == '/');
-    if (end) found.emplace_back(file);
+    if (isPathTail(name, file)) found.emplace_back(file);
   }
   std::stable_sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.size() < b.size(); });
   return found;

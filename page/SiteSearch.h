@@ -7,17 +7,17 @@
 
 namespace kelvar_page {
 
-/// What a name means: some sites, or a file, or neither.
+/// What a name refers to: sites, a file, or nothing.
 struct Named {
   std::vector<Site> sites;
-  std::string file;  ///< as rows name it; empty where sites are meant
+  std::string file;  ///< as rows name it; empty if the name refers to sites or nothing
 };
 
-/// Takes `name` for a sequence, then a label, then FILE:LINE, then FILE. Of FILE:LINE it answers the rows at the line,
-/// else the innermost site around it. FILE is a path as rows have it, or an end of one (`pixels.cpp`).
+/// Tries `name` as a sequence, a label, FILE:LINE, and FILE, in this order. FILE:LINE finds the rows at the line, else
+/// the innermost site around it. FILE is a path of a row or the tail of one (`pixels.cpp`).
 [[nodiscard]] Named named(const Model& model, const std::string& name);
 
-/// Labels of annotated sites that people may have meant, for a proposal.
+/// The labels of all annotated sites, for `did you mean`.
 [[nodiscard]] std::vector<std::string> labelsOf(const Model& model);
 
 }  // namespace kelvar_page

@@ -40,8 +40,8 @@ Sources::Sources(const std::string& root) : root_(root) {
   if (!error && fs::is_directory(resolved, error)) resolvedRoot_ = resolved.native();
 }
 
-// A name that climbs is no name of a source. What is found is opened by its resolved path, so that a link that is
-// exchanged meanwhile leads nowhere else.
+// Names with `..` are refused. A file is opened by its resolved path, so that a symbolic link that is replaced
+// meanwhile leads nowhere else.
 std::string Sources::find(const std::string& file) const {
   if (resolvedRoot_.empty() || file.empty() || file.find('\0') != std::string::npos) return {};
   const fs::path named = fs::path(file).lexically_normal();

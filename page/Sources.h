@@ -8,20 +8,20 @@
 
 namespace kelvar_page {
 
-/// The sources that rows name, below one folder. Nothing outside of it is opened, wherever a name or a link leads.
+/// Reads source files below one folder. Never opens a file outside of it, whatever names and links say.
 class Sources {
  public:
-  /// `root` need not be there; then no source is.
+  /// If `root` does not exist, no source is found.
   explicit Sources(const std::string& root);
 
-  /// The folder, as it was given.
+  /// The folder as given.
   [[nodiscard]] const std::string& root() const noexcept { return root_; }
 
-  /// The lines of the file that a row names, without their ends. Looked for as it is named, then by ever shorter ends
-  /// of its path, since sources may lie elsewhere than where they were analysed. Nothing where there is none below the
-  /// root, where it is larger than 16 MiB, or where it is no file. Kept until forget().
+  /// The lines of a file that a row names, without line ends. Tries the path, then ever shorter tails of it, since the
+  /// sources may have been elsewhere when they were analysed. Null when there is no such file or it is larger than 16
+  /// MiB. Valid until forget() or the next call.
   [[nodiscard]] const std::vector<std::string>* linesOf(const std::string& file) const;
-  /// Whether there is such a file. Costs a look at the disk once for each name.
+  /// Whether there is such a file. The answer is cached until forget().
   [[nodiscard]] bool has(const std::string& file) const { return !pathOf(file).empty(); }
   void forget();
 
@@ -31,7 +31,7 @@ class Sources {
 
   std::string root_;
   std::string resolvedRoot_;                          // links resolved; empty where there is none
-  mutable std::map<std::string, std::string> paths_;  // by name; empty for what is not there
+  mutable std::map<std::string, std::string> paths_;  // by name; empty if there is no such file
   mutable std::map<std::string, std::optional<std::vector<std::string>>> known_;
 };
 

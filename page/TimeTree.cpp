@@ -1,5 +1,5 @@
-// One walk over the places of a file in the order of their lines, with a stack of those that are open. A place joins
-// the node around it when it closes, since only then all that lies within is known. O(n log n) for the sort.
+// Walks over the places of a file in the order of lines, with a stack of the open ones. A place is added to the node
+// around it when it closes, since only then everything inside it is known. O(n log n) for the sort.
 #include "TimeTree.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace kelvar_page {
 
 namespace {
 
-// Deeper regions are part of the last one that is shown. Also what keeps walks over the tree from using up the stack.
+// Deeper regions are counted in the last one that is shown. This also bounds recursive walks over the tree.
 constexpr std::size_t kDeepest = 16;
 
 struct Open {
@@ -24,7 +24,7 @@ void longestFirst(std::vector<TimeNode>& nodes) {
   std::stable_sort(nodes.begin(), nodes.end(), [](const TimeNode& a, const TimeNode& b) { return a.time > b.time; });
 }
 
-// Times of two analyses, or of stacks that were cut, may say less of the outer one than of what lies within.
+// With times of two analyses, or with truncated stacks, the parts inside may have more time than the outer place.
 void sumUp(TimeNode& node) {
   double inner = 0;
   for (const TimeNode& one : node.within) inner += one.time;
@@ -73,7 +73,7 @@ class Nesting {
   std::vector<TimeNode> outermost_;
 };
 
-// Loops are parts of functions that have a row of their own; ends of regions have no time.
+// Loops are part of functions, which have rows of their own; end annotations have no time.
 bool isPlace(const Site& site) {
   return site.sort != SiteSort::loop && !isEnd(site) && site.time.has_value();
 }
@@ -81,7 +81,7 @@ bool isPlace(const Site& site) {
 }  // namespace
 
 std::vector<TimeNode> nestedPlaces(std::vector<TimedPlace> places) {
-  // At one line, the function is around the region, and the longer region around the shorter one.
+  // On one line, a function comes before a region, and a longer region before a shorter one.
   std::stable_sort(places.begin(), places.end(), [](const TimedPlace& a, const TimedPlace& b) {
     return std::tuple(a.first, !a.function, -a.last) < std::tuple(b.first, !b.function, -b.last);
   });

@@ -8,36 +8,36 @@
 
 namespace kelvar_page {
 
-/// A region or a function with a time, as it lies in its file.
+/// A region or function with a time, and its lines.
 struct TimedPlace {
   std::string key;
   std::string label;
-  double time = 0;  ///< a region's with all that runs within; a function's own
-  int first = 0;    ///< line
-  int last = 0;     ///< of a region that is closed; else 0: it holds nothing
+  double time = 0;  ///< inclusive for a region, exclusive for a function
+  int first = 0;    ///< the first line
+  int last = 0;     ///< the last line of a region with an end; else 0
   bool function = false;
   bool races = false;
 };
 
-/// A box in the picture of where time goes. What lies within is part of it, so boxes that lie side by side add up.
+/// A box in the picture of where time goes. Boxes inside are part of it, and boxes side by side add up.
 struct TimeNode {
   std::string key;
   std::string label;
-  double time = 0;  ///< seconds, with what lies within
-  double own = 0;   ///< seconds without it
+  double time = 0;  ///< including the boxes inside
+  double own = 0;   ///< without the boxes inside
   bool races = false;
   std::vector<TimeNode> within = {};
 };
 
 struct TimeFile {
-  std::string_view file;  ///< as long as the overview
+  std::string_view file;  ///< valid as long as the overview
   double time = 0;        ///< of all nodes, those left out included
   std::vector<TimeNode> nodes;
 };
 
-/// The places of one file, each within the innermost one that holds it, longest first. A region reaches to its last
-/// line; a function to the next one, or to the end of the region that it begins in. A function that holds regions has
-/// their time once: in them as far as it goes, the rest as its own.
+/// Nests the places of one file, each in the innermost place around it, longest first. A region reaches to its last
+/// line; a function to the next function, or to the end of the region that it begins in. The time of regions in a
+/// function counts once: in the regions, and only the rest as the function's own.
 [[nodiscard]] std::vector<TimeNode> nestedPlaces(std::vector<TimedPlace> places);
 
 /// All files with a time, longest first.

@@ -41,7 +41,7 @@ std::optional<std::string> decoded(std::string_view text) {
   return out;
 }
 
-// Takes as long for every text of this length.
+// Compares in constant time for texts of equal length.
 bool sameSecret(std::string_view a, std::string_view b) noexcept {
   if (a.size() != b.size()) return false;
   unsigned char different = 0;
@@ -100,8 +100,8 @@ ViewPages::ViewPages(Source source, std::uint16_t port, std::string token)
 
 ViewPages::~ViewPages() = default;
 
-// A page of another origin can make a browser ask us, by our address or by a name that it lets point here. It knows
-// neither the token nor may it name us as the host.
+// A page of another origin can make the browser send requests to our address, or to a host name that it points at us.
+// Such a request lacks the token, and in the second case names another host.
 Answer ViewPages::refusal(const Request& request, const Target& target) const {
   const std::string port = ":" + std::to_string(port_);
   const std::array hosts{"127.0.0.1" + port, "localhost" + port};
@@ -124,7 +124,9 @@ Answer ViewPages::answer(const Request& request) {
   if (Answer no = refusal(request, target); no.status != 200) return no;
   if (target.path == "/") {
     const std::string nonce = unguessable();
-    return {.type = "text/html; charset=utf-8", .body = servedPage(nonce), .policy = contentPolicy(nonce, false)};
+    return {.type = "text/html; charset=utf-8",
+            .body = servedPage(nonce),
+            .policy = contentPolicy(nonce, PageData::served)};
   }
   if (target.path == "/data/version") {
     reloadIfChanged();

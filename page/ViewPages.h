@@ -12,42 +12,42 @@
 
 namespace kelvar_page {
 
-/// What decides of a request, as it came.
+/// The parts of an HTTP request that matter here.
 struct Request {
   std::string method;
   std::string target;  ///< path and query
   std::string host;
-  std::string origin;  ///< empty where the browser sends none
-  std::string token;   ///< of the header
+  std::string origin;  ///< empty if the browser sends none
+  std::string token;   ///< from the header X-Kelvar-Token
 };
 
 struct Answer {
   int status = 200;
   std::string type = "application/json";
   std::string body = {};
-  std::string policy = {};  ///< what the page may do; empty for what is no page
+  std::string policy = {};  ///< the content security policy; empty for answers that are no page
 };
 
-/// The target taken apart: `%41` and `+` decoded. Of a key that comes twice the last one counts. Empty path where an
-/// escape is none or a zero byte is named.
+/// The parsed target, with `%41` and `+` decoded. If a key comes twice, the last one counts. The path is empty if an
+/// escape is invalid.
 struct Target {
   std::string path;
   std::map<std::string, std::string> values;
 };
 [[nodiscard]] Target targetIn(std::string_view text);
 
-/// All that `view` answers, without the network: who may ask, and what comes back. Not to be asked by two threads.
+/// The answers of `view`, without the network: who may ask, and what comes back. For one thread at a time.
 class ViewPages {
  public:
   struct Source {
-    std::function<std::unique_ptr<Model>()> load;  ///< reads the project anew; may throw
-    std::function<std::uint64_t()> version;        ///< another number where what is on the disk has changed
-    std::string project;                           ///< what the page is called
+    std::function<std::unique_ptr<Model>()> load;  ///< reads the project again; may throw
+    std::function<std::uint64_t()> version;        ///< returns another number when files have changed
+    std::string project;                           ///< the title of the page
     std::string annotations;                       ///< the database; may be empty
-    std::function<std::string()> comparison = {};  ///< with another project, as JSON; empty: the page shows none
+    std::function<std::string()> comparison = {};  ///< JSON of a comparison to show; empty: none
   };
 
-  /// Loads once. `port` is the one that requests name.
+  /// Loads the project. `port` is the one that requests must name as their host's.
   ViewPages(Source source, std::uint16_t port, std::string token);
   ~ViewPages();
 
@@ -71,7 +71,7 @@ class ViewPages {
   std::unique_ptr<RowView> view_;
   std::string comparison_;
   std::string program_;
-  std::string pictures_;  // made when they are first asked for, which a page does once it has shown rows
+  std::string pictures_;  // made on the first request; the page asks for rows first
 };
 
 }  // namespace kelvar_page

@@ -28,8 +28,7 @@ constexpr std::chrono::seconds kTimeToTake{30};
 constexpr std::uint32_t kLargestHeader = 16384;
 constexpr int kMostConnections = 200;
 
-/// One connection: a request, its answer, and so on while the other side keeps it open. Lives as long as something of
-/// it is under way.
+/// One connection: answers its requests one after the other. Pending operations keep it alive.
 class Session : public std::enable_shared_from_this<Session> {
  public:
   Session(tcp::socket socket, ViewPages& pages, int& open) : stream_(std::move(socket)), pages_(pages), open_(open) {
@@ -39,7 +38,7 @@ class Session : public std::enable_shared_from_this<Session> {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  // The time counts for the request as a whole, however slowly it comes.
+  // The time limit is for the whole request, however slowly it arrives.
   void read() {
     parser_.emplace();
     parser_->header_limit(kLargestHeader);
@@ -105,7 +104,7 @@ struct ViewServer::Impl {
   void accept(ViewPages& pages) {
     acceptor.async_accept([&](const beast::error_code& error, tcp::socket socket) {
       if (error == asio::error::operation_aborted) return;
-      // One more than there may be is let go at once; its side sees the end of the connection.
+      // Connections beyond the limit are closed at once.
       if (!error && open < kMostConnections) std::make_shared<Session>(std::move(socket), pages, open)->read();
       accept(pages);
     });

@@ -8,11 +8,11 @@
 
 namespace kelvar_page {
 
-/// Serves pages on the loopback interface, one request after the other, to as many connections as there are up to a
-/// limit. Each request has a time and a size that it must keep.
+/// An HTTP server on the loopback interface. It answers one request at a time; the number of connections, and the time
+/// and size of a request, are limited.
 class ViewServer {
  public:
-  /// Takes the port, or any free one for 0. Throws std::system_error where it cannot be had.
+  /// Listens on the port; 0: any free one. Throws std::system_error when the port is not available.
   explicit ViewServer(std::uint16_t port);
   ~ViewServer();
 

@@ -7,8 +7,7 @@
 #include "Lines.h"
 #include "Messages.h"
 #include "Place.h"
-#include "Rules.h"
-#include "scan/PlanSites.h"
+#include "RegionKinds.h"
 #include "scan/ScannedSources.h"
 
 namespace kelvar_tool {
@@ -45,10 +44,10 @@ std::vector<std::string> doubtsOf(const Site& site, const std::vector<Site>& oth
   });
   if (twin != others.end()) doubts.push_back("site " + std::to_string(twin->sequence) + " is the same already");
   const bool begun = std::any_of(others.begin(), others.end(), [&](const Site& other) {
-    return kelvar_sources::endOf(other.kind) == site.kind && other.label == site.label && other.file == site.file &&
+    return kelvar_2_1_7::endOf(other.kind) == site.kind && other.label == site.label && other.file == site.file &&
            other.line <= site.line;
   });
-  if (endsRegion(site.kind) && !begun) {
+  if (kelvar_2_1_7::closesRegion(site.kind) && !begun) {
     doubts.push_back("no site before it in " + escaped(site.file) + " is " + inQuotes(site.label) +
                      ", so that it ends nothing");
   }

@@ -6,16 +6,14 @@
 #include <tuple>
 #include <unordered_set>
 
+#include "RegionKinds.h"
+
 namespace kelvar_tool {
 
+using kelvar_2_1_7::closesRegion;
 using kelvar_platform::AnchoredSite;
 using kelvar_platform::Site;
 using kelvar_sources::Kind;
-
-bool endsRegion(Kind kind) noexcept {
-  using K = sitenotes::annotation_t;
-  return kind == K::end_parallel || kind == K::end_task || kind == K::end_critical;
-}
 
 PlanSites::PlanSites(const ScanInput& input, const kelvar_platform::AnchoredSites& database, PlanFiles& files,
                      kelvar_sources::Labels& labels)
@@ -32,7 +30,7 @@ PlanSites::PlanSites(const ScanInput& input, const kelvar_platform::AnchoredSite
     const bool hasRule = one.anchor && !one.anchor->rule.empty();
     if (hasRule && active.count(one.anchor->rule) == 0) {  // of another scan
       if (one.site.alive) files.at(files.of(i)).hasSites = true;
-      const bool asLine = one.site.alive && !one.movedByHand && !endsRegion(one.site.kind);
+      const bool asLine = one.site.alive && !one.movedByHand && !closesRegion(one.site.kind);
       if (input.findsOtherRules && asLine && files.isOurs(files.of(i))) groups_[i] = Group::line;
       continue;
     }
@@ -45,7 +43,7 @@ PlanSites::PlanSites(const ScanInput& input, const kelvar_platform::AnchoredSite
 
 Group PlanSites::groupOf(const AnchoredSite& one, bool isOurs) const {
   const bool hasRule = one.anchor && !one.anchor->rule.empty();
-  const bool isEnd = endsRegion(one.site.kind);
+  const bool isEnd = closesRegion(one.site.kind);
   if (!one.site.alive) {
     if (!hasRule) return Group::none;
     if (isEnd) return Group::end;
@@ -81,14 +79,14 @@ void PlanSites::pairByLabel(const std::vector<bool>& paired) {
   }
   const auto key = [&](std::size_t i) {
     const Site& site = database_.sites[i].site;
-    return std::tuple(files_.of(i), site.line, endsRegion(site.kind), site.column, site.sequence);
+    return std::tuple(files_.of(i), site.line, closesRegion(site.kind), site.column, site.sequence);
   };
   std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return key(a) < key(b); });
   std::map<std::tuple<std::size_t, Kind, std::string>, std::vector<std::size_t>> open;
   for (const std::size_t i : order) {
     const Site& site = database_.sites[i].site;
     if (const auto kind = kelvar_sources::endOf(site.kind)) open[{files_.of(i), *kind, site.label}].push_back(i);
-    if (!endsRegion(site.kind)) continue;
+    if (!closesRegion(site.kind)) continue;
     std::vector<std::size_t>& waiting = open[{files_.of(i), site.kind, site.label}];
     if (waiting.empty()) continue;
     ends_[waiting.back()] = i;

@@ -19,8 +19,6 @@ enum class Group {
   end,      ///< an end: move it along with its site
 };
 
-[[nodiscard]] bool endsRegion(kelvar_sources::Kind kind) noexcept;
-
 /// The sites of the database by index: the group of each, the end that belongs to it, and its marker.
 class PlanSites {
  public:

@@ -4,20 +4,18 @@
 #include <set>
 
 #include "Messages.h"
+#include "PathTail.h"
 
 namespace kelvar_tool {
 
 namespace {
 
+using kelvar_page::isPathTail;
 using sitenotes::locator_t;
-
-bool isEndOf(std::string_view end, std::string_view path) {
-  return path.ends_with(end) && (path.size() == end.size() || path[path.size() - end.size() - 1] == '/');
-}
 
 // Whether the two have the same leaf and, judging by their paths, are different files.
 bool areTwoFiles(const toolbelt::path_t& a, const toolbelt::path_t& b) {
-  return a.compare_leaf(b) == 0 && !isEndOf(a.get_text(), b.get_text()) && !isEndOf(b.get_text(), a.get_text());
+  return a.compare_leaf(b) == 0 && !isPathTail(a.get_text(), b.get_text()) && !isPathTail(b.get_text(), a.get_text());
 }
 
 std::string placeOf(const locator_t& at) {
@@ -53,7 +51,7 @@ std::vector<std::string> SharedLeaves::warnings() const {
   std::set<std::string_view> said;
   for (const auto& [sort, files] : files_) {
     const auto other = std::find_if(files.begin(), files.end(), [&, first = files.front()](std::string_view file) {
-      return !isEndOf(file, first) && !isEndOf(first, file);
+      return !isPathTail(file, first) && !isPathTail(first, file);
     });
     if (other == files.end() || !said.insert(sort.second).second) continue;
     sentences.push_back("warning: " + inQuotes(files.front()) + " and " + inQuotes(*other) +

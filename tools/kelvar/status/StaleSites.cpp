@@ -9,13 +9,14 @@
 #include "Messages.h"
 #include "Place.h"
 #include "Project.h"
-#include "scan/PlanSites.h"
+#include "RegionKinds.h"
 #include "scan/ScanPlan.h"
 
 namespace kelvar_tool {
 
 namespace {
 
+using kelvar_2_1_7::closesRegion;
 using kelvar_platform::AnchoredSite;
 using What = ScanEvent::What;
 
@@ -146,7 +147,7 @@ class SourceCheck {
   void countUntaken(const ScanPlan& plan) {
     std::set<std::string> files;
     for (const ScanEvent& event : plan.events) {
-      if ((event.what != What::added && event.what != What::revived) || endsRegion(event.kind)) continue;
+      if ((event.what != What::added && event.what != What::revived) || closesRegion(event.kind)) continue;
       if (stale_.untaken.markers++ == 0) stale_.untaken.first = placeText(event.newFile, event.newLine);
       files.insert(event.newFile);
     }
@@ -163,7 +164,7 @@ class SourceCheck {
       const bool known = event.what == What::moved;
       byFile[event.oldFile][known ? event.newFile : std::string()].push_back(
           {event.sequence, event.label, placeText(event.oldFile, event.oldLine),
-           known ? placeText(event.newFile, event.newLine) : std::string(), endsRegion(event.kind)});
+           known ? placeText(event.newFile, event.newLine) : std::string(), closesRegion(event.kind)});
     }
     std::set<std::string> renamed;
     for (auto& [from, targets] : byFile) {
