@@ -207,7 +207,10 @@ def main(arguments):
         project = arguments[at + 1]
         del arguments[at:at + 2]
     kind, path, binary, *texts = arguments
-    regions = [(m.group(1), int(m.group(2)), int(m.group(3))) for m in (re.match(r"(.*):(\d+)-(\d+)$", t) for t in texts)]
+    regions = [(m.group(1), int(m.group(2)), int(m.group(3)))
+               for m in (re.match(r"(.*):(\d+)-(\d+)$", t) for t in texts) if m]
+    if not regions or len(regions) != len(texts):
+        sys.exit("recompute.py: expected regions: FILE:FIRST-LAST")
     program = Program(binary)
     leaf = binary.rsplit("/", 1)[-1].removesuffix(".debug")
     differ = 0

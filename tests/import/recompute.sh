@@ -8,8 +8,11 @@ project=$(mktemp -d)
 trap 'rm -rf "$project"' EXIT
 "$sources/examples/run.sh" "$kelvar" "$project" >/dev/null
 
-# The sites as they are annotated, FILE:FIRST-LAST.
-sites=$(sed -n 's|^region [a-z]* ".*" \([0-9]*\) \([0-9]*\)$|sample/pixels.cpp:\1-\2|p' "$sources/examples/annotate.sh" | sort -u)
+# The sites as they are annotated, FILE:FIRST-LAST: each label has an end behind its beginning.
+"$kelvar" annotate "$project/annotations.db" list >"$project/sites"
+sites=$(awk -F '\t' '{ split($4, at, ":") }
+  $2 ~ /^end-/ { print begin[$3] "-" at[2]; next }
+  { begin[$3] = at[1] ":" at[2] }' "$project/sites")
 # shellcheck disable=SC2086 # one word a site
 for source in perf lackey; do
   python3 "$sources/tests/import/recompute.py" $source "$captured/$source.txt.gz" "$captured/pixels.debug" \
