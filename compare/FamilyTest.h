@@ -5,8 +5,8 @@
 
 namespace kelvar_compare {
 
-/// The times of sites that are judged together: a row a site, a column a run, those of BEFORE first. NaN where a run
-/// did not time the site.
+/// The times of sites that are judged together: one row for each site and one column for each run, those of BEFORE
+/// first. NaN when a run did not time the site.
 struct Family {
   std::size_t before = 0;
   std::size_t after = 0;
@@ -16,13 +16,13 @@ struct Family {
 struct SiteVerdict {
   double p = 1;        ///< of the rank test of this site alone
   double familyP = 1;  ///< how often chance makes any site of the family differ as clearly as this one
-  double level = 0;    ///< below which p counts, as many runs as timed the site
-  double apart = 0;    ///< AFTER over BEFORE less 1, without what all sites have in common
-  double change = 0;   ///< the same of the medians as they were measured; NaN where BEFORE has none or 0
+  double level = 0;    ///< the greatest p that counts, for the number of runs that timed the site
+  double apart = 0;    ///< AFTER / BEFORE - 1, without what all sites have in common
+  double change = 0;   ///< AFTER / BEFORE - 1 of the measured medians; NaN when BEFORE's is unknown or 0
 };
 
-/// Whether the site is slower or faster: more than noise by both tests, and by `threshold` or more (0.05: 5 %) as it
-/// was measured, in the direction that is left without what all sites have in common.
+/// Whether the site is called slower or faster: both tests say that it is more than noise, and the measured change is
+/// at least `threshold` (0.05: 5 %) and in the same direction as `apart`.
 [[nodiscard]] bool isCall(const SiteVerdict& verdict, const Family& family, double threshold);
 
 /// Judges each site. Of many sites, some differ by chance, and with five runs a side no correction of single p-values

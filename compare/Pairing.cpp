@@ -1,5 +1,5 @@
-// Each step makes a key of every site that is left on either side, sorts both lists of keys and walks them together.
-// Keys begin with a hash, so that most comparisons are of one number.
+// Each step makes a key for every remaining site of both sides, sorts both lists of keys and walks them in parallel.
+// Keys begin with a hash, so that most comparisons look at one number only.
 #include "Pairing.h"
 
 #include <algorithm>
@@ -18,7 +18,7 @@ namespace {
 
 using Sites = std::vector<const Identity*>;
 
-/// What the steps compare. A field that a step does not compare is the same for all.
+/// The fields that steps compare. A step leaves the fields that it ignores at their defaults.
 struct Key {
   std::size_t hash = 0;
   std::uint64_t number = 0;
@@ -31,7 +31,7 @@ struct Key {
   auto operator<=>(const Key&) const = default;
 };
 
-// What an analysis gives functions and loops for an annotation kind is a filler.
+// The annotation kind of functions and loops is a filler without meaning.
 int kindOf(const Identity& site) noexcept {
   constexpr int kNotAnnotated = 100;
   return site.sort == Sort::annotated ? static_cast<int>(site.kind) : kNotAnnotated + static_cast<int>(site.sort);
@@ -84,13 +84,13 @@ class Pairer {
       : before_(before), after_(after), taken_(before.size(), false), partners_(after.size()) {}
 
   std::vector<Partner> run(const AnchorsOf& anchorsOf) {
-    byKey(sequenceKey, PairedBy::sequence, false);
-    byKey(labelKey, PairedBy::label, true);
-    byKey(labelInFileKey, PairedBy::label, true);
-    byKey(labelOfAnalysesKey, PairedBy::label, true);
+    byKey(sequenceKey, PairedBy::sequence, Repeated::pairInOrder);
+    byKey(labelKey, PairedBy::label, Repeated::leave);
+    byKey(labelInFileKey, PairedBy::label, Repeated::leave);
+    byKey(labelOfAnalysesKey, PairedBy::label, Repeated::leave);
     byAnchors(anchorsOf);
-    byKey(labelAtPlaceKey, PairedBy::place, false);
-    byKey(placeKey, PairedBy::place, true);
+    byKey(labelAtPlaceKey, PairedBy::place, Repeated::pairInOrder);
+    byKey(placeKey, PairedBy::place, Repeated::leave);
     return std::move(partners_);
   }
 
@@ -120,8 +120,10 @@ class Pairer {
     partners_[after] = {.before = before, .by = by};
   }
 
-  /// With `unique`, only keys that one site on either side has; else, several are paired in their order.
-  void byKey(KeyOf keyOf, PairedBy by, bool unique) {
+  /// What to do with a key that several sites of a side have: leave these sites, or pair them in order.
+  enum class Repeated { leave, pairInOrder };
+
+  void byKey(KeyOf keyOf, PairedBy by, Repeated repeated) {
     const std::vector<Keyed> ours = keysOf(before_, keyOf, [&](std::size_t index) { return isLeftBefore(index); });
     if (ours.empty()) return;
     const std::vector<Keyed> theirs = keysOf(after_, keyOf, [&](std::size_t index) { return isLeftAfter(index); });
@@ -139,7 +141,7 @@ class Pairer {
         const std::size_t endA = endOf(ours, a);
         const std::size_t endB = endOf(theirs, b);
         const bool alone = endA - a == 1 && endB - b == 1;
-        for (std::size_t i = 0; (alone || !unique) && a + i < endA && b + i < endB; ++i) {
+        for (std::size_t i = 0; (alone || repeated == Repeated::pairInOrder) && a + i < endA && b + i < endB; ++i) {
           pair(ours[a + i].index, theirs[b + i].index, by);
         }
         a = endA;

@@ -12,26 +12,28 @@
 
 namespace kelvar_compare {
 
-/// What two sites were found to be one by.
+/// How two sites were recognised as the same.
 enum class PairedBy : std::uint8_t { nothing, sequence, label, anchor, place };
 [[nodiscard]] std::string_view nameOf(PairedBy by) noexcept;
 
-/// What was around the sites of an annotation database when they were last scanned, by sequence. Asked only where
-/// sequences and labels leave sites on both sides. All answers number their texts alike.
+/// The fingerprints of the surroundings of an annotation database's sites at the last scan, by sequence. AnchorsOf is
+/// called only if sequences and labels leave sites on both sides. The fingerprints of all databases must share one
+/// numbering of texts.
 using Anchors = std::unordered_map<unsigned long, kelvar_sources::Fingerprint>;
 using AnchorsOf = std::function<const Anchors&(std::uint32_t database)>;
 
 struct Partner {
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
-  std::size_t before = kNone;  ///< an index; kNone: it has no partner
+  std::size_t before = kNone;  ///< an index in BEFORE; kNone: no partner
   PairedBy by = PairedBy::nothing;
 };
 
-/// Answers for each site of `after` which one of `before` it is. Each step takes what the steps before it left: the
-/// sequence, within one database; label and kind where only one site on either side has them, then together with the
-/// file's leaf, then with the analyses that report it; what was around the sites, as a scan finds them again; leaf and
-/// line, first with the label, where several sites that agree in all are taken in their order. No site is taken twice.
-/// O(n log n).
+/// Finds for each site of `after` the same site of `before`. Each step looks at the sites that earlier steps have left:
+///  1. the sequence, within one database;
+///  2. label and kind, if they are unique on both sides; then also the file's name; then also the set of analyses;
+///  3. the surroundings, as a scan finds sites again;
+///  4. file name and line, first together with the label. Sites that agree in all of that are paired in their order.
+/// No site is paired twice. O(n log n).
 [[nodiscard]] std::vector<Partner> pairSites(const std::vector<const Identity*>& before,
                                              const std::vector<const Identity*>& after, const AnchorsOf& anchorsOf);
 

@@ -1,6 +1,7 @@
-// The splits are counted by their rank sums. ways[k][s] is how many choices of k of the values seen so far have ranks
-// that add up to s; each value adds, to every choice without it, the one with it. Ranks are doubled, so that a shared
-// one is a whole number. Counts are doubles: they may exceed any integer, and only their ratio is asked for.
+// Splits are counted by their rank sums. ways[k][s] is the number of ways to choose k of the values seen so far with a
+// rank sum of s. Each new value extends every choice without it by one with it. Ranks are doubled, so that the shared
+// ranks of equal values are whole numbers. Counts are doubles: they may exceed any integer, and only their ratio
+// matters.
 #include "RankTest.h"
 
 #include <algorithm>
@@ -11,7 +12,7 @@ namespace kelvar_compare {
 
 namespace {
 
-/// Twice the rank of each value, by index; equal values share the mean of theirs.
+/// Twice the rank of each value, by index; equal values share the mean of their ranks.
 std::vector<std::size_t> doubledRanks(const std::vector<double>& values) {
   std::vector<std::size_t> order(values.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
@@ -75,7 +76,7 @@ double rankTest(const std::vector<double>& before, const std::vector<double>& af
     }
   }
 
-  // Distances from the mean, times the number of all values, are whole numbers: sums of up to some thousand fit.
+  // Distances from the mean are whole numbers once they are multiplied by the number of values.
   const auto distance = [&](std::size_t sum) {
     const std::size_t scaled = sum * values.size();
     const std::size_t mean = total * chosen;

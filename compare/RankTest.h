@@ -5,7 +5,7 @@
 
 namespace kelvar_compare {
 
-/// The fewest values a side with which a rank test can say anything of use.
+/// The fewest values on each side for which a rank test is useful.
 inline constexpr std::size_t kLeastRuns = 3;
 
 /// The two-sided p of the rank-sum test (Wilcoxon 1945; Mann and Whitney 1947): how often a random split of all values
@@ -18,14 +18,15 @@ inline constexpr std::size_t kLeastRuns = 3;
 /// The smallest p that two sides of these sizes can have.
 [[nodiscard]] double smallestP(std::size_t before, std::size_t after);
 
-/// A call is made from this p down: 0.05, or the smallest that can be had where even that is greater.
+/// The greatest p at which a difference is called: 0.05, or smallestP() if that is greater.
 [[nodiscard]] double levelFor(std::size_t before, std::size_t after);
 
-/// The same for a family of sites that are judged together: 0.025, so that of 40 comparisons of a program with itself
-/// one calls a site.
+/// The same for a family of sites that are judged together: 0.025, so that one in 40 comparisons of a program with
+/// itself calls a site.
 [[nodiscard]] double familyLevelFor(std::size_t before, std::size_t after);
 
-/// Splits of `before` + `after` runs into two such sides; stops counting past `most`.
+/// The number of ways to split `before` + `after` runs into sides of these sizes; `most` + 1 if there are more than
+/// `most`.
 [[nodiscard]] std::size_t splitsOf(std::size_t before, std::size_t after, std::size_t most);
 
 }  // namespace kelvar_compare

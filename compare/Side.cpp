@@ -38,7 +38,7 @@ void Side::add(RunRecord run, const AnchorsOf& anchorsOf) {
   gains_.push_back(std::move(gains));
 }
 
-/// Adds what the run says to the site `known`, or to a new one; answers which.
+/// Adds the record to the site with the index `known`, or to a new one if that is kNone. Returns the index.
 std::size_t Side::place(SiteRecord&& record, std::size_t known) {
   if (known == Partner::kNone) {
     known = sites_.size();
@@ -49,7 +49,7 @@ std::size_t Side::place(SiteRecord&& record, std::size_t known) {
   ++site.runs;
   if (record.vectorised != Vectorised::unknown) ++site.vectorised[static_cast<std::size_t>(record.vectorised)];
   for (std::size_t sort = 0; sort < site.strides.size(); ++sort) {
-    // Added as unsigned: a damaged count may be of any size.
+    // Added as unsigned, which may not overflow: a damaged result may have counts of any size.
     site.strides[sort] = static_cast<std::int64_t>(static_cast<std::uint64_t>(site.strides[sort]) +
                                                    static_cast<std::uint64_t>(record.strides[sort]));
   }
