@@ -1,5 +1,5 @@
-// Open brackets form a chain: each token keeps the innermost one before it. So the state at an `#if` is a few numbers,
-// and going back to it at `#else` costs nothing, however deep the code is nested.
+// Open brackets form a chain: each token stores the innermost open bracket before it. So the state at an `#if` is a few
+// numbers, and restoring it at `#else` costs nothing, however deep the code is nested.
 #include "Brackets.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace kelvar_sources {
 
 namespace {
 
-/// No code that anybody compiles is nested so deep; what a brace costs, times all bytes of a file, would be gigabytes.
+/// No real code is nested so deep. Bounds the memory: a file of braces alone would take gigabytes.
 constexpr std::uint32_t kMostDepth = 65536;
 
 char closingOf(char open) {
@@ -25,7 +25,7 @@ Brackets::Brackets(const TokenList& tokens)
       partner_(tokens.tokens.size(), kNone),
       outer_(tokens.tokens.size(), kNone),
       brace_(tokens.tokens.size(), kNone) {
-  // At once, since a list that grows is there twice while it does.
+  // Reserved at once: a vector that grows is in memory twice meanwhile.
   braces_.reserve(static_cast<std::size_t>(
       std::count_if(tokens.tokens.begin(), tokens.tokens.end(), [](const Token& token) { return token.is('{'); })));
   for (std::size_t i = 0; i < tokens.tokens.size(); ++i) take(i);
@@ -66,7 +66,7 @@ void Brackets::takeConditional(char mark, std::size_t index) {
     if (!group.other) group.afterFirst = state_;
     group.other = true;
     state_ = group.before;
-    // A declaration that another branch begins anew begins there.
+    // If another branch begins the declaration again, it begins there.
     state_.declaration = index + 1;
   } else {
     if (groups_.back().other) state_ = groups_.back().afterFirst;
@@ -96,7 +96,7 @@ void Brackets::close(std::size_t index, char mark) {
   }
   std::uint32_t opened = state_.bracket;
   std::uint32_t closed = 1;
-  // A brace also closes what was left open within it; the others close nothing beyond their brace.
+  // A closing brace also closes everything left open inside; other brackets close nothing outside of their brace.
   while (opened != kNone && closingOf(list_.tokens[opened].mark) != mark) {
     if (list_.tokens[opened].is('{')) return;
     opened = outer_[opened];
@@ -117,7 +117,7 @@ bool Brackets::inFunction() const noexcept {
   return state_.brace != kNone && braces_[state_.brace].function != kNone;
 }
 
-/// Within a function only a class opens a scope in which functions are defined.
+/// Inside a function, functions can only be defined in a class.
 Brackets::Brace Brackets::described(std::size_t index) {
   Brace brace{.token = static_cast<std::uint32_t>(index), .outer = state_.brace};
   brace.function = state_.brace == kNone ? kNone : braces_[state_.brace].function;
@@ -126,7 +126,7 @@ Brackets::Brace Brackets::described(std::size_t index) {
   if (inFunction() && braces_[state_.brace].role != Role::scope) return brace;
   Definition definition = definitionIn(list_, partner_, state_.declaration, index);
   if (definition.what == Definition::What::nothing) {
-    // Without a name, it may be `extern "C" {`: what lies in it is as if it were outside.
+    // Without a name it may be `extern "C" {`, whose content counts as if it were outside.
     const bool linkage = index > 0 && list_.tokens[index - 1].kind == TokenKind::text;
     brace.role = linkage ? Role::scope : Role::block;
     return brace;

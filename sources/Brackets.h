@@ -8,26 +8,26 @@
 
 namespace kelvar_sources {
 
-/// Which brackets belong together, and which functions enclose what. Of branches of the preprocessor that open or
-/// close different numbers of brackets, the first counts. Brackets that are nested more than 65,536 deep are counted,
-/// no more: what is in them is in the last one above.
+/// Finds matching brackets and the functions around tokens. If branches of the preprocessor open or close different
+/// numbers of brackets, the first branch counts. Brackets nested deeper than 65,536 are only counted; their content
+/// belongs to the innermost bracket above that depth.
 class Brackets {
  public:
   static constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
-  /// `tokens` has to outlive the object.
+  /// `tokens` must outlive this object.
   explicit Brackets(const TokenList& tokens);
 
-  /// The closing bracket of an opening one; kNone where there is none, and for any other token.
+  /// The closing bracket of an opening one; kNone when there is none, and for any other token.
   [[nodiscard]] std::uint32_t partner(std::size_t token) const noexcept { return partner_[token]; }
-  /// The innermost open `{` around a token; kNone outside of all.
+  /// The innermost open `{` around a token; kNone when there is none.
   [[nodiscard]] std::uint32_t braceAround(std::size_t token) const noexcept {
     return brace_[token] == kNone ? kNone : braces_[brace_[token]].token;
   }
-  /// The innermost open bracket of any sort around a token.
+  /// The innermost open bracket of any kind around a token; kNone when there is none.
   [[nodiscard]] std::uint32_t bracketAround(std::size_t token) const noexcept { return outer_[token]; }
-  /// The name of the function around a token, as its definition has it, behind the names of the classes around it;
-  /// empty outside of functions.
+  /// The name of the function around a token as in its definition, after the names of the classes around it; empty
+  /// outside of functions.
   [[nodiscard]] std::string functionAround(std::size_t token) const;
 
  private:
@@ -40,13 +40,13 @@ class Brackets {
     std::uint32_t name = kNone;      ///< as an index of names; most braces have none
     Role role = Role::block;
   };
-  /// Where the walk is: all of it is taken back when another branch begins.
+  /// The state of the walk, restored when another branch begins.
   struct State {
     std::uint32_t bracket = kNone;
     std::uint32_t brace = kNone;  ///< as an index of braces
-    std::size_t declaration = 0;  ///< the first token behind the last `;`, `{` or `}`
-    std::uint32_t depth = 0;      ///< how many brackets are open
-    std::uint32_t deeper = 0;     ///< how many are open beyond the greatest depth
+    std::size_t declaration = 0;  ///< the first token after the last `;`, `{` or `}`
+    std::uint32_t depth = 0;      ///< the number of open brackets
+    std::uint32_t deeper = 0;     ///< the number of open brackets beyond the greatest depth
   };
   struct Group {
     State before;

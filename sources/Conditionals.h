@@ -8,16 +8,16 @@
 
 namespace kelvar_sources {
 
-/// Follows `#if`, `#else` and `#endif`. A branch whose condition is 0, and the branches behind one whose condition is
-/// 1, are dead. Of the others the first counts as if it were always there; each further one gets a branch number.
+/// Follows `#if`, `#else` and `#endif`. A branch with the condition 0, and branches after one with the condition 1, are
+/// dead. The first of the other branches counts as if it were unconditional; each further one gets a branch number.
 class Conditionals {
  public:
   explicit Conditionals(TokenList& out) : out_(out) { out_.outerBranch.assign(1, 0); }
 
-  /// Takes a directive of this name if it is a conditional; answers whether it is one. `rest` is what follows the name.
+  /// Handles the directive if it is a conditional, and returns whether it is. `rest` is the text after its name.
   bool take(std::string_view name, std::string_view rest, std::uint32_t offset);
 
-  /// Whether the code here is left out for certain.
+  /// Whether the code here is certainly not compiled.
   [[nodiscard]] bool dead() const noexcept { return deadDepth_ > 0; }
   [[nodiscard]] std::uint32_t branch() const noexcept { return branch_; }
 
@@ -25,9 +25,9 @@ class Conditionals {
   enum class Condition { no, yes, unknown };
   struct Group {
     std::uint32_t outer = 0;
-    bool hadLive = false;  ///< one of its branches counts already
-    bool decided = false;  ///< one of its branches is taken for certain: the rest is dead
-    bool dead = false;     ///< the branch that is open
+    bool hadLive = false;  ///< a branch was not dead
+    bool decided = false;  ///< a branch is certainly compiled, so the following ones are dead
+    bool dead = false;     ///< the current branch is dead
   };
 
   static Condition conditionOf(std::string_view name, std::string_view rest);

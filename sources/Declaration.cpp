@@ -22,7 +22,7 @@ class DeclarationReader {
 
   Definition read(std::size_t first, std::size_t brace) const {
     bool scope = false;
-    bool isNamespace = false;  // has no name here: code moves into and out of namespaces as it is
+    bool isNamespace = false;  // its name is not used: code is often moved in and out of namespaces
     std::size_t scopeName = brace;
     for (std::size_t i = first; i < brace; ++i) {
       const Token& token = list_.tokens[i];
@@ -119,7 +119,7 @@ class DeclarationReader {
     if (parameters >= brace) return {};
     if (isMemberInitialiser(parameters, brace)) return {Definition::What::initialiser, {}};
     std::size_t end = parameters;
-    // What looks like a call of a macro, such as TEST(Suite, Name), is told apart by what is in its brackets.
+    // Macro calls such as TEST(Suite, Name) are distinguished by their arguments.
     const bool likeMacro = from == first && end == from + 1 && partner_[parameters] < brace;
     if (likeMacro && isUpper(list_.text(from))) end = partner_[parameters] + 1;
     const Token& last = list_.tokens[end - 1];

@@ -9,14 +9,14 @@
 
 namespace kelvar_sources {
 
-/// What a declaration up to its `{` defines.
+/// What the declaration before a `{` defines.
 struct Definition {
   enum class What { nothing, function, scope, initialiser } what = What::nothing;
   std::string name;
 };
 
-/// Reads the tokens from `first` up to the brace at `brace`. `partner` has the closing bracket of each opening one that
-/// is closed before the brace.
+/// Reads the tokens from `first` up to the brace at `brace`. `partner` holds the closing bracket of each opening one
+/// between them.
 [[nodiscard]] Definition definitionIn(const TokenList& list, const std::vector<std::uint32_t>& partner,
                                       std::size_t first, std::size_t brace);
 

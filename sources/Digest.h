@@ -5,8 +5,7 @@
 
 namespace kelvar_sources {
 
-/// A short text that differs for files that differ: `xxh3:` and 32 hexadecimal digits. Tells an edit from none, and is
-/// no protection against a forger.
+/// A digest to notice edits: `xxh3:` and 32 hexadecimal digits. Not cryptographic: collisions can be made on purpose.
 [[nodiscard]] std::string digestOf(std::string_view bytes);
 
 }  // namespace kelvar_sources

@@ -9,12 +9,12 @@ namespace kelvar_sources {
 
 namespace {
 
-/// Words that combine to one directive. Any other word that comes first is a directive alone; what follows it, or the
-/// first that is not among these, is a clause: `ordered` in `for ordered`, `parallel` in `cancel parallel`.
+/// Words that combine to one directive. Any other first word is a directive by itself. The first word that cannot be
+/// combined begins the clauses: `ordered` in `for ordered`, `parallel` in `cancel parallel`.
 constexpr std::array<std::string_view, 20> kCombining{
     "parallel", "for",  "do",     "sections", "simd",    "master", "masked", "target",  "teams",     "distribute",
     "loop",     "task", "single", "taskloop", "kernels", "serial", "scope",  "section", "workshare", "workdistribute"};
-/// Words behind `target` that make another directive of it, one that holds no code.
+/// Words after `target` that make it another directive, one without code.
 constexpr std::array<std::string_view, 4> kDataWords{"data", "enter", "exit", "update"};
 
 template <class Words>
@@ -22,7 +22,7 @@ bool isIn(const Words& words, std::string_view word) {
   return std::find(words.begin(), words.end(), word) != words.end();
 }
 
-/// Of others nobody knows here where their clauses begin.
+/// For other models, it is not known where the clauses begin.
 bool isKnownModel(std::string_view model) {
   return model == "omp" || model == "acc";
 }
@@ -38,7 +38,7 @@ class WordReader {
     at_ += size;
     return text_.substr(at_ - size, size);
   }
-  /// Goes back before the word that came last.
+  /// Goes back to before the last word.
   void back(std::string_view word) { at_ -= word.size(); }
 
   std::string_view brackets() {

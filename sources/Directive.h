@@ -8,22 +8,22 @@
 
 namespace kelvar_sources {
 
-/// What a directive says before its clauses: `omp`, then `parallel`, `for`.
+/// The beginning of a directive, before its clauses: the model `omp`, then the words `parallel`, `for`.
 struct Directive {
   std::string model;
   std::vector<std::string> words;
-  std::string brackets;  ///< what is in the brackets right behind the words
-  bool end = false;      ///< Fortran's `end`, which is no word of the list
+  std::string brackets;  ///< the content of brackets directly after the words
+  bool end = false;      ///< Fortran's `end`, which is not in the list of words
   [[nodiscard]] bool has(std::string_view word) const;
-  /// The model and the words, a blank between two.
+  /// The model and the words, separated by blanks.
   [[nodiscard]] std::string name() const;
 };
 
-/// Reads what follows `#pragma` or the `$` of a sentinel. Without any word the model is empty. Letters become small in
-/// Fortran, where their case says nothing.
+/// Reads the text after `#pragma` or the `$` of a sentinel. Without any word the model is empty. In Fortran, letters
+/// become lower case.
 [[nodiscard]] Directive directiveIn(std::string_view text, bool anyCase = false);
 
-/// The rules that it fits: each of the kinds that a combined directive holds.
+/// The rules that match the directive; a combined directive may match several.
 [[nodiscard]] std::vector<std::size_t> rulesFor(const Directive& directive, const RuleSet& rules);
 
 }  // namespace kelvar_sources

@@ -15,13 +15,13 @@ namespace {
 
 constexpr std::size_t kNone = FindResult::kNone;
 
-/// A pair by its places in the two lists of the file.
+/// A pair by its positions in the two lists of the file.
 struct Pair {
   std::size_t known = 0;
   std::size_t seen = 0;
 };
 
-/// A line, with all that is around a site on it.
+/// A line with a site's surroundings.
 using Place = std::pair<int, Key>;
 
 template <class Site>
@@ -79,7 +79,7 @@ void FileAlignment::matchUnchanged(std::vector<std::size_t>& partnerOfSeen) {
   leaveAmbiguous(open, candidates);
 }
 
-/// Says of those that are left whether they may be any of the candidates. Of very many, all may.
+/// Decides for the remaining sites whether they may be one of the candidates. If there are very many, all may be.
 void FileAlignment::leaveAmbiguous(const std::vector<std::size_t>& open, const std::vector<std::size_t>& candidates) {
   constexpr std::size_t kMostPairs = std::size_t{1} << 21U;
   if (open.empty() || candidates.empty()) return;
@@ -108,7 +108,7 @@ bool FileAlignment::match(std::vector<std::size_t>& partnerOfSeen) {
     for (const std::size_t index : known) result_.known[index].ambiguous = false;
     for (const std::size_t index : seen) result_.contested[index] = false;
     more = matchGaps(partnerOfSeen);
-    // A later scan could not tell such a site from one that is certain: the first of the best alignments decides.
+    // A later scan would take such a site for a certain one, so the first of the best alignments decides.
     if (!more && !takesFirst_ && anyInPlace(partnerOfSeen)) more = takesFirst_ = true;
     any = any || more;
   }
@@ -126,8 +126,8 @@ bool FileAlignment::anyInPlace(const std::vector<std::size_t>& partnerOfSeen) co
   });
 }
 
-/// Pairs that cross the longest run are taken back: what is in order around them decides first, and what then has no
-/// partner has moved, and is found by its key again.
+/// Undoes pairs that cross the longest run. Sites in order around them are decided first; a site without a partner
+/// after that has moved, and is found by its key again.
 bool FileAlignment::keepLongestRun(std::vector<std::size_t>& partnerOfSeen) {
   std::vector<std::size_t> kept;
   for (const auto& [place, other] : cuts()) kept.push_back(place);

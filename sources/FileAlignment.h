@@ -8,26 +8,26 @@
 
 namespace kelvar_sources {
 
-/// The sites of one file, known and seen, and what is decided of them.
+/// Decides about the known and seen sites of one file.
 class FileAlignment {
  public:
-  /// Indices into the two lists of findAgain, in the order of their places.
+  /// Takes indices into the two lists of findAgain, in the order of places.
   FileAlignment(const std::vector<KnownSite>& allKnown, const std::vector<SeenSite>& allSeen, FindResult& result)
       : allKnown_(allKnown), allSeen_(allSeen), result_(result) {}
 
   std::vector<std::size_t> known;
   std::vector<std::size_t> seen;
 
-  /// Decides all of a file that did not change: a site is on its line, or it is as ambiguous as it was.
+  /// Decides everything for an unchanged file: each site is on its line, or as ambiguous as before.
   void matchUnchanged(std::vector<std::size_t>& partnerOfSeen);
-  /// Decides all that the file alone can decide; answers whether anything was.
+  /// Decides what can be decided within the file. Returns whether anything was.
   bool match(std::vector<std::size_t>& partnerOfSeen);
 
  private:
   void leaveAmbiguous(const std::vector<std::size_t>& open, const std::vector<std::size_t>& candidates);
   void matchByKeys(KeyLevel level, Step step, std::vector<std::size_t>& partnerOfSeen);
   bool keepLongestRun(std::vector<std::size_t>& partnerOfSeen);
-  /// The longest run of pairs that do not cross, by their places in the two lists.
+  /// The longest run of pairs that do not cross, by their positions in the two lists.
   [[nodiscard]] std::vector<std::pair<std::size_t, std::size_t>> cuts() const;
   [[nodiscard]] bool anyInPlace(const std::vector<std::size_t>& partnerOfSeen) const;
   bool matchGaps(std::vector<std::size_t>& partnerOfSeen);

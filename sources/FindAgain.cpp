@@ -31,7 +31,7 @@ class Finder {
       if (unchanged_[number]) file.matchUnchanged(partnerOfSeen_);
     }
     matchFiles();
-    // What is found in another file cuts that file's gaps anew.
+    // A site found in another file splits a gap of that file.
     while (matchAcross(true, Step::elsewhere) || matchAcross(false, Step::deadSite)) matchFiles();
     return std::move(result_);
   }
@@ -54,13 +54,13 @@ class Finder {
     }
   }
 
-  /// Pairs what is unique on both sides among what is undecided, of the living or of the dead.
+  /// Pairs undecided sites, living or dead, whose keys are unique on both sides.
   bool matchAcross(bool alive, Step step) {
     UniqueKeys keys;
     for (std::size_t i = 0; i < known_.size(); ++i) {
       if (known_[i].alive != alive || result_.known[i].seen != kNone || result_.known[i].ambiguous) continue;
       const Fingerprint& print = known_[i].print;
-      if (print.function == 0 && print.after[0] == 0) continue;  // nothing is around it
+      if (print.function == 0 && print.after[0] == 0) continue;  // it has no surroundings
       keys.addKnown(keyOf(print, KeyLevel::withoutBefore), i);
     }
     if (keys.empty()) return false;

@@ -10,28 +10,28 @@
 
 namespace kelvar_sources {
 
-/// What decided where a site is now.
+/// The step that found a site.
 enum class Step {
   none,
   samePlace,         ///< its file did not change
-  fullKey,           ///< text, function, lines before and behind
-  keyWithoutBefore,  ///< text, function, lines behind
-  textAndAfter,      ///< text, lines behind
-  alignment,         ///< the best alignment in order between sites that are certain
-  elsewhere,         ///< text, function, lines behind, elsewhere
-  deadSite,          ///< the same of a site that was gone
+  fullKey,           ///< same text, function, lines before and after
+  keyWithoutBefore,  ///< same text, function, lines after
+  textAndAfter,      ///< same text, lines after
+  alignment,         ///< the best alignment between two certain sites
+  elsewhere,         ///< same text, function, lines after, in another place
+  deadSite,          ///< the same for a site that was gone
 };
 [[nodiscard]] std::string_view nameOf(Step step);
 
-/// A site that is to be found again.
+/// A site to find again.
 struct KnownSite {
-  std::size_t file = 0;  ///< the number of the file that it was in last
+  std::size_t file = 0;  ///< the number of the file in which it was last
   int line = 0;
   bool alive = true;
   Fingerprint print;
 };
 
-/// A site as the sources have it now.
+/// A site in the present sources.
 struct SeenSite {
   std::size_t file = 0;
   int line = 0;
@@ -46,12 +46,12 @@ struct FindResult {
     bool ambiguous = false;
   };
   std::vector<Answer> known;
-  std::vector<bool> contested;  ///< seen sites that ambiguous ones may be: none of them is a new site
+  std::vector<bool> contested;  ///< seen sites that may be an ambiguous known one, and so are not new
 };
 
-/// Finds known sites among those seen. Both lists are in the order of their places within a file. `renamed` answers, by
-/// number, which file a file is now: itself where it kept its name. In a file that is `unchanged` since its sites were
-/// found, each site is where it was, and what was ambiguous stays so. No seen site is the answer for two.
+/// Finds known sites among those seen. Both lists must be in the order of places within each file. `renamed` holds for
+/// each file the number of the file that it is now, its own if it was not renamed. In a file that is `unchanged`, each
+/// site is where it was, and ambiguous sites stay so. No seen site is found twice.
 [[nodiscard]] FindResult findAgain(const std::vector<KnownSite>& known, const std::vector<SeenSite>& seen,
                                    const std::vector<std::size_t>& renamed, const std::vector<bool>& unchanged);
 

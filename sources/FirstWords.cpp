@@ -1,5 +1,5 @@
-// The search of Wu and Manber: all words are cut to their first six bytes, and a table tells for the two bytes at the
-// end of the window how far it can be moved at least. Mostly that is five bytes.
+// The search of Wu and Manber: all words are cut to their first six bytes. A table says how far the window can move, by
+// the two bytes at its end; mostly by five bytes.
 #include "FirstWords.h"
 
 #include <algorithm>

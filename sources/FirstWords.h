@@ -8,14 +8,14 @@
 
 namespace kelvar_sources {
 
-/// Tells at memory speed whether a text has any of the words that markers begin with; most files of a tree have none,
-/// and need not be lexed. Words are looked for at every place, within longer words too: a yes may be wrong, a no never.
+/// Checks at memory speed whether a text contains any of the words that markers begin with. Most files of a tree
+/// contain none and need not be lexed. Words also match inside longer words: a yes may be wrong, a no never is.
 class FirstWords {
  public:
-  /// Texts of fewer bytes are found one by one, which is slower.
+  /// Shorter words are searched for one by one, which is slower.
   static constexpr std::size_t kShortest = 6;
 
-  /// `models` are the words behind `#pragma`.
+  /// `models` are the words after `#pragma`.
   FirstWords(const std::vector<std::string>& words, const std::vector<std::string>& models);
 
   [[nodiscard]] bool anyIn(std::string_view text) const;

@@ -19,7 +19,7 @@ constexpr const char* kRemarkEnd = "kelvar: end";
 
 constexpr std::array<std::string_view, 10> kClosing{"end",          "enddo",    "endif", "endwhere",  "endselect",
                                                     "endassociate", "endblock", "else",  "elsewhere", "continue"};
-/// What `end` or `else` may have behind it and still only close.
+/// Words that may follow `end` or `else` in a statement that only closes a block.
 constexpr std::array<std::string_view, 6> kClosed{"do", "if", "where", "select", "associate", "block"};
 
 template <class Words>
@@ -27,7 +27,7 @@ bool isOneOf(const Words& words, std::string_view word) {
   return std::find(words.begin(), words.end(), word) != words.end();
 }
 
-/// `enddo ; enddo`, `else` or `10 continue`: to Fortran what a lone bracket is to C.
+/// `enddo ; enddo`, `else` or `10 continue`: like a lone bracket in C.
 bool onlyCloses(std::string_view code) {
   std::string_view last;
   for (std::size_t at = 0; at < code.size();) {
@@ -57,7 +57,7 @@ std::vector<int> significantLines(const std::vector<FortranLine>& logical) {
   return significant;
 }
 
-/// Whether the region of such a directive ends with the loop behind it where no end says otherwise.
+/// Whether the region of the directive ends with the following loop if there is no end directive.
 bool belongsToLoop(const Directive& directive) {
   return std::any_of(directive.words.begin(), directive.words.end(), [](const std::string& word) {
     return word == "do" || word == "simd" || word == "loop" || word == "taskloop" || word == "distribute";
@@ -185,7 +185,7 @@ class FortranFinder {
     }
   }
 
-  /// As it is written: a text without its quotes, or a name.
+  /// A text without its quotes, or a name as written.
   [[nodiscard]] std::string firstArgument(std::size_t index) const {
     const std::string_view line = lines_.line(logical_[index].first);
     const std::size_t open = line.find('(');

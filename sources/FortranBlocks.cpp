@@ -21,7 +21,7 @@ std::vector<std::string_view> wordsOf(std::string_view statement) {
   return words;
 }
 
-/// `x = 1` assigns to whatever it begins with; `do i = 1, n` is no assignment.
+/// Whether the statement is an assignment such as `x = 1`; `do i = 1, n` is none.
 bool isAssignment(std::string_view statement, std::string_view first) {
   std::string_view rest = statement.substr(std::min(first.size(), statement.size()));
   while (rest.starts_with(' ')) rest.remove_prefix(1);
@@ -32,7 +32,7 @@ bool isProcedureWord(std::string_view word) {
   return word == "subroutine" || word == "function" || word == "program";
 }
 
-/// The name of the procedure that a statement begins; empty where it begins none.
+/// The name of the procedure that a statement begins; empty when it begins none.
 std::string procedureName(std::string_view statement, const std::vector<std::string_view>& words) {
   if (words.size() >= 3 && words[0] == "module" && words[1] == "procedure") return std::string(words[2]);
   for (std::size_t i = 0; i + 1 < words.size(); ++i) {
@@ -71,7 +71,7 @@ std::vector<FortranBlocks::Block> FortranBlocks::take(std::string_view statement
   };
   std::vector<std::string_view> words = wordsOf(statement);
   if (words.empty()) return closed;
-  if (isDigit(words[0].front())) {  // a statement with a number ends the loops that name it
+  if (isDigit(words[0].front())) {  // a statement with a label ends the loops that name that label
     const std::string label(words[0]);
     while (!open_.empty() && open_.back().label == label) closeOne();
     statement.remove_prefix(label.size());
@@ -107,7 +107,7 @@ std::vector<FortranBlocks::Block> FortranBlocks::take(std::string_view statement
              (first == "block" && words.size() == 1)) {
     open({.name = {}, .label = {}});
   } else if ((first == "where" || first == "forall") && statement.ends_with(')')) {
-    // A mask that is followed by nothing opens a block; one before an assignment does not.
+    // A mask alone opens a block; a mask before an assignment does not.
     int depth = 0;
     std::size_t end = statement.find('(');
     for (; end < statement.size(); ++end) {

@@ -7,7 +7,7 @@
 
 namespace kelvar_sources {
 
-/// Follows the constructs of Fortran that have an end of their own.
+/// Follows the Fortran constructs that have an end statement.
 class FortranBlocks {
  public:
   struct Block {
@@ -18,14 +18,14 @@ class FortranBlocks {
     int number = 0;     ///< counts all blocks from 1
   };
 
-  /// Takes a statement in small letters. Answers the blocks that it closes, the innermost first.
+  /// Takes a statement in lower case. Returns the blocks that it closes, the innermost first.
   std::vector<Block> take(std::string_view statement);
 
-  /// Whether the statement that came last opened a loop.
+  /// Whether the last statement opened a loop.
   [[nodiscard]] bool openedLoop() const noexcept { return openedLoop_; }
-  /// Of the innermost open block; 0 where none is open.
+  /// The number of the innermost open block; 0 when none is open.
   [[nodiscard]] int innermost() const noexcept { return open_.empty() ? 0 : open_.back().number; }
-  /// Of the innermost procedure; empty outside of all.
+  /// The name of the innermost procedure; empty outside of procedures.
   [[nodiscard]] std::string procedure() const;
 
  private:

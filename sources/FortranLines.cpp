@@ -60,7 +60,7 @@ class Reader {
   }
 
   void takeSentinel(int number, std::string_view line, std::size_t mark) {
-    std::string_view text = line.substr(mark + 2);  // behind the `$`
+    std::string_view text = line.substr(mark + 2);  // after the `$`
     const std::string_view behind = text.substr(3);
     const bool continuesFixed =
         fixed_ && mark == 0 && line.size() > 5 && line[5] != ' ' && line[5] != '0' && line[5] != '\t';
@@ -83,7 +83,7 @@ class Reader {
     const bool goesOn = fixedGoesOn || (!fixed_ && codeOpen_);
     codeOpen_ = !fixed_ && code.ends_with('&');
     if (goesOn && !out_.empty() && out_.back().what == FortranLine::What::code) {
-      constexpr std::size_t kLongest = 4000;  // no statement that is looked at is as long
+      constexpr std::size_t kLongest = 4000;  // no relevant statement is longer
       if (out_.back().text.size() < kLongest) out_.back().text += ' ' + code;
       out_.back().last = number;
       return;
@@ -91,7 +91,7 @@ class Reader {
     out_.push_back({FortranLine::What::code, number, number, static_cast<int>(at) + 1, code});
   }
 
-  /// The code of a line in small letters; texts in quotes are empty, a comment is gone.
+  /// The code of a line in lower case, without comments and the content of quotes.
   static std::string withoutTexts(std::string_view line) {
     std::string code;
     char quote = 0;

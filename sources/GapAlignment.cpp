@@ -1,6 +1,6 @@
-// The best sums for all beginnings of the two lists and for all their ends. A pair is in a best alignment if its
-// likeness, the best before it and the best behind it add up to the best of all: so all best alignments are known at
-// once, and where they differ.
+// Computes the best sums for all beginnings of the two lists and for all their ends. A pair is part of a best alignment
+// if its likeness, the best sum before it and the best sum after it add up to the best of all. That gives all best
+// alignments at once, and where they differ.
 #include "GapAlignment.h"
 
 #include <algorithm>
@@ -83,7 +83,7 @@ GapAlignment alignedWhole(std::span<const Fingerprint> known, std::span<const Fi
   return alignment;
 }
 
-/// Puts the alignment of a part into that of the whole.
+/// Copies the alignment of a part into that of the whole.
 void put(const GapAlignment& part, std::size_t known, std::size_t found, GapAlignment& whole) {
   for (std::size_t i = 0; i < part.partner.size(); ++i) {
     if (part.partner[i] != GapAlignment::kNone) whole.partner[known + i] = found + part.partner[i];
@@ -101,7 +101,7 @@ GapAlignment aligned(std::span<const Fingerprint> known, std::span<const Fingerp
                      .first = std::vector(known.size(), GapAlignment::kNone),
                      .ambiguous = std::vector(known.size(), false),
                      .contested = std::vector(found.size(), false)};
-  // What the two begin and end with alike is taken as it is; the rest is cut into parts at the same shares of both.
+  // Equal beginnings and ends are paired directly; the rest is cut into proportional parts.
   std::size_t first = 0;
   const std::size_t least = std::min(known.size(), found.size());
   while (first < least && known[first] == found[first]) {

@@ -9,15 +9,15 @@
 
 namespace kelvar_sources {
 
-/// Gives labels to sites that have none in the source: `function: parallel`, then `function: parallel 2`. Reports take
-/// sites of one label and kind for one, so no label is given twice.
+/// Makes labels for sites without one in the source: `function: parallel`, then `function: parallel 2`. No label is
+/// given twice, since reports treat sites with equal label and kind as the same.
 class Labels {
  public:
   /// Marks a label as taken.
   void take(Kind kind, const std::string& label);
-  /// The same; answers whether it was free.
+  /// The same; returns whether it was free.
   bool tryTake(Kind kind, const std::string& label);
-  /// The smallest number that is free. `place` stands for the function where there is none: the leaf of the file.
+  /// A label with the smallest free number. Without a function, the label begins with `place`, the file's name.
   [[nodiscard]] std::string give(Kind kind, const std::string& function, const std::string& place);
 
  private:

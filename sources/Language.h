@@ -5,17 +5,17 @@
 
 namespace kelvar_sources {
 
-/// How a file is read.
+/// The syntax of a source file.
 enum class Language {
-  c,             ///< C, C++ and what is written like them
+  c,             ///< C, C++ and languages with the same tokens
   freeFortran,   ///< `!` begins a comment anywhere
   fixedFortran,  ///< a `c`, `*` or `!` in column 1 makes a comment, column 6 continues a line
 };
 
-/// By the ending of the path; none where it is no ending of a source file.
+/// By the suffix of the path; none if that is no suffix of a source file.
 [[nodiscard]] std::optional<Language> languageOf(std::string_view path);
 
-/// Whether these bytes are no text: a zero byte among the first ones.
+/// Whether the bytes are no text: there is a zero byte near the beginning.
 [[nodiscard]] bool isBinary(std::string_view bytes);
 
 }  // namespace kelvar_sources

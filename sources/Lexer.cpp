@@ -1,5 +1,5 @@
-// One pass over the bytes. A table sorts each byte into a class, words and blanks are skipped in loops of their own,
-// and all that a compiler would complain of ends where its line or the text ends.
+// One pass over the bytes. A table gives the class of each byte; words and blanks are skipped in tight loops. Malformed
+// tokens end with their line or with the text.
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -84,7 +84,7 @@ class Lexer {
         return slash();
       case Class::hash:
         return lineIsFresh_ ? directive() : punctuation();
-      case Class::backslash:  // a splice, or nothing that code is made of
+      case Class::backslash:  // a line splice, or a stray byte
         ++at_;
         if (peek() == '\r') ++at_;
         if (peek() == '\n') ++at_;
@@ -125,7 +125,7 @@ class Lexer {
     emit(TokenKind::number, from);
   }
 
-  /// Ends with the line where its quote is missing.
+  /// Ends with the line if the closing quote is missing.
   void quoted(char quote) {
     ++at_;
     while (at_ < source_.size() && source_[at_] != quote && source_[at_] != '\n') {
@@ -190,7 +190,7 @@ class Lexer {
     emit(TokenKind::remark, from + kName.size());
   }
 
-  /// From here to where the logical line ends: behind splices and comments that go over several lines.
+  /// From here to the end of the logical line, after line splices and multi-line comments.
   [[nodiscard]] std::size_t directiveEnd(std::size_t from, std::size_t& codeEnd) const {
     std::size_t at = from;
     codeEnd = std::string_view::npos;
@@ -231,7 +231,7 @@ class Lexer {
     if (conditionals_.dead()) skipDead();
   }
 
-  /// Steps over lines that are left out for certain, looking at their directives alone.
+  /// Skips lines that are certainly not compiled, looking only at directives.
   void skipDead() {
     while (conditionals_.dead() && at_ < source_.size()) {
       const std::size_t lineEnd = source_.find('\n', at_);
@@ -258,7 +258,7 @@ class Lexer {
   TokenList out_;
   Conditionals conditionals_;
   std::size_t at_ = 0;
-  bool lineIsFresh_ = true;  // nothing but blanks and comments on the line so far
+  bool lineIsFresh_ = true;  // only blanks and comments on the line so far
 };
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace kelvar_sources {
 
 namespace {
 
-/// The directive that a line holds, or else what comes before its first bracket.
+/// The directive on a line, or else the text before its first bracket.
 std::string directiveOf(std::string_view text) {
   const std::size_t pragma = text.find("pragma ");
   if (text.starts_with('#') && pragma != std::string_view::npos) {
@@ -35,7 +35,7 @@ void takeLines(std::string_view text, bool lastFirst, std::array<std::uint32_t, 
   }
 }
 
-/// How many lines the two have in common, each counted once.
+/// The number of lines that both have, each counted once.
 int commonLines(const std::array<std::uint32_t, Fingerprint::kLines>& a,
                 const std::array<std::uint32_t, Fingerprint::kLines>& b) {
   std::array<bool, Fingerprint::kLines> used{};

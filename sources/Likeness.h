@@ -11,7 +11,7 @@
 
 namespace kelvar_sources {
 
-/// Texts as numbers: equal texts, but for their blanks, have the same. 0 is the empty text.
+/// Numbers texts. Texts that differ only in blanks have the same number; 0 is the empty text.
 class TextNumbers {
  public:
   [[nodiscard]] std::uint32_t of(std::string_view text);
@@ -21,16 +21,16 @@ class TextNumbers {
     using is_transparent = void;
   };
   std::unordered_map<std::string, std::uint32_t, Hash, std::equal_to<>> numbers_;
-  std::string plain_;  // the text that was asked for last, without its blanks; its memory is used again
+  std::string plain_;  // the latest text without blanks, kept to reuse its memory
 };
 
-/// An anchor as numbers.
+/// An anchor with its texts as numbers.
 struct Fingerprint {
   static constexpr std::size_t kLines = 3;
 
   std::uint32_t kind = 0;
   std::uint32_t text = 0;
-  std::uint32_t directive = 0;  ///< what the text begins with: a directive without its clauses, the name of a call
+  std::uint32_t directive = 0;  ///< the beginning of the text: a directive without clauses, or the name of a call
   std::uint32_t function = 0;
   std::array<std::uint32_t, kLines> before{};  ///< the nearest line first
   std::array<std::uint32_t, kLines> after{};
@@ -40,14 +40,14 @@ struct Fingerprint {
 
 [[nodiscard]] Fingerprint fingerprintOf(Kind kind, const Anchor& anchor, TextNumbers& numbers);
 
-/// From this on, two sites may be one.
+/// The least likeness of two sites that may be the same.
 constexpr int kLeastLikeness = 5;
 
-/// Equal text 3, the same directive 1, the same function 3, each common line behind 2 and before 1, the same next line
-/// 2 more. 0 for different kinds.
+/// Points: equal text 3, same directive 1, same function 3, each common line after 2 and before 1, same next line 2
+/// more. 0 for different kinds.
 [[nodiscard]] int likeness(const Fingerprint& a, const Fingerprint& b);
 
-/// What a fingerprint is compared by, the strictest first.
+/// The keys by which fingerprints are compared, the strictest first.
 enum class KeyLevel { full, withoutBefore, textAndAfter };
 using Key = std::array<std::uint32_t, 9>;
 [[nodiscard]] Key keyOf(const Fingerprint& fingerprint, KeyLevel level);

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-/// The bytes of the UTF-8 character that `text` begins with; 0 where it begins with none.
+/// The size of the UTF-8 character at the beginning of `text`; 0 if there is none.
 std::size_t characterSize(std::string_view text) {
   const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
   const unsigned char lead = byte(0);
@@ -20,8 +20,8 @@ std::size_t characterSize(std::string_view text) {
   for (std::size_t i = 1; i < size; ++i) {
     if ((byte(i) & 0xC0) != 0x80) return 0;
   }
-  if (lead == 0xE0 && byte(1) < 0xA0) return 0;  // longer than it needs to be
-  if (lead == 0xED && byte(1) > 0x9F) return 0;  // half of a pair of UTF-16
+  if (lead == 0xE0 && byte(1) < 0xA0) return 0;  // overlong encoding
+  if (lead == 0xED && byte(1) > 0x9F) return 0;  // UTF-16 surrogate
   if (lead == 0xF0 && byte(1) < 0x90) return 0;
   if (lead == 0xF4 && byte(1) > 0x8F) return 0;  // past the last character
   return size;

@@ -8,20 +8,20 @@
 
 namespace kelvar_sources {
 
-/// Where the lines of a text begin. Lines and columns count from 1; columns are bytes.
+/// The lines of a text. Lines and columns count from 1; columns are bytes.
 class Lines {
  public:
-  /// The text has to outlive the object, and be shorter than 4 GiB.
+  /// The text must outlive this object and be shorter than 4 GiB.
   explicit Lines(std::string_view text);
 
-  /// How many lines the text has; one that ends without a line break counts, an empty text has none.
+  /// The number of lines. A last line without a line break counts; an empty text has none.
   [[nodiscard]] int count() const noexcept { return static_cast<int>(starts_.size()); }
   /// The line of a byte. An offset at or past the end belongs to the last line.
   [[nodiscard]] int lineAt(std::size_t offset) const noexcept;
   [[nodiscard]] int columnAt(std::size_t offset) const noexcept;
-  /// Without its line break; empty where there is no such line.
+  /// Without its line break; empty if there is no such line.
   [[nodiscard]] std::string_view line(int number) const noexcept;
-  /// Where the line begins. Requires: 1 <= number <= count().
+  /// The offset of the line. Requires: 1 <= number <= count().
   [[nodiscard]] std::size_t start(int number) const noexcept { return starts_[static_cast<std::size_t>(number) - 1]; }
 
  private:
@@ -29,11 +29,11 @@ class Lines {
   std::vector<std::uint32_t> starts_;
 };
 
-/// The text with every run of blanks, line breaks and line splices as one blank, and none at either end. What is no
-/// UTF-8 becomes U+FFFD, a zero byte too, so that any source can be kept as text.
+/// The text with every run of blanks, line breaks and line splices replaced by one blank, and none at the ends. Zero
+/// bytes and bytes that are no UTF-8 become U+FFFD, so that any source can be stored as text.
 [[nodiscard]] std::string withSingleBlanks(std::string_view text);
 
-/// The same without any blank: lines that differ in layout alone are equal.
+/// The same without any blanks: lines that differ only in layout are equal.
 [[nodiscard]] std::string withoutBlanks(std::string_view text);
 
 [[nodiscard]] constexpr bool isBlank(char c) noexcept {
@@ -50,7 +50,7 @@ class Lines {
   return c >= '0' && c <= '9';
 }
 
-/// The text in lower case; letters of ASCII alone.
+/// The text with ASCII letters in lower case.
 [[nodiscard]] std::string lowered(std::string_view text);
 
 }  // namespace kelvar_sources

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kMostTemplateTokens = 400;
 
-/// Behind `<...>`, or nothing where these are no template arguments.
+/// The token after `<...>`; nothing if these are no template arguments.
 std::optional<std::size_t> behindTemplate(const TokenList& list, const Brackets& brackets, std::size_t from) {
   int depth = 0;
   const std::size_t last = std::min(list.tokens.size(), from + kMostTemplateTokens);
@@ -25,7 +25,7 @@ std::optional<std::size_t> behindTemplate(const TokenList& list, const Brackets&
   return {};
 }
 
-/// Words that may come before an expression; any other word before a name makes a declaration of it.
+/// Words that may come before an expression. Any other word before a name makes it a declaration.
 bool mayComeBefore(std::string_view word) {
   constexpr std::array<std::string_view, 8> kWords{"return", "else", "do",      "co_return",
                                                    "case",   "call", "default", "co_await"};

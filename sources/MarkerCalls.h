@@ -12,25 +12,25 @@
 
 namespace kelvar_sources {
 
-/// A name in the code and, where it is called, the brackets of its arguments.
+/// A name in the code and, if it is called, the brackets of its arguments.
 struct NamedCall {
-  std::size_t first = 0;                ///< the first token of the name with what qualifies it
-  std::size_t name = 0;                 ///< the last token of it
-  std::optional<std::size_t> brackets;  ///< the opening one
+  std::size_t first = 0;                ///< the first token of the qualified name
+  std::size_t name = 0;                 ///< its last token
+  std::optional<std::size_t> brackets;  ///< the opening bracket
 };
 
-/// Reads around the word at `name`; template arguments are stepped over.
+/// Reads the call around the word at `name`, skipping template arguments.
 [[nodiscard]] NamedCall callAt(const TokenList& list, const Brackets& brackets, std::size_t name);
 
-/// Whether the name, as it is qualified here, is the one of a rule: `oneapi::tbb::parallel_for` is `tbb::parallel_for`.
-/// A macro or a function of C is neither qualified nor a member, and what declares it is none of its uses.
+/// Whether the name, as qualified here, matches the one of a rule: `oneapi::tbb::parallel_for` is `tbb::parallel_for`.
+/// A macro or C function is neither qualified nor a member, and its declaration does not count as a use.
 [[nodiscard]] bool isNamed(const TokenList& list, const NamedCall& call, std::string_view pattern);
 
-/// The text of an argument, counted from 1: a literal without its quotes, a name as it is, else nothing.
+/// The text of an argument, counted from 1: a literal without its quotes, or a name; else nothing.
 [[nodiscard]] std::string argumentOf(const TokenList& list, const Brackets& brackets, const NamedCall& call, int number,
                                      bool literalOnly);
 
-/// What a literal stands for: its escapes undone, several in a row as one.
+/// The value of a literal: escapes are replaced, and adjacent literals joined.
 [[nodiscard]] std::string literalValue(std::string_view quoted);
 
 }  // namespace kelvar_sources

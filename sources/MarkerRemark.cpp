@@ -14,7 +14,7 @@ MarkerRemark remarkIn(std::string_view text) {
   remark.word = withSingleBlanks(text.substr(word, at - word));
   while (at < text.size() && isBlank(text[at])) ++at;
   std::string_view rest = text.substr(at);
-  if (!rest.starts_with('"')) {  // a label of one line may go without quotes
+  if (!rest.starts_with('"')) {  // quotes are optional
     rest = rest.substr(0, rest.find('\n'));
     remark.label = withSingleBlanks(rest);
     return remark;

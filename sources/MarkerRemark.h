@@ -5,10 +5,10 @@
 
 namespace kelvar_sources {
 
-/// What a comment of ours says behind `kelvar:`.
+/// The content of a comment after `kelvar:`.
 struct MarkerRemark {
   std::string word;   ///< `parallel`, `end`
-  std::string label;  ///< empty: none
+  std::string label;  ///< empty if there is none
 };
 
 [[nodiscard]] MarkerRemark remarkIn(std::string_view text);

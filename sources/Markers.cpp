@@ -70,7 +70,7 @@ class MarkerFinder {
     takePragma(index, "pragma " + literalValue(list_.text(index + 2)), index + 3, index + 2);
   }
 
-  /// `text` begins with the word pragma; the directive's tokens go to `last`, and its line's end is that of `shown`.
+  /// `text` begins with the word pragma; `last` is the directive's last token, and its line ends where `shown` does.
   void takePragma(std::size_t index, std::string_view text, std::size_t last, std::size_t shown) {
     while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
     text.remove_prefix(std::min(text.size(), std::string_view("pragma").size()));
@@ -124,7 +124,7 @@ class MarkerFinder {
     }
   }
 
-  /// `TYPE variable(...)` and `TYPE{...}` hand over arguments like a call.
+  /// `TYPE variable(...)` and `TYPE{...}` have arguments like a call.
   [[nodiscard]] NamedCall objectAt(NamedCall call) const {
     std::size_t at = call.name + 1;
     if (at < list_.tokens.size() && list_.tokens[at].kind == TokenKind::word) ++at;

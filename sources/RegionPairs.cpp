@@ -23,7 +23,7 @@ void RegionPairs::close(std::size_t index, std::size_t at) {
 
 void RegionPairs::begin(const std::string& name, const std::string& key, std::size_t site, std::uint32_t block) {
   if (!key.empty()) {
-    // A second beginning of the same name: the first was left by all its ways out.
+    // A second beginning of the same name: the first region has ended on all paths.
     Stack& same = pruned(joined(name, key));
     if (!same.empty() && opens_[same.back()].tentative != kNone) close(same.back(), opens_[same.back()].tentative);
     same.push_back(opens_.size());

@@ -8,22 +8,22 @@
 
 namespace kelvar_sources {
 
-/// Pairs markers that begin a region with the calls or comments that end it. An end in the block of its beginning ends
-/// it; ends in blocks further in leave the function early, and the last of them counts where no other comes.
+/// Pairs markers that begin a region with the calls or comments that end it. An end in the same block as the beginning
+/// ends the region. Ends in inner blocks belong to early exits; the last of them counts if there is no other.
 class RegionPairs {
  public:
   struct Pair {
     std::size_t site = 0;
-    std::size_t end = 0;  ///< as it was given to `end`
+    std::size_t end = 0;  ///< as given to `end`
   };
 
-  /// `name` is what ends the region; `key` the label or handle that the two share, which may be empty. `block` tells
-  /// blocks apart.
+  /// `name` is the name that ends the region; `key` the label or handle that both share, which may be empty. `block`
+  /// identifies the block.
   void begin(const std::string& name, const std::string& key, std::size_t site, std::uint32_t block);
-  /// An end without a key ends the region that began last; one with a key only a region with that key.
+  /// An end without a key ends the latest region; one with a key only a region with that key.
   void end(const std::string& name, const std::string& key, std::size_t at, std::uint32_t block);
 
-  /// All pairs, once all was handed over.
+  /// All pairs, after the last end.
   [[nodiscard]] std::vector<Pair> pairs();
 
  private:

@@ -10,7 +10,7 @@ namespace kelvar_sources {
 
 namespace {
 
-/// A key that more files than this have tells nothing of any.
+/// A key that is in more files than this says nothing about any of them.
 constexpr std::size_t kMostFilesOfKey = 64;
 
 using Counts = std::map<std::size_t, int>;  // by file

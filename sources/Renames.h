@@ -7,10 +7,10 @@
 
 namespace kelvar_sources {
 
-/// Which files have another name by now. `exists` says by file number whether a file is there, `git` what is known of
-/// its new name (its own number: nothing). A vanished file is a new one, in which no site was known, where the two
-/// share at least half of the keys of the one that has fewer; of several, the one with the most in common.
-/// Answers a number for each file, its own where it has no other name.
+/// Finds renamed files. `exists` says by file number whether a file exists; `git` holds its new number according to
+/// git, or its own. A vanished file is taken for a new file without known sites if they share at least half of the keys
+/// of the smaller one; among several, for the one with the most common keys. Returns the new number of each file, or
+/// its own.
 [[nodiscard]] std::vector<std::size_t> renamedFiles(const std::vector<KnownSite>& known,
                                                     const std::vector<SeenSite>& seen, const std::vector<bool>& exists,
                                                     const std::vector<std::size_t>& git);

@@ -6,7 +6,7 @@ namespace kelvar_sources {
 
 namespace {
 
-/// One row as it is written here; `column` texts are what a file of rules would hold.
+/// One row of the list. The columns are texts as in a file of rules.
 struct Row {
   const char* name;
   const char* pattern;

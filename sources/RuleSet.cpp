@@ -12,7 +12,7 @@ std::vector<std::string> searchedFor(const std::vector<Rule>& rules) {
     if (rule.form == Form::remark) words.emplace_back("kelvar:");
     if (rule.form == Form::remark || rule.form == Form::directive) continue;
     words.emplace_back(lastWordOf(rule.pattern));
-    // What is qualified is told by a longer word where the last one is a common one.
+    // If the last word of a qualified name is short, a longer one of its words is searched for.
     if (words.back().size() >= FirstWords::kShortest) continue;
     const std::size_t colons = rule.pattern.rfind("::");
     if (colons == std::string::npos) continue;

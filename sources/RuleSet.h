@@ -12,8 +12,7 @@
 
 namespace kelvar_sources {
 
-/// The rules of one scan, arranged by what a reader of sources meets first. Never changes: several threads may share
-/// it.
+/// The rules of one scan, indexed for look-up while sources are read. Immutable, so threads may share it.
 class RuleSet {
  public:
   explicit RuleSet(std::vector<Rule> rules);
@@ -23,15 +22,15 @@ class RuleSet {
 
   /// Rules of calls, objects and arguments whose name ends with this word.
   [[nodiscard]] const std::vector<std::size_t>& named(std::string_view lastWord) const;
-  /// The same whatever the case of the letters.
+  /// The same, ignoring case.
   [[nodiscard]] const std::vector<std::size_t>& namedInAnyCase(const std::string& loweredWord) const;
-  /// Whether any name may begin with this byte, so that most words need no look-up.
+  /// Whether any name may begin with this byte; saves the look-up of most words.
   [[nodiscard]] bool mayBegin(char first) const noexcept { return begins_[static_cast<unsigned char>(first)]; }
   /// Rules of directives of a model such as `omp`.
   [[nodiscard]] const std::vector<std::size_t>& directivesOf(std::string_view model) const;
-  /// Rules of comments of ours by their word.
+  /// Rules of `kelvar:` comments, by word.
   [[nodiscard]] const std::vector<std::size_t>& remarksNamed(std::string_view word) const;
-  /// Whether a call of this name may end a region; the name as it is called, without what qualifies it.
+  /// Whether a call of this unqualified name may end a region.
   [[nodiscard]] bool ends(std::string_view lastWord) const { return !endedBy(lastWord).empty(); }
   /// The rules whose regions it ends.
   [[nodiscard]] const std::vector<std::size_t>& endedBy(std::string_view lastWord) const;
@@ -57,7 +56,7 @@ class RuleSet {
   FirstWords firstWords_;
 };
 
-/// What follows the last `::` of a name.
+/// The part of a name after the last `::`.
 [[nodiscard]] std::string_view lastWordOf(std::string_view name);
 
 }  // namespace kelvar_sources

@@ -41,7 +41,7 @@ bool isName(std::string_view text) {
   return bytes && !text.empty() && !isDigit(text.front()) && text.front() != ':' && text.back() != ':';
 }
 
-/// `#pragma omp parallel`: words with one blank between two, of which the last one names the directive.
+/// Whether these are the words of a directive, separated by single blanks, as in `omp parallel`.
 bool isDirective(std::string_view words) {
   const std::size_t blank = words.find(' ');
   return blank != std::string_view::npos && isName(words.substr(0, blank)) &&

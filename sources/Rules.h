@@ -12,13 +12,13 @@ namespace kelvar_sources {
 
 using Kind = sitenotes::annotation_t::kind_t;
 
-/// What a marker looks like.
+/// The form of a marker.
 enum class Form {
-  directive,  ///< `#pragma omp parallel`, `!$omp parallel`: the last word, among those that name the directive
-  call,       ///< `NAME(...)`, with what qualifies the name
+  directive,  ///< `#pragma omp parallel`, `!$omp parallel`: matches if the directive's words include the last word
+  call,       ///< `NAME(...)`, where the name may be qualified
   object,     ///< `TYPE variable(...)`, `TYPE(...)` or `TYPE` alone
-  argument,   ///< `NAME` as an argument of a call: the call is the site
-  remark,     ///< a comment of ours, `// kelvar: NAME "label"`
+  argument,   ///< `NAME` as an argument of a call; the call is the site
+  remark,     ///< a comment `// kelvar: NAME "label"`
 };
 
 /// Where a marker's label comes from.
@@ -27,7 +27,7 @@ struct LabelSource {
     none,
     literal,   ///< an argument that is a text in quotes
     argument,  ///< an argument that is a text in quotes or a name
-    brackets,  ///< what the brackets behind the directive's name hold
+    brackets,  ///< the content of the brackets after the directive's name
   } from = From::none;
   int index = 1;  ///< of the argument, from 1
 };
@@ -35,12 +35,12 @@ struct LabelSource {
 /// Where the region of a marker ends.
 struct RegionEnd {
   enum class At {
-    none,       ///< the marker is a point
-    statement,  ///< with the next statement
-    call,       ///< with the call
-    block,      ///< with the block around the marker
-    until,      ///< at the call `name` with the same label, or else at the nearest
-    handle,     ///< at the call `name` whose first argument is the same as the marker's
+    none,       ///< there is no region
+    statement,  ///< at the end of the next statement
+    call,       ///< at the end of the call
+    block,      ///< at the end of the block around the marker
+    until,      ///< at the call `name` with the same label, else at the nearest call `name`
+    handle,     ///< at the call `name` with the same first argument as the marker
   } at = At::none;
   std::string name;
 };
@@ -50,23 +50,23 @@ struct Rule {
   std::string name;
   Form form = Form::call;
   std::string pattern;
-  std::optional<Kind> kind;  ///< none: counted, and no site
+  std::optional<Kind> kind;  ///< none: markers are counted, but are no sites
   LabelSource label;
   RegionEnd end;
-  bool onRequest = false;  ///< looked for only where it is named
+  bool onRequest = false;  ///< searched for only with `--only`
 };
 
-/// The kind that ends a region of this kind; none where it has no end of its own.
+/// The kind that ends a region of this kind; none if the kind has no end.
 [[nodiscard]] std::optional<Kind> endOf(Kind kind) noexcept;
 
-/// The markers that are known without a file of rules.
+/// The built-in rules.
 [[nodiscard]] const std::vector<Rule>& builtInRules();
 
-/// The words of the columns, as a file of rules and the printed table have them.
+/// The texts of the columns, as in a file of rules and the printed table.
 [[nodiscard]] std::string patternText(const Rule& rule);
 [[nodiscard]] std::string labelText(const Rule& rule);
 [[nodiscard]] std::string endText(const Rule& rule);
-/// Sets a column from such a word; answers what was expected, empty where it fits.
+/// Sets a column from such a text. Returns what was expected if the text is invalid, else an empty text.
 [[nodiscard]] std::string setPattern(Rule& rule, std::string_view text);
 [[nodiscard]] std::string setLabel(Rule& rule, std::string_view text);
 [[nodiscard]] std::string setEnd(Rule& rule, std::string_view text);

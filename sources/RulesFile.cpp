@@ -13,7 +13,7 @@ namespace {
 
 using K = sitenotes::annotation_t;
 
-/// A YAML text, read whole.
+/// A parsed YAML document.
 class Document {
  public:
   explicit Document(std::string_view text) {
@@ -27,7 +27,7 @@ class Document {
     if (!read) throw RulesError("line " + std::to_string(line) + ": expected YAML (" + problem + ")");
   }
   ~Document() { yaml_document_delete(&document_); }
-  Document(const Document&) = delete;  // it is freed once
+  Document(const Document&) = delete;  // owns the parser's document
   Document& operator=(const Document&) = delete;
 
   [[nodiscard]] yaml_node_t* root() { return yaml_document_get_root_node(&document_); }

@@ -9,14 +9,14 @@
 
 namespace kelvar_sources {
 
-/// A file of rules that cannot be used. what() says where in it, and what was expected there.
+/// Thrown for an invalid file of rules. what() says where, and what was expected there.
 class RulesError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// Reads rules from YAML: a list under `rules`, each with `name`, `pattern`, `kind`, and `label` and `end` where they
-/// are not `none`, as the printed table has them. Throws RulesError; a name that `known` has already is one.
+/// Reads rules from YAML: a list under `rules`, each with `name`, `pattern`, `kind`, and optionally `label` and `end`,
+/// as in the printed table. Throws RulesError, also for a name that is in `known` already.
 [[nodiscard]] std::vector<Rule> rulesIn(std::string_view yaml, const std::vector<Rule>& known);
 
 }  // namespace kelvar_sources

@@ -8,7 +8,7 @@ namespace kelvar_sources {
 
 namespace {
 
-/// How many lines a text has, without a table of them.
+/// The number of lines of a text, without building a table.
 int lineCount(std::string_view source) {
   std::size_t count = 0;
   for (std::size_t at = 0; (at = source.find('\n', at)) != std::string_view::npos; ++at) ++count;

@@ -7,7 +7,7 @@ namespace kelvar_sources {
 
 namespace {
 
-/// A statement that may go on behind the one within it.
+/// A statement that may continue after the statement inside it.
 enum class Pending : char { ifBranch, doLoop };
 
 class StatementReader {
@@ -23,7 +23,7 @@ class StatementReader {
   }
 
  private:
-  /// Whether there is a token at or behind the current one that counts here; goes to it.
+  /// Goes to the next token of this branch, which may be the current one; false at the end.
   bool toCode() {
     while (at_ < list_.tokens.size()) {
       const Token& token = list_.tokens[at_];
@@ -47,7 +47,7 @@ class StatementReader {
     return true;
   }
 
-  /// Steps over `for (...)` and its like down to the innermost statement, and over that.
+  /// Skips `for (...)` and the like down to the innermost statement, and that too.
   bool readHead() {
     while (toCode()) {
       const std::string_view keyword = word();
@@ -69,14 +69,14 @@ class StatementReader {
     return false;
   }
 
-  /// Over a keyword, a `constexpr` behind it, and what is in its brackets.
+  /// Skips a keyword, a `constexpr` after it, and its brackets.
   bool overCondition() {
     ++at_;
     while (toCode() && !word().empty()) ++at_;
     return toCode() && list_.tokens[at_].is('(') && overBrackets();
   }
 
-  /// Up to a `;`, or over `NAME(...) { ... }`, which a macro makes a loop of.
+  /// Skips up to a `;`, or `NAME(...) { ... }`, a loop made by a macro.
   bool readSimple() {
     bool onlyCall = !word().empty();
     std::size_t groups = 0;
@@ -100,7 +100,7 @@ class StatementReader {
     return false;
   }
 
-  /// Whether what is read so far is the beginning of a longer statement.
+  /// Whether the statement so far continues.
   bool goesOn() {
     while (!pending_.empty() || isHandler()) {
       if (pending_.empty()) return true;

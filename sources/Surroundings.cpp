@@ -7,7 +7,7 @@ namespace kelvar_sources {
 namespace {
 
 constexpr std::size_t kLinesAround = 3;
-/// Of a line that is longer, the first bytes tell enough.
+/// Longer lines are cut: the first bytes are distinctive enough.
 constexpr std::size_t kLongestLine = 400;
 
 }  // namespace

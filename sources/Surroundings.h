@@ -9,17 +9,17 @@
 
 namespace kelvar_sources {
 
-/// Tells what is around a line. A line is significant if it has a word or a number of code: comments, lone brackets,
-/// the ends of Fortran's blocks and the preprocessor's conditions come and go without the code being another.
+/// Finds the surroundings of a line. Only significant lines count, which contain a word or number of code. Comments,
+/// lone brackets, ends of Fortran blocks and preprocessor conditions may come and go without a change of the code.
 class Surroundings {
  public:
-  /// `significant` holds line numbers, ascending.
+  /// `significant` holds ascending line numbers.
   Surroundings(const Lines& lines, std::vector<int> significant)
       : lines_(lines), significant_(std::move(significant)) {}
 
   [[nodiscard]] const Lines& lines() const noexcept { return lines_; }
   [[nodiscard]] const std::vector<int>& significant() const noexcept { return significant_; }
-  /// Fills in what is before the line `first` and behind the line `last`.
+  /// Fills in the lines before `first` and after `last`.
   void describe(int first, int last, Anchor& anchor) const;
 
  private:

@@ -13,8 +13,8 @@ enum class TokenKind : std::uint8_t {
   text,         ///< a string literal with its quotes and prefix
   character,    ///< a character literal
   punctuation,  ///< one byte
-  pragma,       ///< a whole `#pragma` line with its continuations, without a comment behind it
-  remark,       ///< what a comment of ours says behind `kelvar:`
+  pragma,       ///< a whole `#pragma` line with continuations, without a trailing comment
+  remark,       ///< the content of a comment after `kelvar:`
   conditional,  ///< where a branch of the preprocessor begins or ends; `mark` says which
 };
 
@@ -26,7 +26,7 @@ constexpr char kBranchesEnd = '.';
 struct Token {
   std::uint32_t offset = 0;
   std::uint32_t length = 0;
-  std::uint32_t branch = 0;  ///< 0: what is always there, or the first of several branches
+  std::uint32_t branch = 0;  ///< 0: unconditional code, or the first of several branches
   TokenKind kind = TokenKind::word;
   char mark = 0;  ///< the byte of a punctuation
 
@@ -35,12 +35,12 @@ struct Token {
   }
 };
 
-/// What a text in C or C++ is made of. Code that the preprocessor leaves out for certain (`#if 0`), the other
-/// directives and comments yield no tokens.
+/// The tokens of a text in C or C++. Code that is certainly not compiled (`#if 0`), other directives and comments yield
+/// no tokens.
 struct TokenList {
   std::string_view source;
   std::vector<Token> tokens;
-  std::vector<std::uint32_t> outerBranch;  ///< by branch: the one that it lies in
+  std::vector<std::uint32_t> outerBranch;  ///< by branch: the branch around it
 
   [[nodiscard]] std::string_view text(const Token& token) const noexcept {
     return source.substr(token.offset, token.length);
@@ -53,7 +53,7 @@ struct TokenList {
   }
 };
 
-/// Never fails: broken code yields the tokens that are there. Takes time linear in the text.
+/// Never fails: broken code yields the tokens that it has. Linear time.
 [[nodiscard]] TokenList lexed(std::string_view source);
 
 }  // namespace kelvar_sources

@@ -9,7 +9,7 @@
 
 namespace kelvar_sources {
 
-/// Pairs known and seen sites whose key only they have. All known ones have to be added first.
+/// Pairs known and seen sites whose key is unique on both sides. All known sites must be added first.
 class UniqueKeys {
  public:
   void addKnown(const Key& key, std::size_t index) {
@@ -27,7 +27,7 @@ class UniqueKeys {
 
   [[nodiscard]] bool empty() const noexcept { return byKey_.empty(); }
 
-  /// In no order: no site is in two pairs.
+  /// The pairs in no particular order; no site is in two of them.
   [[nodiscard]] std::vector<std::pair<std::size_t, std::size_t>> pairs() const {
     std::vector<std::pair<std::size_t, std::size_t>> all;
     for (const auto& [key, holders] : byKey_) {
