@@ -4,7 +4,7 @@ const FACTS = [
   [["time", "surveyTime"], ["share of the program", "share"], ["own share", "own"]],
   [["vectorised", "reason"]],
   [["time", "suitabilityTime"], ["program as a whole", "gain"], ["site by itself", "siteGain"], ["cores", "cores"]],
-  [["races", "races"], ["lock orders", "lockOrders"], ["other findings", "others"]],
+  [["races", "raceCount"], ["lock orders", "lockOrders"], ["other findings", "others"]],
   [["unit steps", "unit"], ["constant steps", "constant"], ["varying steps", "varying"]],
 ];
 const LONGEST = 20000;  // characters of one text
@@ -55,7 +55,8 @@ class Detail {
       if (!row.why[at]) return;
       const list = element("dl");
       for (const [label, field] of FACTS[at]) {
-        if (row[field]) list.append(element("dt", { text: label }), element("dd", { text: row[field].slice(0, LONGEST) }));
+        const value = String(row[field]);
+        if (value) list.append(element("dt", { text: label }), element("dd", { text: value.slice(0, LONGEST) }));
       }
       parts.push(list);
     });

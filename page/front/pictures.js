@@ -84,7 +84,9 @@ class Pictures {
     if (this.drawn.tree.length === 0) this.tree.append(element("p", { class: "soft", text: "Nothing was timed." }));
     squares(this.drawn.tree, 0, 0, width, height, (file, x, y, w, h) => {
       if (w < 3 || h < 3) return;
-      const name = element("div", { class: "box file", role: "listitem", title: file.file + ": " + file.text, text: h > 26 ? leaf(file.file) + "  " + file.text : "" });
+      const name = element("div", { class: "box file", role: "listitem", title: file.file + ": " + file.text });
+      const said = leaf(file.file) + "\u2002" + file.text;
+      if (h > 26 && w > 26) name.append(element("span", { text: w > 14 + 7 * said.length ? said : leaf(file.file) }));
       this.put(name, x, y, w, h);
       const top = h > 60 ? 20 : 0;
       squares(file.within, x + 2, y + top, w - 4, h - top - 2, (node, ...where) => this.node(node, file, where, false));
@@ -123,6 +125,7 @@ class Pictures {
     box.style.top = y + "px";
     box.style.width = w + "px";
     box.style.height = h + "px";
+    if (w < 16 || h < 12) box.style.padding = 0;  // else it is as large as that at least
     this.tree.append(box);
   }
 
@@ -179,7 +182,7 @@ class Pictures {
     const text = this.svg("text", { class: first ? "name first" : "name", y: y + 4 }, first ? label + ": begin here" : label);
     svg.append(text);
     const long = text.getComputedTextLength();
-    const free = (from) => from >= left && from + long <= width && !taken.some(([begin, end, other]) => from < end && from + long > begin && Math.abs(other - y) < 14);
+    const free = (from) => from >= left && from + long <= width && !taken.some(([begin, end, other]) => from < end && from + long > begin && Math.abs(other - y) < 16);
     const from = [x + 14, x - 14 - long].find(free);
     if (from === undefined && !first) return text.remove();
     const begin = from ?? Math.max(left, Math.min(x + 14, width - long));

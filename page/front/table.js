@@ -7,17 +7,17 @@ const BLOCK = 100;  // rows that are asked for at a time
 // Widths are in rem; what `needs` an analysis is left out where the project has no result of it, and what is `spare` where
 // all others take the room, the first one first.
 const COLUMNS = [
-  { field: "label", title: "Site", order: 2, width: 7.4, grows: 3 },
+  { field: "label", title: "Site", order: 2, width: 6.8, grows: 3 },
   { field: "kind", title: "Kind", order: 1, width: 4.6, spare: 1 },
-  { field: "where", title: "Where", order: 0, width: 7.2, grows: 1.5 },
+  { field: "where", title: "Where", order: 0, width: 7.1, grows: 1.5 },
   { field: "time", title: "Time", order: 3, right: true, width: 4.6 },
   { field: "share", title: "Share", right: true, hint: "Part of the whole time", width: 4.2 },
   { field: "own", title: "Own", right: true, hint: "Share without what lies within", width: 3.8, spare: 2 },
   { field: "gain", title: "Gain", order: 11, right: true, hint: "How much faster the program could be", needs: 2, width: 3.6 },
   { field: "vectorised", title: "Vector", order: 8, hint: "Sorts by the priority of loops", needs: 1, width: 3.5 },
-  { field: "races", title: "Races", order: 12, needs: 3, width: 4.1 },
-  { field: "stride", title: "Stride", hint: "The stride that matters", needs: 4, width: 6.8 },
-  { field: "word", title: "Match", hint: "What is stale", width: 4.6 },
+  { field: "races", title: "Races", order: 12, needs: 3, width: 4.7 },
+  { field: "stride", title: "Stride", hint: "The stride that matters", needs: 4, width: 6.9 },
+  { field: "word", title: "Match", hint: "What is stale", width: 5.4 },
 ];
 
 function element(name, values = {}, ...children) {
@@ -188,7 +188,8 @@ class Table {
     cell.textContent = value.length > 300 ? value.slice(0, 300) + "\u2026" : value;
     if (column.field === "label") {
       cell.classList.add("label");
-      cell.style.paddingLeft = .55 + Math.min(row.depth, 6) + "rem";
+      // No indentation: the row above is another site's in most orders.
+      if (row.depth > 0) cell.classList.add("within");
       if (!value) cell.textContent = "(no label)";
       const number = value.length < 300 && value.search(/ \d{1,4}$/);
       if (number > 0) this.keepEnd(cell, value, number);  // names that a scan gives often differ in it alone

@@ -168,6 +168,7 @@ class PageTest(unittest.TestCase):
             self.assertEqual(self.browser.js("return document.querySelector('#plot .name.first').textContent"), "column mean: begin here")
             self.assertIn("races", self.browser.js("return document.querySelector('#tree .races').ariaLabel"))
             self.assertEqual(self.browser.js(outside), 0, width)
+            self.assertEqual(self.browser.js("const t = document.getElementById('tree'); return [t.scrollWidth - t.clientWidth, t.scrollHeight - t.clientHeight]"), [0, 0], width)
         self.browser.size(1400, 1200)
 
     def test_is_accessible_in_dark_and_light_wide_and_narrow(self):
