@@ -116,7 +116,10 @@ class LackeyReader {
                       "smaller input or a greater N reaches further");
       break;
     }
-    if (!any_) input_.refuse("line 1", "the trace of valgrind --tool=lackey --trace-mem=yes");
+    if (!any_) {
+      const std::string trace = "the trace of valgrind --tool=lackey --trace-mem=yes";
+      input_.refuse("line 1", !gaveUp_ ? trace : trace + ", which gave up on the debug information: -gdwarf-4 may do");
+    }
     for (Line& line : lines_) {
       sink_({.stack = {line.frame}, .weights = line.accesses, .steps = line.steps.commonest()});
     }
@@ -133,6 +136,8 @@ class LackeyReader {
       access(text, &Group::loads);
     } else if (takePrefix(text, " S ") || takePrefix(text, " M ")) {
       access(text, &Group::stores);
+    } else if (!any_) {
+      gaveUp_ = gaveUp_ || text.find(" Valgrind: debuginfo reader: ") != std::string_view::npos;
     }
   }
 
@@ -220,6 +225,7 @@ class LackeyReader {
   std::uint64_t accesses_ = 0;
   std::uint64_t instructions_ = 0;
   bool any_ = false;
+  bool gaveUp_ = false;  // valgrind, before the program ran
 };
 
 }  // namespace

@@ -91,6 +91,11 @@ TEST(Readers, RefuseATraceOrItsBinary) {
             "line 1: expected the trace of valgrind --tool=lackey --trace-mem=yes");
   EXPECT_EQ(recordsOf("--lackey", scratch.write("odd", "I  zz\n"), binary),
             "line 1: expected the trace of valgrind --tool=lackey --trace-mem=yes");
+  const std::string dead =
+      "==7== \n==7== Valgrind: debuginfo reader: ensure_valid failed:\n==7== Valgrind: Giving up.\n";
+  EXPECT_EQ(recordsOf("--lackey", scratch.write("dead", dead), binary),
+            "line 1: expected the trace of valgrind --tool=lackey --trace-mem=yes, which gave up on the debug "
+            "information: -gdwarf-4 may do");
   EXPECT_EQ(recordsOf("--lackey", trace, trace), ": expected a program: an ELF file");
   EXPECT_EQ(recordsOf("--lackey", trace, scratch.path("gone")),
             ": expected a program that can be read (No such file or directory)");
