@@ -145,6 +145,22 @@ std::string tableText(const Model& model, const std::vector<Site>& rows, const T
   return table.text(terminal, kNarrower);
 }
 
+namespace {
+
+// Where a line may break: at a blank, but not between a number and its unit.
+std::size_t breakBehind(const std::string& text, std::size_t from) {
+  constexpr std::size_t kLongestUnit = 3;
+  std::size_t end = text.find(' ', from);
+  if (end == std::string::npos) return text.size();
+  const std::size_t behind = text.find_first_not_of("abcdefghijklmnopqrstuvwxyz", end + 1);
+  const std::size_t letters = std::min(behind, text.size()) - (end + 1);
+  const bool number = text.find_first_not_of("(0123456789.", from) == end;
+  if (number && letters > 0 && letters <= kLongestUnit) end = std::min(text.find(' ', end + 1), text.size());
+  return end;
+}
+
+}  // namespace
+
 std::string paragraph(const std::string& start, const std::string& text, const Terminal& terminal) {
   const std::size_t width = std::min(terminal.width, kLongestParagraph);
   const std::string indent(displayWidth(start), ' ');
@@ -152,7 +168,7 @@ std::string paragraph(const std::string& start, const std::string& text, const T
   std::size_t column = indent.size();
   bool first = true;
   for (std::size_t at = 0; at < text.size();) {
-    const std::size_t end = std::min(text.find(' ', at), text.size());
+    const std::size_t end = breakBehind(text, at);
     const std::string word = text.substr(at, end - at);
     const std::size_t taken = displayWidth(word);
     if (!first && column + 1 + taken > width) {
