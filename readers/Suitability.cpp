@@ -121,7 +121,8 @@ class Model final : public Analysis {
     }
     Outcome outcome;
     outcome.remarks.push_back("these gains are a model, Amdahl's law over the survey's shares for " +
-                              std::to_string(wishes_.cores) + " cores: nothing was run");
+                              std::to_string(wishes_.cores) +
+                              " cores: nothing was run, and what is parallel already counts as serial");
     double parallel = 0;
     for (std::size_t i = 0; i < places_.regions().size(); ++i) {
       const double time = timeOf(places_.regions()[i], measured);
