@@ -25,6 +25,10 @@ bool races(const Site& site) {
   return site.races.value_or(0) > 0;
 }
 
+bool gains(const Site& site) {
+  return site.gain.value_or(0) >= kWorthwhile;
+}
+
 double ratioOfTimes(const Site& site) {
   if (!site.surveyTime || !site.suitabilityTime) return 1;
   const double least = std::min(*site.surveyTime, *site.suitabilityTime);
@@ -53,7 +57,7 @@ std::string timePart(const Site& site, const Grounds& grounds) {
 Finding begin(const Site& site, const Grounds& grounds) {
   std::string text = "Begin with " + named(site) + ":";
   if (const std::string part = timePart(site, grounds); !part.empty()) text += " it takes " + part + ",";
-  if (site.gain.value_or(0) >= kWorthwhile) {
+  if (gains(site)) {
     text += " is said to make the program " + gainText(*site.gain) + " as fast";
     if (site.cores > 1) text += " on " + std::to_string(site.cores) + " cores";
     text += ",";
@@ -70,10 +74,11 @@ Finding unannotated(const Site& site, const Grounds& grounds) {
 }
 
 Finding race(const Site& site, std::int64_t count, const EvidenceIndex& evidence) {
-  return {.rule = "race",
-          .sentence = named(site) + " is said to gain " + gainText(*site.gain) + ", but has " +
-                      raceText(site, evidence) + ": mend that before it runs in parallel." + andMore(count),
-          .site = site};
+  std::string text = named(site);
+  if (gains(site)) text += " is said to gain " + gainText(*site.gain) + ", but";
+  text += " has " + raceText(site, evidence) + ": mend that before it runs in parallel.";
+  if (count > 1) text += " " + counted(count - 1, "other site has", "other sites have") + " races as well.";
+  return {.rule = "race", .sentence = text, .site = site};
 }
 
 Finding scalar(const Site& site, std::int64_t count, const Grounds& grounds) {
@@ -105,10 +110,10 @@ void Findings::look(const Site& site) {
   const double gain = site.gain.value_or(0);
   if (site.sort == SiteSort::function && time > 0) function_.offer(site, time);
   if (annotated && !races(site)) {
-    if (gain >= kWorthwhile) gain_.offer(site, gain);
+    if (gains(site)) gain_.offer(site, gain);
     if (time > 0) longest_.offer(site, time);
   }
-  if (annotated && races(site) && gain >= kWorthwhile) race_.offer(site, gain);
+  if (annotated && races(site)) race_.offer(site, gain);
   // A site and its loop have the same time; prefer the site, which has a name and more analyses.
   if (site.vectorised == Vectorised::no && time > 0) scalar_.offer(site, annotated ? time * 1.000001 : time);
   if (annotated && races(site) && site.vectorised && site.vectorised != Vectorised::no)
@@ -129,7 +134,8 @@ std::vector<Finding> Findings::sentences(const Grounds& grounds) const {
   } else if (!longest_.site && function_.site && share(*function_.site) >= kHot) {
     all.push_back(unannotated(*function_.site, grounds));
   }
-  if (race_.site) all.push_back(race(*race_.site, race_.count, evidence));
+  const bool told = vectorisedRace_.site.has_value();  // below
+  if (race_.site && (gains(*race_.site) || !told)) all.push_back(race(*race_.site, race_.count, evidence));
   if (scalar_.site && share(*scalar_.site) >= kHot) all.push_back(scalar(*scalar_.site, 1, grounds));
   if (vectorisedRace_.site) {
     const Site& site = *vectorisedRace_.site;

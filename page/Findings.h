@@ -28,13 +28,11 @@ struct Grounds {
 /// The findings that a reader should see first. Each rule looks at every row and gives at most one sentence, so there
 /// are at most five:
 ///  - begin: the site without a race that makes the program fastest, if by 1.05 or more. If no site has a gain, the
-///  site
-///    with the most time, if it is a tenth or more; if there is no annotated site, the function with the most time.
-///  - race: the site with the greatest gain, of 1.05 or more, among those with a race.
+///    site with the most time, if it is a tenth or more; if no site is annotated, the function with the most time.
+///  - race: the site with the greatest gain among those with a race.
 ///  - scalar: the site or loop with the most time, a tenth or more, among those that are not vectorised.
-///  - conflict: a site that is vectorised and has a race, or whose times by two analyses in the same unit differ by
-///  more
-///    than half, if it takes a hundredth of the time or more.
+///  - conflict: a site that is vectorised and has a race, or whose times by two analyses in one unit differ by more
+///    than half, if it takes a hundredth of the time or more. A race that it names without a gain is not named twice.
 ///  - stale: how many sites do not match, and the one with the most time.
 class Findings {
  public:

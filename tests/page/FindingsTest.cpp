@@ -41,8 +41,10 @@ TEST(Findings, BeginWithTheGreatestGainThatDoesNotRace) {
                 "race: 'racy' (?) is said to gain 7.00x, but has 2 races: mend that before it runs in parallel."}));
 }
 
-TEST(Findings, ARaceThatGainsNothingIsNoReasonToBegin) {
-  EXPECT_EQ(sentencesOn({parallel("idle", 1.04, 0), parallel("racy", 1.04, 1)}), Sentences{});
+TEST(Findings, ARaceIsNamedWhereNothingGains) {
+  EXPECT_EQ(sentencesOn({parallel("idle", 1.04, 0), parallel("racy", 1.04, 1), parallel("too", 1.02, 1)}),
+            Sentences{"race: 'racy' (?) has 1 race: mend that before it runs in parallel. 1 other site has races as "
+                      "well."});
 }
 
 TEST(Findings, CountTheOthersThatARuleHoldsFor) {
