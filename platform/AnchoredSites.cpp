@@ -22,7 +22,8 @@ struct Place {
   bool operator==(const Place&) const = default;
 };
 
-/// Gathers what both tables say of the sites. Anchors name older edits too, so the places of all are kept meanwhile.
+/// Combines the tables of edits and anchors. Anchors may refer to older edits, so the places of all edits are kept
+/// meanwhile.
 class Reader {
  public:
   explicit Reader(const Connection& connection) : connection_(connection) {}
@@ -126,7 +127,7 @@ void editAnchoredSites(const std::string& path, const std::function<AnchoredEdit
     requireWritable(path, edits);
     const Connection connection(path, Connection::Access::create);
     Transaction transaction(connection, Transaction::Kind::write);
-    // Another may have made the file meanwhile: what was decided is not for that one.
+    // Another process may have created the file meanwhile; our decisions do not fit that one.
     if (!isBlank(connection)) connection.refuse("", "a file that nobody else makes at the same time");
     createTables(connection);
     write(connection, {}, edits);

@@ -11,16 +11,16 @@
 
 namespace kelvar_platform {
 
-/// What was around a site when it was last found.
+/// The surroundings of a site when it was last found.
 struct AnchorRow {
   std::int64_t sequence = 0;
   std::int64_t revision = 0;  ///< the edit that put the site there
-  std::string rule;           ///< the marker that it was found by; empty: a person placed it
+  std::string rule;           ///< the rule of its marker; empty for a site placed by hand
   std::string text;
   std::string function;
   std::string before;
   std::string after;
-  std::string label;  ///< the label in the source; empty: it has none of its own
+  std::string label;  ///< the label in the source; empty if there is none
 };
 
 /// A source file as it was at the last scan.
@@ -32,28 +32,28 @@ struct SourceRow {
   bool operator==(const SourceRow&) const = default;
 };
 
-/// A site, dead ones too, with what is known of its surroundings.
+/// A site, living or not, with its surroundings.
 struct AnchoredSite {
-  Site site;                  ///< as the newest edit has it
+  Site site;                  ///< as of its newest edit
   std::int64_t revision = 0;  ///< of that edit
   std::optional<AnchorRow> anchor;
-  bool movedByHand = false;  ///< it is elsewhere than its anchor's edit put it
+  bool movedByHand = false;  ///< its place is not that of its anchor's edit
 };
 
-/// One moment of an annotation database.
+/// The content of an annotation database.
 struct AnchoredSites {
   std::vector<AnchoredSite> sites;  ///< by sequence
   std::vector<SourceRow> sources;   ///< by file
-  std::int64_t nextSequence = 1;    ///< one past the greatest there ever was
+  std::int64_t nextSequence = 1;    ///< one more than the greatest sequence so far
 };
 
-/// What is to be written: everything, or nothing.
+/// Edits to write, all or none.
 struct AnchoredEdits {
   struct Edit {
     Site site;
-    bool appends = true;              ///< false: the edits stay as they are, and only the anchor is renewed
-    bool keepsRevision = false;       ///< the anchor goes on naming the edit that it named
-    std::optional<AnchorRow> anchor;  ///< its sequence and revision are those of the site and its newest edit
+    bool appends = true;              ///< false: no edit is appended, only the anchor is replaced
+    bool keepsRevision = false;       ///< the anchor keeps its own revision
+    std::optional<AnchorRow> anchor;  ///< its sequence, and unless keepsRevision its revision, are filled in
   };
   std::vector<Edit> edits;  ///< in the order of their revisions; a new site has a sequence from nextSequence on
   std::vector<SourceRow> sources;
@@ -65,8 +65,8 @@ struct AnchoredEdits {
 /// Reads the database at `path` within one transaction, opened read-only. Throws ReadError.
 [[nodiscard]] PLATFORM_EXPORT AnchoredSites readAnchoredSites(const std::string& path);
 
-/// Reads the database, asks `decide` what to write, and writes that, all in one transaction. What `decide` throws
-/// passes through, and nothing is written. A file that is not there is made when there is something to write.
+/// Reads the database, calls `decide` for the edits, and writes them, all in one transaction. Exceptions of `decide`
+/// pass through, and nothing is written. A missing file is created if there are edits. Throws ReadError.
 PLATFORM_EXPORT void editAnchoredSites(const std::string& path,
                                        const std::function<AnchoredEdits(const AnchoredSites&)>& decide);
 

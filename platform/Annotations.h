@@ -53,7 +53,7 @@ class PLATFORM_EXPORT AnnotationEditor {
                    int column, const std::function<void(std::int64_t)>& announce = {});
   /// Edits of a site that is not alive are refused.
   void move(std::int64_t sequence, const std::string& file, int line, int column);
-  /// Within its file, down by so many lines; up where they are negative.
+  /// Moves the site down by `lines` in its file, or up if negative.
   void moveBy(std::int64_t sequence, int lines);
   void relabel(std::int64_t sequence, const std::string& label);
   void setDisabled(std::int64_t sequence, bool disabled);

@@ -70,7 +70,7 @@ std::string lineName(std::size_t line) {
   return "line " + std::to_string(line);
 }
 
-/// Reads one line after the other, in memory that is kept for the next.
+/// Reads the lines one after the other, reusing its memory.
 class EvidenceReader {
  public:
   explicit EvidenceReader(std::string file) : file_(std::move(file)) {}
@@ -115,7 +115,7 @@ class EvidenceReader {
   std::vector<Evidence> evidence_;
 };
 
-/// Puts the lines of each detail together, the greatest counts first, and what is too much into one last line.
+/// Groups the lines by detail, the greatest counts first, and replaces those beyond the limit by one last line.
 std::vector<Evidence> cutToSize(std::vector<Evidence> evidence) {
   std::stable_sort(evidence.begin(), evidence.end(), [](const Evidence& a, const Evidence& b) {
     return a.detail != b.detail ? a.detail < b.detail : a.count > b.count;
@@ -140,7 +140,7 @@ std::vector<Evidence> cutToSize(std::vector<Evidence> evidence) {
   return kept;
 }
 
-/// Appends lines to a text, and refuses what no reader would take.
+/// Builds the text of the file, and refuses values that a reader would refuse.
 class EvidenceText {
  public:
   explicit EvidenceText(std::string file) : file_(std::move(file)) {}

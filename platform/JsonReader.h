@@ -42,7 +42,7 @@ class JsonReader {
   /// Reads `file`, which holds one object.
   template <class In, class Out, std::size_t N>
   void readDocument(const std::string& file, const std::array<JsonField<In, Out>, N>& fields, In& to);
-  /// The one object of `line`, which is all of a line of `file`; bytes in a refusal count from its beginning.
+  /// Reads `line`, a whole line of `file` that holds one object. Byte positions in errors count from its beginning.
   template <class In, class Out, std::size_t N>
   void readLine(const std::string& file, std::string_view line, const std::array<JsonField<In, Out>, N>& fields,
                 In& to);
@@ -79,9 +79,9 @@ class JsonReader {
   using Object = simdjson::ondemand::object;
 
   Object openDocument(const std::string& file);
-  /// Of the text that was taken in.
+  /// Opens the text in `text_`.
   Object openText(const std::string& file);
-  /// `end` is what is expected behind the document.
+  /// `end` is what is expected after the document.
   void closeDocument(const char* end);
   Object asObject(JsonValue& value);
   simdjson::ondemand::array asList(JsonValue& value);
@@ -94,7 +94,7 @@ class JsonReader {
   void ignoreNumber(JsonValue& value);
   /// Checks the keys from `first` on, those of one object at its end, for duplicates.
   void checkUnknownKeys(std::size_t first);
-  /// Gives the parser's answer, or refuses the place where it stopped.
+  /// Stores the parser's result in `out`, or refuses the place where the parser stopped.
   template <class T>
   void take(simdjson::simdjson_result<T> result, T& out);
   /// The same for the walk itself, without a copy, which would stall on the stores just made.

@@ -15,7 +15,7 @@ const char* textOrNull(const std::optional<std::string>& text) noexcept {
 
 class ResultDirectory final : public resdir::IResultDirectory {
  public:
-  /// Throws a ReadError where the directory's result.json does not fit.
+  /// Throws a ReadError when the directory's result.json is invalid.
   explicit ResultDirectory(const std::string& path) : path_(path), run_(readRunFile(path + "/result.json")) {}
 
   const char* hostName() override { return textOrNull(run_.hostName); }

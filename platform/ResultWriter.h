@@ -29,7 +29,7 @@ class PLATFORM_EXPORT ResultWriter {
   ResultWriter& operator=(ResultWriter&&) noexcept;
 
   void add(const DetailRecord& detail);
-  /// What the collection's details rest on; taken in any order, written as writeEvidence does.
+  /// Evidence for the details, in any order; written as writeEvidence does.
   void add(Evidence evidence);
   /// Renames the result to its final name. Called once, at the end.
   void finish();

@@ -10,18 +10,18 @@
 
 namespace kelvar_platform {
 
-/// An open SQLite database. What SQLite refuses becomes a ReadError that names the file, and the place that the caller
-/// gave; no memory for the connection itself a std::bad_alloc. One thread at a time may use it and its statements.
+/// An open SQLite database. Errors of SQLite become a ReadError with the file and the place that the caller gave; if
+/// there is no memory for the connection itself, std::bad_alloc. One thread at a time may use it and its statements.
 class Connection {
  public:
   enum class Access { read, write, create };
 
-  /// Opens the file at `path`, which is always taken for a file: `:memory:` and `file:…` have no other meaning here.
+  /// Opens the file at `path`. The path is always that of a file: `:memory:` and `file:…` have no special meaning.
   Connection(std::string path, Access access);
   Connection(const Connection&) = delete;  // statements and transactions refer to it
   Connection& operator=(const Connection&) = delete;
 
-  /// The path as it was given.
+  /// The path as given.
   [[nodiscard]] const std::string& path() const noexcept { return path_; }
   [[nodiscard]] sqlite3* handle() const noexcept { return database_.get(); }
 
@@ -29,13 +29,13 @@ class Connection {
   /// The first value of the first row; 0 if there is none.
   [[nodiscard]] std::int64_t number(const char* sql, const std::string& place = {}) const;
 
-  /// Throws where the file ends within a page: SQLite would read zeros for what was cut off. To be asked within a
+  /// Throws when the file ends within a page: SQLite would read zeros for the missing part. Call it within a
   /// transaction.
   void requireWholePages() const;
 
-  /// Throws what the last call to SQLite came to.
+  /// Throws the error of the last call to SQLite.
   [[noreturn]] void fail(const std::string& place) const;
-  /// Throws a refusal of this file.
+  /// Throws a ReadError for this file.
   [[noreturn]] void refuse(const std::string& place, const std::string& expected) const;
 
  private:
@@ -54,11 +54,11 @@ class Statement {
   Statement(const Connection& connection, std::string_view sql, std::string place = {});
 
   void bind(int parameter, std::int64_t value);
-  /// Bytes are kept as they are. The text has to live until the last step.
+  /// The text is bound byte by byte, and must live until the last step.
   void bind(int parameter, std::string_view text);
   /// Whether there is another row.
   [[nodiscard]] bool step();
-  /// Runs it to its end, now and not with the transaction; then other values may be bound.
+  /// Runs the statement to its end and resets it, so that other values can be bound.
   void finish();
 
   /// SQLITE_INTEGER, SQLITE_TEXT and so on. Must be called before the value is read.

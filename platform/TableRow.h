@@ -10,7 +10,7 @@
 
 namespace kelvar_platform {
 
-/// Which integers a column may hold.
+/// The range of integers that a column may hold.
 struct Range {
   static constexpr std::int64_t kUnbounded = std::numeric_limits<std::int64_t>::max();
 
@@ -26,13 +26,13 @@ struct Range {
 /// `label as UTF-8 text`
 [[nodiscard]] std::string expectedText(const char* name);
 
-/// The row that a statement is at. `key`, the column that tells rows apart, is what a refusal names it by.
+/// The current row of a statement. Errors name it by the column `key`.
 struct Row {
   const Statement& values;
   const char* table;
   const char* keyName;
   int key;
-  std::int64_t number;  // names the row where its key is not fit to
+  std::int64_t number;  // names the row if its key is invalid
 
   [[nodiscard]] std::string place() const;
   [[noreturn]] void refuse(const std::string& expected) const { values.connection().refuse(place(), expected); }
@@ -41,13 +41,13 @@ struct Row {
   [[nodiscard]] std::string_view text(int column, const char* name) const;
 };
 
-/// Hands `take` each row of the table and its number, from 1. Rows are counted in the table's index and read from the
-/// table: a damaged page that leads past some of them, or to some twice, does not go unnoticed.
+/// Calls `take` with each row of the table and its number, from 1. The number of rows is checked against the table's
+/// index, so that damaged pages which skip or repeat rows are noticed.
 void readRows(const Connection& connection, const std::string& table, std::string_view select,
               const std::function<void(const Statement&, std::int64_t)>& take);
 
-/// Whether the database has a table of this name. Views and virtual tables run what the file's writer wants: they are
-/// none.
+/// Whether the database has a table of this name. Views and virtual tables do not count: they could run code that the
+/// file's writer chose.
 [[nodiscard]] bool hasTable(const Connection& connection, const char* name);
 
 }  // namespace kelvar_platform

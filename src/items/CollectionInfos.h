@@ -10,7 +10,7 @@
 
 namespace kelvar_2_1_7 {
 
-/// What one analysis says of a site.
+/// The data of one analysis for a site.
 struct CollectionInfo {
   SummaryDataStatus status = kNotPresent;
   unsigned int count = 0;                                 // 0 or 1

@@ -12,7 +12,7 @@
 
 namespace kelvar_2_1_7 {
 
-/// The one kind of item there is. Folds and joins work on the fields; everyone else reads through SummaryItem.
+/// The only implementation of SummaryItem. Folds and joins work on its fields; all others use the interface.
 class SummaryItemImpl final : public SummaryItem {
  public:
   using CollectionInfo = kelvar_2_1_7::CollectionInfo;
@@ -31,8 +31,8 @@ class SummaryItemImpl final : public SummaryItem {
   /// the source's annotation where it has one: a copy forgets the detail kind, and what merges made of place, label and
   /// annotation kind.
   [[nodiscard]] static SummaryItemImpl* copySummaryItem(SummaryItemImpl* source);
-  /// Folds `other`, which is the same site, into this item; `other` stays as it is. See ItemMerge.cpp for who wins
-  /// what.
+  /// Folds `other`, which is the same site, into this item; `other` stays as it is. See ItemMerge.cpp for which
+  /// values win.
   void merge(SummaryItemImpl* other);
 
   [[nodiscard]] digestio::SummaryDetailKind detailKind() const override { return detailKind_; }

@@ -8,7 +8,7 @@
 
 namespace kelvar_2_1_7 {
 
-/// Several results seen as one: what they agree on. Owns none of them.
+/// Several results as one: the values on which they agree. Does not own them.
 class AggregateSummaryResultImpl final : public SummaryResult {
  public:
   /// Makes room, so that the next append cannot fail.

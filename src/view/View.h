@@ -11,7 +11,7 @@ namespace kelvar_2_1_7 {
 /// Keeps two lists as a view: what is shown, in its order, and the rest.
 class View {
  public:
-  /// To be called when the lists' items were replaced.
+  /// Call this after the lists' items were replaced.
   void itemsChanged() noexcept { byPlace_.clear(); }
   /// Brings the lists up to date: `visible` becomes what the settings show, in their order, and `hidden` the rest, of
   /// all items in the two. Always filters and sorts anew: details may answer differently now. When an exception passes,

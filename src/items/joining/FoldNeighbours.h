@@ -7,7 +7,7 @@
 namespace kelvar_2_1_7 {
 
 /// Folds each item into the one before it for as long as `isOneSite(before, item)`, which is read afresh after each
-/// merge. Linear, and the order stays. Null entries are no site, and go.
+/// merge. Linear; the order stays. Null entries are removed.
 template <class IsOneSite>
 void foldNeighbours(SummaryItems& items, const IsOneSite& isOneSite) {
   SummaryItemImpl* last = nullptr;

@@ -21,7 +21,7 @@ void appendItems(std::vector<SummaryItemImpl*>& items, const SummaryItems& list)
 /// this one: what an ordering leaves undecided is in its final order already.
 [[nodiscard]] std::vector<PlacedItem> placeOrder(const std::vector<SummaryItemImpl*>& items);
 
-/// Orders the items at each place anew, as breakTies has them: the details that it asks may answer differently now.
+/// Orders the items at each place again by breakTies, since their details may answer differently now.
 void breakTiesAnew(std::span<PlacedItem> byPlace);
 
 }  // namespace kelvar_2_1_7

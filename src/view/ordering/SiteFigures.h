@@ -7,8 +7,7 @@
 
 namespace kelvar_2_1_7 {
 
-/// All that reports show of an item besides its place and name, as numbers that order like it. Items that agree on all
-/// of it look alike.
+/// All figures of an item that reports show, as numbers with the same order. Items with equal figures look the same.
 [[nodiscard]] std::vector<std::uint64_t> figuresOf(const SummaryItemImpl& item);
 
 }  // namespace kelvar_2_1_7

@@ -13,7 +13,7 @@ namespace kelvar_2_1_7 {
 inline constexpr std::size_t kHeaderLines = 4;
 using HeaderLines = std::array<std::string_view, kHeaderLines>;
 
-/// The columns in which a table shows what one analysis says.
+/// The columns of one analysis in a table.
 struct ColumnGroup {
   HeaderLines header;  // ragged, and kept so: readers cut these columns by position
   std::size_t filler;  // blanks in place of a cell; some are narrower than the cell that they replace

@@ -6,7 +6,7 @@
 
 namespace kelvar_2_1_7 {
 
-/// What a table shows of each item.
+/// The settings of a table.
 struct Columns {
   bool verbose;
   PerKind<bool> shown;  // the groups of these analyses

@@ -9,7 +9,7 @@
 
 namespace kelvar_2_1_7 {
 
-/// All that a report says. The view is up to date before it is filled in.
+/// The content of a report. The view must be up to date when it is filled in.
 struct SummaryReport {
   PerKind<SummaryDataStatus> statuses;
   const ViewSettings& settings;
