@@ -112,6 +112,24 @@ bool CallGraph::isRecursive(const Part& part) const {
                      [this](std::size_t call) { return groups_[calls_[call].caller] == groups_[calls_[call].callee]; });
 }
 
+/// By group, the most that its calls may lead back to the site. The file does not say which calls of a shared function
+/// do; but code of a site that is called from elsewhere is mostly a body that the site hands over, for example to a
+/// runtime that starts threads.
+std::vector<double> CallGraph::leadingBack(const std::map<std::size_t, Part, std::greater<>>& parts) const {
+  std::vector<double> back(into_.size());
+  const std::size_t highest = parts.begin()->first;
+  for (std::size_t group = parts.rbegin()->first; group < highest; ++group) {
+    if (parts.contains(group)) {
+      back[group] = into_[group];
+      continue;
+    }
+    for (const std::size_t call : outOfGroup_[group]) {
+      back[group] += std::min(calls_[call].cost, back[groups_[calls_[call].callee]]);
+    }
+  }
+  return back;
+}
+
 /// Walks from callers to callees and works out which share of each group runs on behalf of the site. That share is
 /// already in the cost of the site's calls, so only the rest of the group's part in the site is added.
 double CallGraph::timeOf(const Parts& parts) const {
@@ -121,13 +139,14 @@ double CallGraph::timeOf(const Parts& parts) const {
     for (const auto& [group, part] : open) self += part.self;
     return self;
   }
+  const std::vector<double> back = leadingBack(open);
   std::map<std::size_t, double> below;  // by group: the cost of calls into it that come from the site
   double time = 0;
   while (!open.empty()) {
     const std::size_t group = open.begin()->first;
     Part part = std::move(open.begin()->second);
     open.erase(open.begin());
-    const double share = into_[group] > 0 ? std::min(1.0, below[group] / into_[group]) : 0;
+    const double share = back[group] > 0 ? std::min(1.0, below[group] / back[group]) : 0;
     // If the site calls its own function again, everything in that function runs below the site, except for what the
     // first call does outside of it.
     const bool recursive = isRecursive(part);
@@ -135,11 +154,13 @@ double CallGraph::timeOf(const Parts& parts) const {
     std::sort(part.calls.begin(), part.calls.end());
     double here = part.self;
     for (const std::size_t call : outOfGroup_[group]) {
-      const bool inSite = std::binary_search(part.calls.begin(), part.calls.end(), call);
-      if (inSite) here += calls_[call].cost;
-      if (!inSite && share <= 0) continue;
+      const double cost = calls_[call].cost;
       const std::size_t callee = groups_[calls_[call].callee];
-      below[callee] += inSite ? calls_[call].cost : share * calls_[call].cost;
+      const bool inSite = std::binary_search(part.calls.begin(), part.calls.end(), call);
+      if (inSite) here += cost;
+      const double reaches = inSite ? cost : share * std::min(cost, back[callee]);
+      if (reaches <= 0 || back[callee] <= 0) continue;
+      below[callee] += reaches;
       open.try_emplace(callee);
     }
     time += (1 - share) * here;

@@ -33,6 +33,7 @@ class CallGraph {
   void grow(std::size_t function);
   void findGroups();
   void orderCalls();
+  [[nodiscard]] std::vector<double> leadingBack(const std::map<std::size_t, Part, std::greater<>>& parts) const;
   [[nodiscard]] double timeOf(const Parts& parts) const;
   [[nodiscard]] std::map<std::size_t, Part, std::greater<>> byGroup(const Parts& parts) const;
   [[nodiscard]] bool isRecursive(const Part& part) const;

@@ -135,7 +135,8 @@ def perf(path, program, regions, leaf):
 
 def callgrind(path, program, regions, leaf):
     costs, mine, skip, address, names = collections.Counter(), False, None, 0, {}
-    calls, function, callee, homes = collections.Counter(), None, None, collections.defaultdict(set)
+    calls, function, callee = collections.Counter(), None, None
+    owns, arcs = collections.Counter(), collections.Counter()  # by function; by caller and callee
     for line in lines_of(path):
         if line.startswith("ob="):
             m = re.match(r"ob=(?:\((\d+)\))?\s*(.*)", line)
@@ -159,16 +160,40 @@ def callgrind(path, program, regions, leaf):
                        "*": lambda: address}.get(at[0], lambda: int(at, 16))()
             if not skip and mine:
                 costs[address] += int(cost[0]) if cost else 0
-                homes[function].add(address)
-            elif skip == "c" and mine:
-                calls[address, callee] += int(cost[0])
+                owns[function, address] += int(cost[0]) if cost else 0
+            elif skip == "c":
+                arcs[function, callee] += int(cost[0])
+                if mine:
+                    calls[address, function, callee] += int(cost[0])
             skip = None
-    chains = program.resolve(set(costs) | {a for a, _ in calls})
+    chains = program.resolve(set(costs) | {a for a, _, _ in calls})
+    callees = collections.defaultdict(set)
+    for caller, callee in arcs:
+        callees[caller].add(callee)
     for region in regions:
         hit = {a for a in chains if inside(chains[a], region)}
-        # What comes back to the region by a call is counted there already.
-        own = {f for f, addresses in homes.items() if addresses & hit}
-        called = sum(c for (a, f), c in calls.items() if a in hit and f not in own)
+        own = {f for f, a in owns if a in hit}
+        # What comes back to the region by a call is counted there already: directly, or by a function that it calls.
+        outer = collections.Counter()
+        for (a, _, f), cost in calls.items():
+            if a in hit and f not in own:
+                outer[f] += cost
+        back = {}  # how much of each function is the region's
+        for f in own:
+            ours = sum(c for (g, a), c in owns.items() if g == f and a in hit)
+            ours += sum(c for (a, g, h), c in calls.items() if g == f and a in hit and h not in own)
+            whole = sum(c for (g, _), c in owns.items() if g == f) + sum(c for (g, _), c in arcs.items() if g == f)
+            back[f] = ours / max(1, whole)
+        called = 0
+        for first, cost in outer.items():
+            # No more comes along a way than the least of its calls costs.
+            most, wave = {first: cost}, [first]
+            for f in wave:
+                for g in callees[f] - own:
+                    if min(most[f], arcs[f, g]) > most.get(g, 0):
+                        most[g] = min(most[f], arcs[f, g])
+                        wave.append(g)
+            called += max(0, cost - sum(min(c, most[g]) * back[h] for (g, h), c in arcs.items() if h in own and g in most))
         yield sum(costs[a] > 0 for a in hit), (sum(costs[a] for a in hit) + called) / 1e6
 
 
