@@ -158,36 +158,36 @@ std::int64_t countIn(const char* option, const std::string& text, std::int64_t l
 void addOptions(CLI::App& app, Line& line) {
   Wanted& wanted = line.wanted;
   wanted.mapAccesses = kMapAccesses;
-  addText(app, "PROJECT", "Project directory, which is made where it is not there",
+  addText(app, "PROJECT", "Project directory; created if it does not exist",
           [&wanted](const std::string& text) { wanted.project = normalPath(text); });
-  addTexts(app, "COMMAND", "The program and its arguments, behind --", Follows::asManyAsThereAre,
+  addTexts(app, "COMMAND", "The program and its arguments, after --", Follows::asManyAsThereAre,
            [&wanted](const std::string& text) { wanted.command.push_back(text); });
   addRun(app, "Into PROJECT/runs/NAME, a run of its own with the project's annotations", wanted.run);
   addTexts(app, "--only",
-           "Make this analysis alone; may be repeated: survey, vectorization, dependencies, map,\nsuitability",
+           "Make only this analysis; may be repeated: survey, vectorization, dependencies, map,\nsuitability",
            Follows::one, [&wanted](const std::string& text) { takeAnalysis(wanted, text); })
       .value("ANALYSIS");
-  addTexts(app, "--binary", "The program, or its debug file, where COMMAND is a script that starts it", Follows::one,
+  addTexts(app, "--binary", "The program, or its debug file, if COMMAND is a script that starts it", Follows::one,
            [&wanted](const std::string& text) { wanted.binaries.push_back(text); })
       .value("FILE");
-  addTexts(app, "--remarks", "Remarks of the compiler, a file or a folder, where they are not beside the program",
+  addTexts(app, "--remarks", "Remarks of the compiler, a file or a folder, if they are not beside the program",
            Follows::one, [&wanted](const std::string& text) { wanted.remarks.push_back(text); })
       .value("PATH");
-  addPath(app, "--source-root", "DIR", "Relative paths are below DIR; what is not below it is a library's",
+  addPath(app, "--source-root", "DIR", "Relative paths are below DIR; files outside of it are a library's",
           wanted.sourceRoot);
   addText(
       app, "--cores", "How many cores to model; those of this machine, if not given",
       [&wanted](const std::string& text) { wanted.cores = static_cast<int>(countIn("--cores", text, 1, kMostCores)); })
       .value("N");
-  addText(app, "--map-accesses", "Stop the trace of memory after so many accesses (2000000); 0: never",
+  addText(app, "--map-accesses", "Stop the memory trace after N accesses (2000000); 0: never",
           [&wanted](const std::string& text) {
             wanted.mapAccesses = static_cast<std::uint64_t>(
                 countIn("--map-accesses", text, 0, std::numeric_limits<std::int64_t>::max()));
           })
       .value("N");
-  addPath(app, "--keep", "DIR", "Keep the files of the tools in DIR", wanted.keep);
+  addPath(app, "--keep", "DIR", "Keep the tools' files in DIR", wanted.keep);
   addFlag(app, "--dry-run", wanted.dryRun, "Print the commands, ready to paste, and run nothing");
-  addText(app, "--flags", "Print the build flags that the analyses want, for gcc or clang",
+  addText(app, "--flags", "Print the build flags that the analyses need, for gcc or clang",
           [&line](const std::string& text) { line.flagsFor = text; })
       .value("COMPILER");
 }
@@ -211,14 +211,15 @@ constexpr const char* kExamples =
     "\n"
     "The program runs once for each of survey, dependencies and map. The output of its first run is passed on.\n"
     "Exit status: that of the program's first run unless it is 0; else 0 done, 1 an analysis that was possible\n"
-    "failed or none was possible, 2 a usage error, 3 out of memory, or the system failed; 128 and the signal where\n"
-    "one interrupted it.";
+    "failed or none was possible, 2 a usage error, 3 out of memory, or the system failed; 128 plus the signal that\n"
+    "interrupted it.";
 
 }  // namespace
 
 void addCollect(CLI::App& kelvar, Action& chosen) {
   const auto line = std::make_shared<Line>();
-  CLI::App& app = addSubcommand(kelvar, "collect", "Measure a program with the tools of this machine, and import that");
+  CLI::App& app =
+      addSubcommand(kelvar, "collect", "Measure a program with the tools of this machine, and import the results");
   addOptions(app, *line);
   setWork(
       app, kExamples, [line] { return runLine(*line); }, chosen);

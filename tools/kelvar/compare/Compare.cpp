@@ -132,9 +132,9 @@ constexpr const char* kExamples =
     "                                               for a build that guards its hot loops\n"
     "  kelvar compare before --with after --format csv >changes.csv\n"
     "\n"
-    "Exit status: 0 done; 1 something could not be read or written, or what --fail-on asks for was not measured, "
-    "which\n"
-    "is named with the reason; 2 a usage error; 3 out of memory, or the system failed; 4 everything was read, and\n"
+    "Exit status: 0 done; 1 something could not be read or written, or --fail-on could not be decided,\n"
+    "which is named with the reason; 2 a usage error; 3 out of memory, or the system failed; 4 everything was read, "
+    "and\n"
     "--fail-on applies.";
 
 }  // namespace
@@ -145,12 +145,12 @@ void addCompare(CLI::App& kelvar, Action& chosen) {
   addDirectories(app, "BEFORE", "Projects or runs: repeats of one measurement", request->before);
   addDirectories(app, "--with", "The projects or runs to compare with them", request->after);
   addText(app, "--threshold",
-          "Smaller changes of a time do not count; 3 if not given. With fewer than three runs a side, which\n"
-          "are too few for a test, it decides alone",
+          "Smaller changes of a time do not count; 3 if not given. With fewer than three runs on a side, which\n"
+          "are too few for a test, it alone decides",
           [=](const std::string& text) { request->threshold = thresholdIn(text); })
       .value("PERCENT");
   addText(app, "--fail-on",
-          "End with status 4 where a site or the program is slower, a race is there that BEFORE does not\n"
+          "End with status 4 if a site or the program is slower, there is a race that BEFORE does not\n"
           "have (race), a loop is no longer vectorized (vectorization), a site matches the annotations\n"
           "less well (stale) or is gone with its annotation (gone); may be repeated",
           [=](const std::string& text) { request->gates.push_back(&rowNamed("--fail-on", text, gates())); })

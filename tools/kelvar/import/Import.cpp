@@ -33,13 +33,13 @@ constexpr const char* kExamples =
     "  kelvar import map --lackey trace.gz --binary build/app --into my-project\n"
     "  kelvar import suitability --model --cores 8 --into my-project\n"
     "\n"
-    "Files may be compressed (gzip, xz, zstd, bzip2), and - is the standard input. Where my-project has "
-    "annotations.db, what lies within an annotated site counts for that\n"
-    "site, and the state of the result is recorded.\n"
+    "Files may be compressed (gzip, xz, zstd, bzip2), and - is the standard input. If my-project has\n"
+    "annotations.db, data within an annotated site counts for that site, and the state of the annotations is\n"
+    "recorded.\n"
     "\n"
-    "Exit status: 0 done; 1 a file could not be read, or the result not be written, and that of the project is as it\n"
-    "was; or what is kept beside a result could not be written; 2 a usage error; 3 out of memory, or the system\n"
-    "failed.";
+    "Exit status: 0 done; 1 a file could not be read, or the result not be written, and the project's result is\n"
+    "unchanged, or only a file beside the result could not be written; 2 a usage error; 3 out of memory, or the\n"
+    "system failed.";
 
 /// The command line as read, before check() has validated it.
 struct Line {
@@ -100,18 +100,18 @@ void addOptions(CLI::App& app, Line& line) {
   addPath(app, "--into", "PROJECT", "The project directory that gets the result", line.request.wishes.project)
       .required();
   addRun(app, "Into PROJECT/runs/NAME, a run of its own with the project's annotations", line.run);
-  addTexts(app, "--binary", "A program that ran, or its debug file, where the source does not lead there", Follows::one,
+  addTexts(app, "--binary", "A program that ran, or its debug file, if it is not at the path in FILE", Follows::one,
            [&line](const std::string& text) { line.request.binaries.push_back(text); })
       .value("FILE");
-  addText(app, "--event", "Of several that perf counted, the one that is meant", [&line](const std::string& text) {
+  addText(app, "--event", "The event to import, if perf counted several", [&line](const std::string& text) {
     line.request.event = text;
   }).value("NAME");
-  addFlag(app, "--allow-empty", line.request.allowEmpty, "Write a result that says nothing, too");
+  addFlag(app, "--allow-empty", line.request.allowEmpty, "Write the result even if it is empty");
   addText(app, "--cores", "How many cores to model", [&line](const std::string& text) {
     takeCores(line, text);
   }).value("N");
   addText(app, "--map-accesses",
-          "Of a trace of memory, read so many accesses, or ten\ntimes as many instructions; 0: all",
+          "Read at most N accesses of a memory trace, or ten\ntimes as many instructions; 0: all",
           [&line](const std::string& text) {
             const auto count = decimal(text, std::numeric_limits<std::int64_t>::max());
             if (!count) throw UsageError("--map-accesses: expected a count, not " + inQuotes(text));
@@ -121,9 +121,9 @@ void addOptions(CLI::App& app, Line& line) {
   addTexts(app, "--map-path", "Paths below OLD are below NEW in the project", Follows::one,
            [&line](const std::string& text) { takeMapping(line, text); })
       .value("OLD=NEW");
-  addPath(app, "--source-root", "DIR", "Relative paths are below DIR; what is not below it is a library's",
+  addPath(app, "--source-root", "DIR", "Relative paths are below DIR; files outside of it are a library's",
           line.request.paths.sourceRoot);
-  addFlag(app, "--stale-annotations", line.withStale, "Import into sites too that are no longer on their lines");
+  addFlag(app, "--stale-annotations", line.withStale, "Also import into sites that are no longer on their lines");
   addText(app, "--at-least", "Leave out functions below this share of the whole", [&line](const std::string& text) {
     takePercent(line, text);
   }).value("PERCENT");

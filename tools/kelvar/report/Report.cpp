@@ -84,15 +84,16 @@ void addOrder(CLI::App& report, Request& request) {
 void addRows(CLI::App& report, Request& request) {
   Selection& selection = request.selection;
   addText(report, "--format",
-          "text, json or csv: the report as it is, one object, or a line for each row; html: a page in one\n"
-          "file; sarif: what editors and code hosts show at the lines of the sources",
+          "text: the report; json: one object; csv: a line for each row; html: a page in one file; sarif: findings\n"
+          "that editors and code hosts show at the lines of the sources",
           [&](const std::string& text) { request.format = &rowNamed("--format", text, kFormats); })
       .value("FORMAT");
   addPath(report, "--source-root", "DIR", "For html: where the sources are; the working directory if not given",
           request.sourceRoot);
-  addFlag(report, "--evidence", request.evidence, "As json, also what the figures rest on, as the tools said it");
+  addFlag(report, "--evidence", request.evidence,
+          "With --format json: also the tools' own statements behind the figures");
   addFlag(report, "--all-runs", request.allRuns,
-          "As json or csv: every run of the project, one after the other, with what is known of the run");
+          "With --format json or csv: every run of the project, one after the other, with the facts of the run");
   addFlag(report, "--wide", request.wide, "Text format: only the rows, with no value cut");
   addText(report, "--match", "Only the rows whose label or file matches this regular expression (RE2)",
           [&](const std::string& text) { selection.rows.pattern.emplace("--match", text); })

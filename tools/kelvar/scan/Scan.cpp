@@ -113,34 +113,34 @@ void addRepeated(CLI::App& app, const char* name, const char* value, const char*
 constexpr const char* kExamples =
     "Examples:\n"
     "  kelvar annotate annotations.db scan src\n"
-    "  kelvar annotate annotations.db scan src --check      status 4 where the database is behind the sources\n"
+    "  kelvar annotate annotations.db scan src --check      status 4 if the database is behind the sources\n"
     "  kelvar annotate annotations.db scan src --rules wrappers.yaml --exclude 'third_party/*'\n"
     "  kelvar annotate annotations.db scan --list-rules\n"
     "\n"
-    "A line for each change, a tab between each two fields: new, moved, edited, relabelled, gone, revived, ambiguous\n"
+    "A line for each change, with fields separated by tabs: new, moved, edited, relabelled, gone, revived, ambiguous\n"
     "or unclosed; sequence, kind, label, old place or -, new place or -, and the step that decided. Counts by rule go\n"
     "to standard error.\n"
     "Exit status: 0 done; 1 a source or the database could not be read or written; 2 a usage error; 3 out of memory,\n"
-    "or the system failed; 4 with --check, where something would be written.";
+    "or the system failed; 4 with --check, if something would be written.";
 
 }  // namespace
 
 void addScan(CLI::App& annotate, const std::string& database, Action& chosen) {
   CLI::App& app = addSubcommand(annotate, "scan", "Find the markers in source files, and find sites again");
   const auto request = std::make_shared<ScanRequest>();
-  addTexts(app, "SOURCE", "Files, and directories that are walked", Follows::asManyAsThereAre,
+  addTexts(app, "SOURCE", "Files and directories", Follows::asManyAsThereAre,
            [&sources = request->sources.sources](const std::string& text) {
              if (text.empty()) throw UsageError("SOURCE: expected a path, not an empty text");
              sources.push_back(text);
            });
-  addPath(app, "--source-root", "DIR", "Names of files in the database are below DIR", request->sources.sourceRoot);
+  addPath(app, "--source-root", "DIR", "File names in the database are relative to DIR", request->sources.sourceRoot);
   addPath(app, "--rules", "FILE", "A project's own markers, in YAML", request->rulesFile);
-  addRepeated(app, "--only", "RULE", "Look for the markers of this rule alone; may be repeated", request->only);
-  addRepeated(app, "--exclude", "GLOB", "Leave out files and folders of such names; may be repeated",
+  addRepeated(app, "--only", "RULE", "Search only for the markers of this rule; may be repeated", request->only);
+  addRepeated(app, "--exclude", "GLOB", "Leave out files and folders that match; may be repeated",
               request->sources.excluded);
-  addFlag(app, "--no-new", request->noNew, "Find sites again, and make none");
+  addFlag(app, "--no-new", request->noNew, "Find known sites again, but add no new ones");
   addFlag(app, "--dry-run", request->dryRun, "Print what would change, and write nothing");
-  addFlag(app, "--check", request->check, "The same; ends with status 4 where something would be written");
+  addFlag(app, "--check", request->check, "The same; ends with status 4 if something would be written");
   addFlag(app, "--list-rules", request->listRules, "Print the table of markers");
   addJson(app, request->json);
   setWork(

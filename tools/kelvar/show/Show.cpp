@@ -43,7 +43,7 @@ constexpr const char* kExamples =
     "Examples:\n"
     "  kelvar show my-project                  the annotated sites, longest first, and what stands out\n"
     "  kelvar show my-project --all            with functions and loops\n"
-    "  kelvar show my-project solver           all about one site: by label, number or FILE:LINE\n"
+    "  kelvar show my-project solver           everything about one site: by label, number or FILE:LINE\n"
     "  kelvar show my-project src/solver.cpp   a file with the figures of its lines\n"
     "\n"
     "Gain is how much faster the whole program could be; share and own are parts of the program's time, with\n"
@@ -114,7 +114,7 @@ void addShow(CLI::App& kelvar, Action& chosen) {
   CLI::App& app = addSubcommand(kelvar, "show", "Show a project, a site or a file to people");
   const auto request = std::make_shared<Request>();
   addPieces(app, request->project);
-  addText(app, "SITE", "One site alone: its label, its number or FILE:LINE; or a FILE",
+  addText(app, "SITE", "Only this site: its label, its number or FILE:LINE; or a FILE",
           [=](const std::string& text) { request->site = text; });
   addText(app, "--sort", "Order of the rows, by name or number, as of 'report'; survey-cpu-time if not given",
           [=](const std::string& text) { request->ordering = orderingNamed("--sort", text); })

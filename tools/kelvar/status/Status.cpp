@@ -218,10 +218,10 @@ void addStatus(CLI::App& kelvar, Action& chosen) {
   const auto request = std::make_shared<Request>();
   addPieces(app, request->project);
   addHidings(app, request->project);
-  addPath(app, "--source-root", "DIR", "Names of source files in the database are below DIR", request->sourceRoot);
+  addPath(app, "--source-root", "DIR", "File names in the database are relative to DIR", request->sourceRoot);
   addText(app, "--fail-on",
-          "End with status 4 where a site matches approximately or not at all, or its source is not as it\n"
-          "was (approximate); or where one matches not at all, or is found nowhere in its source (none)",
+          "End with status 4 if a site matches approximately or not at all, or its source was edited\n"
+          "(approximate); or if a site does not match at all, or is no longer in its source (none)",
           [&target = *request](const std::string& text) { target.failOn = &rowNamed("--fail-on", text, kThresholds); })
       .value("MATCH");
   setWork(

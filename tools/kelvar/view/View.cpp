@@ -37,11 +37,12 @@ constexpr const char* kExamples =
     "Examples:\n"
     "  kelvar view my-project                       opens the page in the browser; Ctrl-C ends it\n"
     "  kelvar view my-project --source-root ~/code  with the sources below ~/code\n"
-    "  kelvar view my-project --no-open --port 8080 prints the address alone\n"
+    "  kelvar view my-project --no-open --port 8080 only prints the address\n"
     "  kelvar view p/runs/monday --with p/runs/tuesday\n"
     "                                               and what changed from one run to the other\n"
     "\n"
-    "Only who knows the address is answered, and only on this machine. The page follows when results change.";
+    "Only a browser that knows the address gets an answer, and only on this machine. The page updates when results\n"
+    "change.";
 
 std::uint16_t portIn(const std::string& text) {
   const auto port = decimal(text, std::numeric_limits<std::uint16_t>::max());
@@ -135,7 +136,7 @@ void addView(CLI::App& kelvar, Action& chosen) {
           request->sourceRoot);
   addPath(app, "--with", "OTHER", "Another project or run: the page also shows what changed from PROJECT to it",
           request->with);
-  addFlag(app, "--no-open", request->noOpen, "Print the address alone");
+  addFlag(app, "--no-open", request->noOpen, "Only print the address");
   setWork(
       app, kExamples, [request] { return view(*request); }, chosen);
 }
