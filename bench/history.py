@@ -1,15 +1,16 @@
 #!/usr/bin/env python3
 """How many sites keep their number over the history of a project: history.py KELVAR REPOSITORY...
 
-For pairs of commits that are 10, 50 and 200 apart in a chain of parents, the older tree is scanned, then the newer one with
-the same database. What became of each site in truth is told by the changes in between, commit by commit, as
-`git diff -p -M -w` has them: a line is shifted, edited within a hunk, or taken away.
+For pairs of commits that are 10, 50 and 200 apart in a chain of parents, the older tree is scanned, then the newer one
+with the same database. The trees are those of a repository, so that the scan may ask git. What became of each site in
+truth is told by the changes in between, commit by commit, as `git diff -p -M -w` has them: a line is shifted, edited
+within a hunk, or taken away.
 
-Prints a row for each repository and distance: the sites that survived, how many of them kept their number, how many
-came out at another place, how many the scan left open (it named them, and could not tell where they are), and of the
-sites that were deleted, how many live on as another. A site whose line was taken away and put elsewhere in one commit
-is left out: whether that is the same site, no change says. So is one of which the code is around another marker of the
-file, and other code is where the changes lead.
+Prints a row for each repository and distance, and one for all of them: the sites that survived, how many of them kept
+their number, how many came out at another place, how many the scan left open (it named them, and could not tell where
+they are), and of the sites that were deleted, how many live on as another. A site whose line was taken away and put
+elsewhere in one commit is left out: whether that is the same site, no change says. So is one of which the code is around
+another marker of the file, and other code is where the changes lead.
 """
 
 import argparse
@@ -19,6 +20,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+from collections import Counter
 from pathlib import Path
 
 DIRECTIVE = re.compile(r"^\s*(?:#\s*pragma\s+|[!cC*]\$)(omp|acc)\b\s*(.*)$", re.IGNORECASE)
@@ -205,9 +207,14 @@ SOURCES = {".c", ".cc", ".cpp", ".cxx", ".h", ".hh", ".hpp", ".hxx", ".cu", ".cu
 
 
 def checkout(repo, commit, tree):
-    """Writes the source files of a commit; the repository may lack others."""
+    """Makes a work tree with the source files of a commit; the repository may lack others. The scan can ask git there."""
     shutil.rmtree(tree, ignore_errors=True)
     tree.mkdir()
+    git(tree, "init", "-q")
+    objects = repo.resolve() / git(repo, "rev-parse", "--git-path", "objects").strip()
+    (tree / ".git/objects/info/alternates").write_text(f"{objects}\n")
+    git(tree, "update-ref", "--no-deref", "HEAD", commit)
+    git(tree, "read-tree", commit)
     entries = []
     for entry in git(repo, "ls-tree", "-r", "-z", commit).split("\0"):
         if not entry.startswith("100"):
@@ -267,6 +274,15 @@ def leave_out_moved(truth, around, blocks):
             truth[number] = "unsure"
 
 
+def row(name, distance, sums):
+    def percent(part, whole):
+        return 100 * sums[part] / sums[whole] if sums[whole] else 0
+
+    print(f"{name:24}{distance:6}{sums['survived']:10}{percent('kept', 'survived'):9.2f}{percent('wrong', 'survived'):9.2f}"
+          f"{percent('open', 'survived'):8.2f}{sums['deleted']:9}{percent('returned', 'deleted'):12.2f}{sums['unsure']:8}",
+          flush=True)
+
+
 def measure(kelvar, repo, commits, scratch, verbose):
     """`commits` are a piece of a chain, the newest first."""
     tree = Path(scratch) / "tree"
@@ -281,7 +297,7 @@ def measure(kelvar, repo, commits, scratch, verbose):
     checkout(repo, commits[0], tree)
     leave_out_moved(truth, around, Blocks(tree))
     found, left_open = scan(kelvar, database, tree)
-    counts = dict.fromkeys(("survived", "kept", "wrong", "open", "lost", "deleted", "returned", "unsure"), 0)
+    counts = Counter()
     for number, place in truth.items():
         if place == "unsure":
             counts["unsure"] += 1
@@ -317,27 +333,23 @@ def main():
     options = parser.parse_args()
     kelvar = str(Path(options.kelvar).resolve())
     print(f"{'project':24}{'apart':>6}{'survived':>10}{'kept %':>9}{'wrong %':>9}{'open %':>8}{'deleted':>9}{'returned %':>12}{'unsure':>8}")
+    totals = {distance: Counter() for distance in options.distances}
     for repo in options.repositories:
         commits = chain(repo, options.last_parent, options.pairs * options.stride + max(options.distances) + 1)
         name = repo.parent.name if repo.name == "repo" else repo.name
         for distance in options.distances:
-            sums = {}
+            sums = Counter()
             for pair in range(options.pairs):
                 newer = pair * options.stride
                 if newer + distance >= len(commits):
                     break
                 with tempfile.TemporaryDirectory() as scratch:
-                    counts = measure(kelvar, repo, commits[newer : newer + distance + 1], scratch, options.verbose)
-                for key, value in counts.items():
-                    sums[key] = sums.get(key, 0) + value
-            if not sums.get("survived"):
-                continue
-            kept = 100 * sums["kept"] / sums["survived"]
-            wrong = 100 * sums["wrong"] / sums["survived"]
-            left_open = 100 * sums["open"] / sums["survived"]
-            returned = 100 * sums["returned"] / sums["deleted"] if sums["deleted"] else 0
-            print(f"{name:24}{distance:6}{sums['survived']:10}{kept:9.2f}{wrong:9.2f}{left_open:8.2f}"
-                  f"{sums['deleted']:9}{returned:12.2f}{sums['unsure']:8}", flush=True)
+                    sums += measure(kelvar, repo, commits[newer : newer + distance + 1], scratch, options.verbose)
+            totals[distance] += sums
+            if sums["survived"]:
+                row(name, distance, sums)
+    for distance, sums in totals.items():
+        row("all", distance, sums)
 
 
 if __name__ == "__main__":
