@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,6 +17,8 @@ struct Wishes {
   std::string project;
   int cores = 0;       ///< that the model assumes
   double atLeast = 0;  ///< percent of the total; a function below it gets no row
+  /// The last line of the loop at a line and column of a file; 0 if the source does not tell. May be empty.
+  std::function<int(const std::string&, int, int)> lastLineOfLoop = {};
 };
 
 /// Turns records into the details of one kind of analysis. Records come one by one, and are not kept unless the kind

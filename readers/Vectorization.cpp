@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <functional>
 #include <limits>
 #include <map>
 #include <set>
@@ -24,6 +25,8 @@ struct Loop {
   std::map<std::string, bool> copies;  // by function: whether the copy there was vectorised
   std::set<std::string> widths;
   std::map<std::pair<bool, std::string>, std::int64_t> words;  // count by (vectorised, message)
+  int end = 0;                                                 // the line after its last one
+  double self = 0;                                             // without the loops in it
   double time = 0;
   int id = 0;
   std::vector<std::size_t> regions;  // innermost first
@@ -39,8 +42,9 @@ auto inSource(const Loop& loop) {
   return std::tuple(leafOf(loop.file), std::string_view(loop.file), loop.line);
 }
 
-/// The times of loops, from the survey's times by line. Remarks say where a loop begins, not where it ends. So a loop
-/// is taken to reach up to the next loop, but not out of the sites around it; a nested loop is a loop of its own.
+/// Lines from the first to the one before the second.
+using LineRange = std::pair<int, int>;
+
 class Times {
  public:
   explicit Times(const std::vector<KeptLineTime>& lines) {
@@ -53,12 +57,12 @@ class Times {
     }
   }
 
-  /// The time of the loop up to, but not including, the line `end`.
-  [[nodiscard]] double of(const Loop& loop, int end) const {
+  /// The time of the loop without what it has in `others`.
+  [[nodiscard]] double of(const Loop& loop, const std::vector<LineRange>& others) const {
     const auto lines = byLeaf_.find(std::string(leafOf(loop.file)));
     if (lines == byLeaf_.end()) return 0;
     const auto begin = lines->second.lower_bound(loop.line);
-    const auto behind = lines->second.lower_bound(std::max(loop.line, end));
+    const auto behind = lines->second.lower_bound(std::max(loop.line, loop.end));
     std::set<std::string_view> functions;  // those that contain the loop: the ones on its first line with time
     bool outlined = false;
     for (auto at = begin; at != behind && at->first == begin->first; ++at) {
@@ -68,12 +72,17 @@ class Times {
     const bool wrapped = outlined && std::any_of(begin, behind, [](const auto& line) { return isBody(line.second); });
     double time = 0;
     for (auto at = begin; at != behind; ++at) {
+      if (isIn(others, at->first)) continue;
       const std::string& function = at->second->function;
       const bool counts =
           wrapped && function.starts_with(kOutlined) ? isBody(at->second) : functions.contains(function);
       if (counts) time += at->second->time;
     }
     return time;
+  }
+  static bool isIn(const std::vector<LineRange>& ranges, int line) {
+    return std::any_of(ranges.begin(), ranges.end(),
+                       [line](const LineRange& range) { return range.first <= line && line < range.second; });
   }
   [[nodiscard]] double shareOf(double time) const { return total_ > 0 ? time / total_ : 0; }
   [[nodiscard]] bool known() const { return !byLeaf_.empty(); }
@@ -91,7 +100,10 @@ class Times {
 class VectorizationAnalysis final : public Analysis {
  public:
   VectorizationAnalysis(Places& places, const Wishes& wishes)
-      : places_(places), lines_(readLineTimes(wishes.project + "/" + kLineTimesFile)), times_(lines_) {}
+      : places_(places),
+        lastLineOfLoop_(wishes.lastLineOfLoop),
+        lines_(readLineTimes(wishes.project + "/" + kLineTimesFile)),
+        times_(lines_) {}
 
   void add(const Record& record) override {
     const Place& place = record.stack.front()->chain.front();
@@ -187,16 +199,29 @@ class VectorizationAnalysis final : public Analysis {
     std::sort(loops.begin(), loops.end(), [](const Loop& a, const Loop& b) { return inSource(a) < inSource(b); });
     std::vector<Loop*> byTime;
     for (std::size_t i = 0; i < loops.size(); ++i) {
-      loops[i].time = times_.of(loops[i], endOf(loops, i));
+      loops[i].end = endOf(loops, i);
       byTime.push_back(&loops[i]);
+    }
+    for (std::size_t i = 0; i < loops.size(); ++i) {
+      std::vector<LineRange> inner;
+      for (std::size_t j = i + 1; j < loops.size() && loops[j].file == loops[i].file && loops[j].line < loops[i].end;
+           ++j) {
+        inner.emplace_back(loops[j].line, loops[j].end);
+      }
+      loops[i].time = times_.of(loops[i], {});
+      loops[i].self = times_.of(loops[i], inner);
     }
     std::stable_sort(byTime.begin(), byTime.end(), [](const Loop* a, const Loop* b) { return a->time > b->time; });
     for (std::size_t i = 0; i < byTime.size(); ++i) byTime[i]->id = static_cast<int>(i) + 1;
     return loops;
   }
 
+  /// Remarks tell where a loop begins, not where it ends. Where its source does not tell either, it is taken to reach
+  /// to the next loop of its file, and not out of the site around it.
   [[nodiscard]] int endOf(const std::vector<Loop>& loops, std::size_t index) const {
     const Loop& loop = loops[index];
+    const int last = lastLineOfLoop_ ? lastLineOfLoop_(loop.file, loop.line, loop.column) : 0;
+    if (last >= loop.line) return last + 1;
     int end = std::numeric_limits<int>::max();
     if (index + 1 < loops.size() && loops[index + 1].file == loop.file) end = loops[index + 1].line;
     for (const std::size_t region : loop.regions) end = std::min(end, places_.regions()[region].last + 1);
@@ -205,7 +230,7 @@ class VectorizationAnalysis final : public Analysis {
 
   [[nodiscard]] kelvar_platform::SurveyVectorizationRecord recordOf(const Loop& loop, State state) const {
     const int priority = state == vectorised ? 0 : 4 - priorityOf(times_.shareOf(loop.time));
-    return {.selfTime = loop.time, .totalTime = loop.time, .state = state, .id = loop.id, .priority = priority};
+    return {.selfTime = loop.self, .totalTime = loop.time, .state = state, .id = loop.id, .priority = priority};
   }
 
   [[nodiscard]] Detail loopDetail(const Loop& loop) const {
@@ -252,6 +277,7 @@ class VectorizationAnalysis final : public Analysis {
   }
 
   Places& places_;
+  std::function<int(const std::string&, int, int)> lastLineOfLoop_;
   std::vector<KeptLineTime> lines_;
   Times times_;
   std::map<std::pair<std::size_t, int>, Loop> loops_;

@@ -17,6 +17,7 @@
 #include "Annotations.h"
 #include "Diagnosis.h"
 #include "LineTimes.h"
+#include "LoopEnds.h"
 #include "ResultWriter.h"
 #include "RunFolder.h"
 #include "Sources.h"
@@ -236,7 +237,12 @@ std::vector<std::string> runImport(const Request& request, const ShowProgress& s
   Frames frames;
   Binaries binaries(request.binaries, frames);
   Reading reading{.binaries = binaries, .event = request.event, .mapAccesses = request.mapAccesses};
-  const std::unique_ptr<Analysis> analysis = request.source->analyse(places, request.wishes);
+  LoopEnds ends;
+  Wishes wishes = request.wishes;
+  wishes.lastLineOfLoop = [&ends](const std::string& file, int line, int column) {
+    return ends.lastLine(file, line, column);
+  };
+  const std::unique_ptr<Analysis> analysis = request.source->analyse(places, wishes);
   readFiles(request, showProgress, reading, *analysis);
   Outcome outcome = analysis->finish(reading);
   requireContent(request, outcome);
