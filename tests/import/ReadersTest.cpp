@@ -83,6 +83,43 @@ TEST(Readers, RefuseDamageInOneSentence) {
   setenv("PATH", path.c_str(), 1);
 }
 
+/// What tools wrote, with a byte changed, a line twice or the end cut off, in many places of each: records or a refusal
+/// in one sentence come of it, and nothing else.
+TEST(Readers, ReadOrRefuseDamagedCaptures) {
+  const support::Scratch scratch;
+  constexpr std::pair<const char*, const char*> kCaptures[] = {
+      {"--perf", "perf"},
+      {"--callgrind", "callgrind"},
+      {"--clang-remarks", "clang_remarks"},
+      {"--lackey", "lackey"},
+      {"--tsan", "tsan"},
+      {"--gcc-remarks", "gcc_remarks"},
+      {"--helgrind", "valgrind_xml"},
+  };
+  const std::string binary = KELVAR_SOURCE_FOLDER "/examples/captured/pixels.debug";
+  for (const auto& [option, folder] : kCaptures) {
+    const std::string whole =
+        support::contentOf(KELVAR_SOURCE_FOLDER "/fuzz/corpus/" + std::string(folder) + "/capture");
+    ASSERT_FALSE(whole.empty()) << folder;
+    std::size_t refused = 0;
+    for (std::size_t i = 0; i < 40; ++i) {
+      const std::size_t at = whole.size() * i / 40;
+      const std::size_t line = whole.find('\n', at) + 1;
+      std::string changed = whole;
+      changed[at] = "\0\n\xff<9-(: "[i % 9];
+      const std::string damaged[] = {changed, whole.substr(0, at),
+                                     whole.substr(0, line) + whole.substr(std::min(at, line))};
+      for (const std::string& input : damaged) {
+        const std::string text = recordsOf(option, scratch.write("in", input), binary);
+        if (text.find(": expected ") == std::string::npos) continue;
+        ++refused;
+        EXPECT_EQ(text.find('\n'), std::string::npos) << text;
+      }
+    }
+    EXPECT_GT(refused, 0U) << folder;
+  }
+}
+
 TEST(Readers, RefuseATraceOrItsBinary) {
   const support::Scratch scratch;
   const std::string binary = KELVAR_SOURCE_FOLDER "/examples/captured/pixels.debug";
