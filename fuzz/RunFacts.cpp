@@ -1,4 +1,4 @@
-/// Any bytes as run.json: facts that are written and read back as they are, or a refusal that says where.
+/// Any bytes as run.json: facts that are written and read back as they are, or a refusal that says why.
 #include <cstdlib>
 #include <string>
 
@@ -13,7 +13,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   try {
     facts = kelvar_import::readRunFacts(scratch.directory());
   } catch (const kelvar_platform::ReadError& error) {
-    if (error.refusal().place.empty()) std::abort();
+    // What is no object at all has no place.
+    if (error.refusal().expected.empty() == error.refusal().problem.empty()) std::abort();
     return 0;
   }
   kelvar_import::writeRunFacts(scratch.directory(), facts);
