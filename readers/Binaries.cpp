@@ -63,7 +63,7 @@ Symbols* Binaries::open(const std::string& path) {
   if (isOtherBuild(path, *found_.back())) {
     found_.pop_back();
     otherBuilds_.push_back(path +
-                           " here is of another build than the one that ran, so nothing is told of its code: "
+                           " here is of another build than the one that ran, so its lines are not known: "
                            "name the one that ran by --binary");
     return nullptr;
   }

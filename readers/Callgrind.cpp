@@ -111,7 +111,7 @@ class CallgrindReader {
   void readUnit(std::string_view event) {
     const std::string unit = "millions of " + (event == "Ir" ? "instructions" : std::string(event));
     if (!reading_.unit.empty() && reading_.unit != unit) {
-      input_.refuse("what the file before it counts, " + reading_.unit + ", not " + unit + ": import them apart");
+      input_.refuse("what the file before it counts, " + reading_.unit + ", not " + unit + ": import them separately");
     }
     reading_.unit = unit;
   }
@@ -121,7 +121,7 @@ class CallgrindReader {
     for (const std::string& seen : reading_.seen) {
       if (!seen.starts_with(known) || seen == known + process_) continue;
       input_.refuse("one process: this is " + process_ + ", and a file before it " + seen.substr(known.size()) +
-                    ", whose costs it may hold as well where one forked the other; import them apart");
+                    ", whose costs it may hold as well where one forked the other; import them separately");
     }
     reading_.seen.insert(known + process_);
   }
@@ -198,11 +198,11 @@ class CallgrindReader {
   void remarkInlined() const {
     if (!hasAddress_) {
       reading_.remark(
-          "without addresses, what is inlined counts for where it was written alone, not for the sites that call it: "
-          "valgrind --tool=callgrind --dump-instr=yes tells");
+          "without addresses, inlined code counts where it was written, not for the sites that call it: record with "
+          "valgrind --tool=callgrind --dump-instr=yes");
     } else if (toldCost_ > 0 && toldCost_ * 1e6 >= summed_ * 0.5) {
       reading_.remark(
-          "most instructions lie in programs without debug information at hand, so what is inlined there is not told: "
+          "most instructions are in programs whose debug information was not found, so inlined code is not seen there: "
           "build with -g, and name the program by --binary");
     }
   }

@@ -35,7 +35,7 @@ std::vector<FunctionRow> weighty(std::vector<FunctionRow> functions, double perc
   const std::size_t all = functions.size();
   std::erase_if(functions, [=](const FunctionRow& row) { return sum(row.weights) < whole * percent / 100; });
   if (const std::size_t left = all - functions.size(); left > 0) {
-    remarks.push_back(std::to_string(left) + " of " + std::to_string(all) + " functions hold too little to be listed");
+    remarks.push_back(std::to_string(left) + " of " + std::to_string(all) + " functions took too little to be listed");
   }
   return functions;
 }
@@ -44,8 +44,8 @@ void remarkPlaceless(const Tally& tally, std::size_t records, std::vector<std::s
   if (tally.placelessCount() == 0) return;
   char weight[64];
   std::snprintf(weight, sizeof weight, "%.6g", sum(tally.placeless()));
-  remarks.push_back(std::to_string(tally.placelessCount()) + " of " + std::to_string(records) +
-                    " records have no place, and stand in no row; together they weigh " + weight);
+  remarks.push_back(std::to_string(tally.placelessCount()) + " of " + std::to_string(records) + kPlacelessRemark +
+                    weight);
 }
 
 kelvar_platform::EvidencePlace evidencePlace(const Place& place, Places& places, const std::string& role) {

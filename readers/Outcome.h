@@ -29,6 +29,8 @@ struct Outcome {
 /// The functions with at least `percent` of the weight of all functions; adds to `remarks` how many were left out.
 [[nodiscard]] std::vector<FunctionRow> weighty(std::vector<FunctionRow> functions, double percent,
                                                std::vector<std::string>& remarks);
+/// The words between the numbers of records and their weight. `kelvar show` looks for them in the log of a result.
+inline constexpr const char* kPlacelessRemark = " records have no place, so they are in no row; together they weigh ";
 /// Adds to `remarks` how many records have no place, if any.
 void remarkPlaceless(const Tally& tally, std::size_t records, std::vector<std::string>& remarks);
 

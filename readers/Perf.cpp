@@ -60,7 +60,7 @@ class PerfReader {
     if (!any_) input_.refuse("line 1", "at least one sample of perf script");
     if (!sawLine_) {
       input_.refuse(
-          "samples whose object or source line is told, and its debug information within reach: build with -g, and "
+          "samples whose object or source line is given, with its debug information at hand: build with -g, and "
           "write the text by " +
           std::string(kCommand) + ", or name the program by --binary");
     }
@@ -127,7 +127,8 @@ class PerfReader {
       event_ = event;
       const std::string unit = countsTime(event) ? kSeconds : "millions of " + event_;
       if (!reading_.unit.empty() && reading_.unit != unit) {
-        input_.refuse("what the file before it counts, " + reading_.unit + ", not " + unit + ": import them apart");
+        input_.refuse("what the file before it counts, " + reading_.unit + ", not " + unit +
+                      ": import them separately");
       }
       reading_.unit = unit;
       return true;
@@ -207,7 +208,7 @@ class PerfReader {
     if (count == 0) return;
     reading_.remark(std::to_string(count) + " of " + std::to_string(samples_) +
                     " samples lie where no lines are known" + (most.empty() ? "" : ", most of them in " + most) +
-                    ": what is inlined there is not told; debug information (-g) at hand would tell");
+                    ": inlined code is not seen there; build with -g");
   }
 
   /// The same text in the same process is the same frame.
@@ -284,7 +285,7 @@ void readData(Input& input, Reading& reading, const Sink& sink) {
   if (const int ended = perf.wait(); ended != 0) {
     input.refuse("", "a perf.data that perf script reads (it ended with status " + std::to_string(ended) + ")");
   }
-  if (!any) input.refuse("", "samples, which this perf.data has none of");
+  if (!any) input.refuse("", "samples; this perf.data has none");
 }
 
 }  // namespace

@@ -21,7 +21,6 @@ struct Reading {
   std::string unit = {};                  ///< of a survey's weights, according to the files
   bool hasStacks = false;                 ///< at least one record has a caller
   bool hasCalls = false;                  ///< the costs of calls came as records of their own
-  bool isThorough = true;                 ///< false when the files lack the inlined calls that their format can have
   std::uint64_t mapAccesses = 0;          ///< the most accesses to read of a memory trace; 0: all
   bool endedEarly = false;                ///< that limit was reached before the end of the file
   std::vector<std::string> remarks = {};  ///< sentences about what was lost, each once

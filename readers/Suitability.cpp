@@ -48,7 +48,7 @@ class CozAnalysis final : public Analysis {
   Outcome finish(const Reading&) override {
     Outcome outcome;
     outcome.programMaxGain = best_;
-    if (best_ <= 0) outcome.emptiness = "no experiment of coz tells a gain: let the program run longer";
+    if (best_ <= 0) outcome.emptiness = "no experiment of coz shows a gain: let the program run longer";
     for (std::size_t i = 0; i < sites_.size(); ++i) addRow(outcome, siteDetail(places_.regions()[i]), sites_[i]);
     // Coz names lines, not functions.
     for (const auto& [place, gain] : lines_) {

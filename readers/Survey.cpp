@@ -98,8 +98,8 @@ class SurveyAnalysis final : public Analysis {
     outcome.remarks.push_back("times are in " + reading.unit + ", " + std::to_string(total_) + " in all");
     if (!reading.hasStacks && !reading.hasCalls && !places_.regions().empty()) {
       outcome.remarks.emplace_back(
-          "the samples have no stacks, so sites hold what is inlined into them but not what they call: perf record -g "
-          "or --call-graph dwarf tells");
+          "the samples have no stacks, so sites hold what is inlined into them but not what they call: record with "
+          "perf record -g or --call-graph dwarf");
     }
     addSites(reading, outcome);
     std::vector<FunctionRow> functions = tally_.functions();

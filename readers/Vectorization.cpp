@@ -128,7 +128,7 @@ class VectorizationAnalysis final : public Analysis {
       outcome.details.emplace_back(loopDetail(loop));
       addEvidence({places_.numberOf(loop.file), loop.line}, loop, outcome.details.size() - 1, outcome);
     }
-    if (loops.empty()) outcome.emptiness = "no loop of the project is told of";
+    if (loops.empty()) outcome.emptiness = "no remark is about a loop of the project";
     addSites(loops, outcome);
     if (!times_.known()) {
       outcome.remarks.emplace_back(
@@ -136,7 +136,7 @@ class VectorizationAnalysis final : public Analysis {
     }
     if (placeless_ > 0) {
       outcome.remarks.push_back(std::to_string(placeless_) + " of " + std::to_string(records_) +
-                                " remarks have no place, and stand in no row");
+                                " remarks have no place, so they are in no row");
     }
     if (inLibraries_ > 0)
       outcome.remarks.push_back(std::to_string(inLibraries_) + " loops of libraries are not listed");

@@ -18,8 +18,8 @@ struct CollectionInfo {
   boost::shared_ptr<sitenotes::annotation_t> annotation;  // the site's when the detail was joined; empty: none
 };
 
-/// The record of each analysis, packed: there are millions of items, and most records say little. Analyses report
-/// places alone, as a rule, so annotations are kept aside, and mostly there are none.
+/// The record of each analysis, packed: there are millions of items, and most records say little. Analyses usually
+/// report only places, so annotations are kept aside, and mostly there are none.
 class CollectionInfos {
  public:
   using Annotation = boost::shared_ptr<sitenotes::annotation_t>;

@@ -89,7 +89,7 @@ void SummaryResultImpl::addDetails(SummaryData::Impl* owner) {
     }
     items_.append(std::move(item));
   }
-  items_.sort(kSortLocator);  // annotations are sorted already, as a rule: the fold then merges two sorted lists
+  items_.sort(kSortLocator);  // annotations are usually sorted already: the fold then merges two sorted lists
 }
 
 void SummaryResultImpl::addAnnotations(SummaryData::Impl* owner) {

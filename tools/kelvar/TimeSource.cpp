@@ -4,6 +4,7 @@
 #include <fstream>
 #include <string_view>
 
+#include "Outcome.h"
 #include "kinds.h"
 
 namespace kelvar_tool {
@@ -13,7 +14,7 @@ namespace {
 constexpr std::string_view kImported = "imported by kelvar as ";
 constexpr std::string_view kFrom = " from --";
 constexpr std::string_view kTimes = "times are in ";
-constexpr std::string_view kPlaceless = " records have no place, and stand in no row; together they weigh ";
+constexpr std::string_view kPlaceless = kelvar_readers::kPlacelessRemark;
 constexpr std::string_view kIn = ", in ";
 constexpr std::size_t kMostLines = 20;  // the import writes these lines first
 

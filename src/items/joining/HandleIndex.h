@@ -9,7 +9,7 @@
 
 namespace kelvar_2_1_7 {
 
-/// Which item has a handle. Databases number their sites without large gaps, as a rule: then a handle is an index into
+/// Which item has a handle. Databases usually number their sites without large gaps: then a handle is an index into
 /// an array, and only the others are hashed.
 class HandleIndex {
  public:

@@ -38,7 +38,7 @@ class LeafRanks {
  public:
   /// A number for the leaf, not yet ranked.
   [[nodiscard]] std::uint32_t numberOf(std::string_view leaf) {
-    // Neighbours are of one file, as a rule.
+    // Neighbours are usually of one file.
     if (last_ != nullptr && last_->first == leaf) return last_->second;
     auto known = numbers_.find(leaf);
     if (known == numbers_.end()) known = numbers_.emplace(leaf, static_cast<std::uint32_t>(numbers_.size())).first;

@@ -19,7 +19,7 @@ using kelvar_platform::Site;
 void doubtPlace(const Site& site, std::vector<std::string>& doubts) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(site.file, error)) {
-    doubts.push_back(escaped(site.file) + " is no file that is there: a scan will not find the site again");
+    doubts.push_back(escaped(site.file) + " does not exist: a scan will not find the site again");
     return;
   }
   try {
@@ -49,7 +49,7 @@ std::vector<std::string> doubtsOf(const Site& site, const std::vector<Site>& oth
   });
   if (kelvar_2_1_7::closesRegion(site.kind) && !begun) {
     doubts.push_back("no site before it in " + escaped(site.file) + " is " + inQuotes(site.label) +
-                     ", so that it ends nothing");
+                     ", so it ends nothing");
   }
   return doubts;
 }

@@ -19,10 +19,12 @@ constexpr const char* kKnown = "clang's -fopenmp -fsanitize=thread knows them";
 /// Why valgrind cannot measure the program; empty when it can.
 std::string noValgrind(const Circumstances& here) {
   if (!here.commandIsProgram) {
-    return inQuotes(here.wanted.command.front()) + " is a script: valgrind wants the program that it runs as COMMAND";
+    return inQuotes(here.wanted.command.front()) +
+           " is a script: name the program that it runs as COMMAND, since valgrind would measure the interpreter";
   }
   if (here.facts.hasThreadSanitizer) {
-    return "a program built with -fsanitize=thread does not run under valgrind: collect this one of another build";
+    return "a program built with -fsanitize=thread does not run under valgrind: collect this analysis from a build "
+           "without it";
   }
   return here.machine.hasValgrind ? std::string() : kNoValgrind;
 }
@@ -188,7 +190,7 @@ Recipe suitability(const Circumstances& here, bool hasSurvey) {
   if (!here.machine.hasCoz || !here.facts.hasProgressPoints) return byModel;
   Recipe recipe{.analysis = "suitability", .option = "--coz"};
   recipe.how = "by coz's experiments";
-  recipe.hint = "coz reads DWARF 4 alone (-gdwarf-4), of gcc with -gno-variable-location-views";
+  recipe.hint = "coz reads only DWARF 4: build with -gdwarf-4, with gcc also -gno-variable-location-views";
   recipe.output = "profile.coz";
   recipe.runsProgram = true;
   recipe.tool = {"coz", "run", "--output", here.folder + "/profile.coz", "---"};

@@ -72,7 +72,7 @@ SourceState lookAtSources(const Wanted& wanted, const std::string& directory) {
   const StaleSites stale = wholeCheck(database, wanted.sourceRoot);
   const bool anyMarker = stale.untaken.markers > 0;
   if (!isThere) {
-    say("no annotations: results will name functions alone" +
+    say("no annotations: results will name only functions" +
         (anyMarker
              ? ""
              : "; 'kelvar annotate " + shellWord(database) + " scan SOURCE...' makes sites of the markers in sources"));

@@ -198,7 +198,7 @@ void requireContent(const Request& request, const Outcome& outcome) {
   const std::string file = request.files.empty() ? std::string(request.source->option) : request.files.front();
   throw kelvar_platform::ReadError({.file = file,
                                     .place = "",
-                                    .expected = std::string("something to say of the program (") + outcome.emptiness +
+                                    .expected = std::string("a result that is not empty (") + outcome.emptiness +
                                                 "); --allow-empty writes the empty result all the same"});
 }
 
