@@ -92,7 +92,8 @@ void sayCounts(const ScanPlan& plan, const ScanInput& input) {
     const auto count = byRule.find(rule.name);
     if (count != byRule.end()) say(std::to_string(count->second) + " by " + rule.name);
   }
-  for (const auto& [name, count] : kindless) say(std::to_string(count) + " of " + escaped(name) + " have no kind");
+  for (const auto& [name, count] : kindless)
+    say(std::to_string(count) + " of " + escaped(name) + " have no annotation kind, so they are no sites");
   if (plan.anchored > 0)
     say(std::to_string(plan.anchored) + " sites that were placed by hand are found again from now on");
   if (passedOver > 0) say(std::to_string(passedOver) + " binary files passed over");
