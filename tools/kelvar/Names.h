@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -44,12 +45,14 @@ namespace kelvar_tool {
 
 /// The sentence lists all `names`.
 [[noreturn]] void refuseName(std::string_view option, const std::string& text, const std::vector<std::string>& names);
+
 /// The row of a table whose member `name` is `text`.
 template <class Rows>
 [[nodiscard]] const auto& rowNamed(std::string_view option, const std::string& text, const Rows& rows) {
   const auto found = std::find_if(rows.begin(), rows.end(), [&](const auto& row) { return row.name == text; });
   if (found != rows.end()) return *found;
   std::vector<std::string> names;
+  names.reserve(std::size(rows));
   for (const auto& row : rows) names.emplace_back(row.name);
   refuseName(option, text, names);
 }
